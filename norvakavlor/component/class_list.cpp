@@ -1,0 +1,45 @@
+#include <norvakavlor/component/class_list.h>
+
+#include <norvakavlor/curriculum/textbooks.h>
+#include <norvakavlor/runtime/dictionary.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/title_filename.h>
+
+namespace norvakavlor {
+namespace {
+
+// clang-format off
+constexpr ClassTable kCreatable[] = {
+    // store
+    &TitleFilename::classInfo,
+    // curriculum
+    &TextBook::classInfo,
+    &TextBooks::classInfo,
+};
+// clang-format on
+
+constexpr ClassTable kFurther[] = {
+    &Dictionary::classInfo,
+    // Every keyed collection looks the same to clients, whatever it holds.
+    &KeyedCollection<std::string>::classInfo,
+};
+
+} // namespace
+
+std::span<const ClassTable> creatableClasses() { return kCreatable; }
+std::span<const ClassTable> furtherClasses() { return kFurther; }
+
+Ref<Object> CreateObject(std::string_view programmaticIdentifier) {
+    constexpr std::string_view kPrefix = "NorvaKavlor.";
+    if (equalIgnoringCase(programmaticIdentifier.substr(0, kPrefix.size()), kPrefix)) {
+        const std::string_view name = programmaticIdentifier.substr(kPrefix.size());
+        for (const ClassTable table : kCreatable) {
+            if (equalIgnoringCase(table().name, name))
+                return table().create();
+        }
+    }
+    throw runtimeError(RuntimeError::CannotCreateObject);
+}
+
+} // namespace norvakavlor

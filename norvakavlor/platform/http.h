@@ -1,0 +1,52 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace norvakavlor::platform {
+
+struct HttpRequest {
+    std::string method = "POST";
+    /// As built: what no request line may hold is percent-encoded on the way out, nothing else.
+    std::string url;
+    std::vector<std::pair<std::string, std::string>> headers;
+    std::string body;
+};
+
+struct HttpReply {
+    int status = 0;
+    std::string text; ///< decoded to UTF-8
+};
+
+/// Sends one request on a connection of its own and waits for the whole reply, whatever its status is.
+/// At most 5 redirects are followed. Raises kTransportErrorNumber with a clear text when no whole reply
+/// came: refused, hung up, cut off, silent, too large, too slow, no web address.
+HttpReply sendHttp(const HttpRequest& request);
+
+inline constexpr unsigned kTransportErrorNumber = 0x800C0005; ///< the resource could not be reached
+
+/// The bounds that every request obeys.
+struct HttpLimits {
+    std::chrono::milliseconds connect = std::chrono::seconds(30);
+    std::chrono::milliseconds idle = std::chrono::seconds(60);
+    std::chrono::milliseconds total = std::chrono::minutes(10);
+    size_t maximumBytes = 64u << 20;
+};
+const HttpLimits& httpLimits();
+
+/// Other bounds while it lives; for tests.
+class ScopedHttpLimits {
+public:
+    explicit ScopedHttpLimits(const HttpLimits& limits);
+    ~ScopedHttpLimits();
+    ScopedHttpLimits(const ScopedHttpLimits&) = delete;
+    ScopedHttpLimits& operator=(const ScopedHttpLimits&) = delete;
+
+private:
+    HttpLimits previous_;
+};
+
+} // namespace norvakavlor::platform

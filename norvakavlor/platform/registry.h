@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// String values of the machine's registry by root key, path and name. Natively they live in the settings
+/// file (settings.h). Nothing here raises.
+namespace norvakavlor::platform {
+
+/// "" when the value is missing or not a string.
+std::string readRegistry(uint32_t root, const std::string& path, const std::string& name);
+/// Creates the key when it is absent; a failure is not reported.
+void writeRegistry(uint32_t root, const std::string& path, const std::string& name, const std::string& data);
+void deleteRegistry(uint32_t root, const std::string& path, const std::string& name);
+
+} // namespace norvakavlor::platform

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <norvakavlor/xml/document.h>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace norvakavlor::platform {
+
+/// Where and why a text does not parse; line and column count from 1.
+struct ParseError {
+    size_t line = 0;
+    size_t column = 0;
+    std::string reason;
+};
+
+/// Parses UTF-8 text; an encoding declaration inside it is ignored, as the text is decoded already. Nothing
+/// when it is not well-formed, holds a document type declaration, or goes beyond a bound (64 MiB, depth 200,
+/// 1,000 attributes an element); `error`, when given, then says where and why. Raises nothing.
+std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error = nullptr);
+
+} // namespace norvakavlor::platform

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <norvakavlor/runtime/date.h>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Conversions between text and the scalar types: the Automation rules for US English, whatever the locale
+/// of the process is, with the same answers in both products.
+namespace norvakavlor {
+
+/// Halves round to even; "&H10" and "&O17" are read, blanks around the number are not. Raises 6 beyond the
+/// type's range and 13 for a text that is no number.
+int16_t toInt16(std::string_view text);
+int32_t toInt32(std::string_view text);
+int16_t toInt16(double number);
+int32_t toInt32(double number);
+
+/// Raises 13 for a text that is no number.
+double toDouble(std::string_view text);
+
+/// "True" and "False" in any case, or a number (0 is False). Raises 13 for another text.
+bool toBoolean(std::string_view text);
+
+/// US English dates and times ("3/14/2004 2:05:09 PM"), ISO 8601, day and month swapped where the month
+/// exceeds 12. Raises 13 for a text that is no date.
+Date toDate(std::string_view text);
+
+/// The same tests without an error: does the text hold a number, a date?
+bool isNumeric(std::string_view text);
+std::optional<Date> parseDate(std::string_view text);
+
+/// At most 15 significant digits, "." as decimal point, no leading zero dropped: 28, 66.6666666666667.
+std::string toText(double number);
+/// "3/14/2004 2:05:09 PM"; the date alone at midnight, the time alone on the zero day.
+std::string toText(Date date);
+/// "True" or "False".
+std::string toText(bool value);
+
+} // namespace norvakavlor

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+namespace norvakavlor {
+
+/// A raised error as every client sees it: a number, the class and method that raised it, an English text.
+class Error final : public std::exception {
+public:
+    Error(int32_t number, std::string source, std::string description);
+
+    int32_t number() const { return number_; }
+    const std::string& source() const { return source_; }
+    const std::string& description() const { return description_; }
+    const char* what() const noexcept override { return description_.c_str(); }
+
+private:
+    int32_t number_;
+    std::string source_;
+    std::string description_;
+};
+
+/// The runtime's own errors, with the numbers that script and Basic programmers know.
+enum class RuntimeError : int32_t {
+    InvalidProcedureCall = 5, ///< also a failed lookup by key
+    Overflow = 6,
+    OutOfMemory = 7,
+    SubscriptOutOfRange = 9,
+    DivisionByZero = 11,
+    TypeMismatch = 13,
+    FileNotFound = 53,
+    DeviceError = 57, ///< reading or writing failed for another reason
+    DiskFull = 61,
+    PermissionDenied = 70,
+    PathNotFound = 76,
+    ObjectNotSet = 91,
+    CannotCreateObject = 429,
+    MemberNotFound = 438,
+    NamedArgumentNotFound = 448,
+    ArgumentNotOptional = 449,
+    WrongNumberOfArguments = 450,
+    KeyAlreadyAssociated = 457,
+    ElementNotFound = 32811,
+};
+
+/// 0x80040000 + code: the form in which the classes' own errors travel.
+Error objectError(int code, std::string source, std::string description);
+
+/// A runtime error with its usual text; the source is the library's name.
+Error runtimeError(RuntimeError error);
+
+/// A runtime error with a text of its own, where the usual one would leave a reader guessing.
+Error runtimeError(RuntimeError error, std::string description);
+
+/// The usual text of a runtime error.
+const char* usualText(RuntimeError error);
+
+} // namespace norvakavlor

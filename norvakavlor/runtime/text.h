@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Operations on UTF-8 text. Letter case is Unicode's simple one-to-one upper-case mapping; the locale is
+/// never asked.
+namespace norvakavlor {
+
+/// The text in upper case. Bytes that are not UTF-8 stay as they are.
+std::string upperCase(std::string_view text);
+std::string lowerCase(std::string_view text);
+
+/// Equal when letter case is ignored.
+bool equalIgnoringCase(std::string_view left, std::string_view right);
+/// Does `text` contain `part`, letter case ignored?
+bool containsIgnoringCase(std::string_view text, std::string_view part);
+
+/// -1, 0 or 1: order by UTF-16 code units, which differs from the order of UTF-8 bytes beyond U+FFFF.
+int compareByUtf16(std::string_view left, std::string_view right);
+
+/// The number of UTF-16 code units, which is what Len counts.
+size_t utf16Length(std::string_view text);
+
+std::u16string toUtf16(std::string_view text);
+/// A lone surrogate becomes U+FFFD.
+std::string toUtf8(std::u16string_view text);
+
+/// Replaces what is not well-formed UTF-8 by U+FFFD; well-formed text is returned as it is.
+std::string wellFormedUtf8(std::string_view text);
+
+/// `text` without the blanks (U+0020 only) at both ends.
+std::string_view trimBlanks(std::string_view text);
+
+} // namespace norvakavlor

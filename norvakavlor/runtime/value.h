@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <norvakavlor/runtime/date.h>
+#include <norvakavlor/runtime/object.h>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace norvakavlor {
+
+struct Array;
+
+/// What a late-bound client passes in and gets back. A missing argument is Empty, Nothing is an object
+/// that is a null Ref. Copies of a Value share its object and its array.
+class Value {
+public:
+    struct Null {
+        friend bool operator==(Null, Null) = default;
+    };
+    using Storage = std::variant<std::monostate, Null, bool, int16_t, int32_t, double, Date, std::string,
+                                 Ref<Object>, std::shared_ptr<Array>>;
+
+    Value() = default;
+    Value(Null null) : storage_(null) {}
+    Value(bool value) : storage_(value) {}
+    Value(int16_t value) : storage_(value) {}
+    Value(int32_t value) : storage_(value) {}
+    Value(double value) : storage_(value) {}
+    Value(Date value) : storage_(value) {}
+    Value(std::string value) : storage_(std::move(value)) {}
+    Value(std::string_view value) : storage_(std::string(value)) {}
+    Value(const char* value) : storage_(std::string(value)) {}
+    template <class T>
+    Value(const Ref<T>& object) : storage_(Ref<Object>(object)) {}
+    Value(std::shared_ptr<Array> array) : storage_(std::move(array)) {}
+
+    static Value nothing() { return Ref<Object>(); }
+
+    const Storage& storage() const { return storage_; }
+    template <class T>
+    const T* as() const {
+        return std::get_if<T>(&storage_);
+    }
+
+    bool isEmpty() const { return as<std::monostate>() != nullptr; }
+    bool isNull() const { return as<Null>() != nullptr; }
+    bool isObject() const { return as<Ref<Object>>() != nullptr; }
+    /// Empty, Null and Nothing alike: what a caller passes for "no collection" and the like.
+    bool isAbsent() const;
+
+    /// The value converted as a script's assignment would. Each raises 13 where there is no conversion (also
+    /// for Null) and 6 beyond the range.
+    std::string toText() const;
+    bool toBoolean() const;
+    int16_t toInt16() const;
+    int32_t toInt32() const;
+    double toDouble() const;
+    Date toDate() const;
+    /// The object; Nothing gives a null Ref. Raises 13 for anything else.
+    Ref<Object> toObject() const;
+
+private:
+    Storage storage_;
+};
+
+/// A one-dimensional array. Whoever gets it in a Value may change its elements in place.
+struct Array {
+    int32_t lowerBound = 0;
+    std::vector<Value> elements;
+
+    int32_t upperBound() const { return lowerBound + static_cast<int32_t>(elements.size()) - 1; }
+    /// Raises 9 outside the bounds.
+    Value& at(int32_t index);
+};
+
+} // namespace norvakavlor

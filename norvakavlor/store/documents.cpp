@@ -1,0 +1,157 @@
+#include <norvakavlor/store/documents.h>
+
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/http.h>
+#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/xml/decode.h>
+#include <utility>
+
+namespace norvakavlor {
+namespace {
+
+/// The part of a url that every load, save and delete shares.
+std::string requestURL(std::string_view endpoint, std::string_view kind, std::string_view location,
+                       std::string_view fileName, std::string_view parameters) {
+    std::string url = URLBase(location);
+    url.append(endpoint)
+        .append("?ObjName=")
+        .append(kind)
+        .append("&FileName=")
+        .append(fileName)
+        .append(parameters);
+    AppendQuery(url, URLExtraQuery(location));
+    AppendQuery(url, LoginGlobals::GetValidationString());
+    return url;
+}
+
+/// Reading treats whatever keeps a document away alike: it is not there.
+template <class Read>
+std::optional<xml::Document> unlessUnreachable(Read read) {
+    try {
+        return read();
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<xml::Document> fetchDocument(const std::string& url) {
+    return unlessUnreachable([&] { return parseReply(postToServer(url)); });
+}
+
+} // namespace
+
+std::string endpointURL(std::string_view endpoint, std::string_view kind, std::string_view location,
+                        std::string_view parameters) {
+    return requestURL(endpoint, kind, location, URLFileName(location), parameters);
+}
+
+std::string postToServer(const std::string& url) { return platform::sendHttp({.url = url}).text; }
+
+std::string postToServer(const std::string& url, const xml::Document& document) {
+    return platform::sendHttp({.url = url,
+                               .headers = {{"Content-Type", "text/xml; charset=utf-8"}},
+                               .body = document.toText()})
+        .text;
+}
+
+std::optional<xml::Document> readDocument(std::string_view kind, const std::string& location,
+                                          std::string_view parameters) {
+    if (!IsURL(location))
+        return readLocalDocument(location);
+    return fetchDocument(endpointURL(kLoadEndpoint, kind, location, parameters));
+}
+
+std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::string& directory,
+                                            const std::string& fileName) {
+    if (!IsURL(directory))
+        return readLocalDocument(directory + fileName);
+    return fetchDocument(requestURL(kLoadEndpoint, kind, directory, fileName, {}));
+}
+
+bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document) {
+    if (!IsURL(location)) {
+        writeLocalDocument(location, document);
+        return true;
+    }
+    const std::string refusal = postToServer(endpointURL(kSaveEndpoint, kind, location), document);
+    if (!refusal.empty())
+        platform::showMessage(refusal);
+    return refusal.empty();
+}
+
+void deleteDocument(std::string_view kind, const std::string& location) {
+    if (IsURL(location)) {
+        postToServer(endpointURL(kDeleteEndpoint, kind, location));
+    } else {
+        platform::deleteFile(location);
+    }
+}
+
+std::optional<xml::Document> readLocalDocument(const std::string& path) {
+    return unlessUnreachable([&]() -> std::optional<xml::Document> {
+        const std::optional<std::string> text = xml::decodeFile(platform::readFile(path));
+        return text ? platform::parseXml(*text) : std::nullopt;
+    });
+}
+
+void writeLocalDocument(const std::string& path, const xml::Document& document) {
+    platform::replaceFile(path, document.toText());
+}
+
+std::optional<xml::Document> parseReply(std::string_view text) { return platform::parseXml(text); }
+
+std::string requestListing(std::string_view kind, std::string_view location, std::string_view parameters) {
+    std::string url = URLBase(location).append(kListEndpoint).append("?ObjName=");
+    // The "&" is there also when the validation string is empty: servers split the query at it.
+    url.append(kind).append(parameters).append("&").append(LoginGlobals::GetValidationString());
+    return postToServer(url);
+}
+
+std::optional<std::string> takeField(std::string_view& listing) {
+    const size_t end = listing.find(';');
+    if (end == std::string_view::npos)
+        return std::nullopt;
+    std::string field(listing.substr(0, end));
+    listing.remove_prefix(end + 1);
+    return field;
+}
+
+Ref<KeyedCollection<TitleFilename>> listDocuments(std::string_view kind, const std::string& location,
+                                                  const NameTest& accepts, std::string_view parameters) {
+    auto rows = New<KeyedCollection<TitleFilename>>();
+    if (IsURL(location)) {
+        const std::string reply = requestListing(kind, location, parameters);
+        std::string_view rest = reply;
+        // A last title without its file name is no row.
+        while (const auto title = takeField(rest)) {
+            const auto fileName = takeField(rest);
+            if (!fileName)
+                break;
+            auto row = New<TitleFilename>();
+            row->SetValues(*title, URLBase(location), *fileName);
+            rows->Add(row);
+        }
+        return rows;
+    }
+    const LocalListing files = listLocalFiles(location, accepts);
+    for (const std::string& fileName : files.fileNames) {
+        auto row = New<TitleFilename>();
+        if (row->LoadValues(files.directory, fileName, std::string(kind)))
+            rows->Add(row);
+    }
+    return rows;
+}
+
+LocalListing listLocalFiles(const std::string& location, const NameTest& accepts) {
+    LocalListing listing{EnsureTrailingSlash(location), {}};
+    for (std::string& fileName : platform::listFiles(location)) {
+        if (accepts(fileName))
+            listing.fileNames.push_back(std::move(fileName));
+    }
+    return listing;
+}
+
+} // namespace norvakavlor

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/store/title_filename.h>
+#include <norvakavlor/xml/document.h>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// The four protocols by which documents are read, written, deleted and listed, locally and on the server.
+/// Nothing else in the library reads or writes a document.
+namespace norvakavlor {
+
+/// The server's four endpoints.
+inline constexpr std::string_view kLoadEndpoint = "LoadKavlorObject.asp";
+inline constexpr std::string_view kSaveEndpoint = "SaveKavlorObject.asp";
+inline constexpr std::string_view kDeleteEndpoint = "DeleteKavlorObject.asp";
+inline constexpr std::string_view kListEndpoint = "GetTitleFileNames.asp";
+
+/// The url of an endpoint for a document: object kind, file name,
+/// `parameters` as they stand ("&CourseID=3"), the location's extra query, the validation string. No value is
+/// escaped here.
+std::string endpointURL(std::string_view endpoint, std::string_view kind, std::string_view location,
+                        std::string_view parameters = {});
+
+/// Sends a request without a body, or with a document, and gives the reply's text. Raises when no reply came.
+std::string postToServer(const std::string& url);
+std::string postToServer(const std::string& url, const xml::Document& document);
+
+/// The document at a location. Nothing when it is missing, does not parse or cannot be fetched; the reply's
+/// status is never looked at, as an error page does not parse anyway.
+std::optional<xml::Document> readDocument(std::string_view kind, const std::string& location,
+                                          std::string_view parameters = {});
+
+/// The same for a file of a directory, as listings need it: a local directory must end with its separator, of
+/// a web directory the base and the extra query count.
+std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::string& directory,
+                                            const std::string& fileName);
+
+/// Stores a document. False when the server answered with a text, which was then shown in a message box:
+/// the server reports problems so, and success by an empty body. Raises when a local file cannot be written
+/// (70, 76, 61) and when no reply came.
+bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document);
+
+/// Deletes a document; the server's answer is ignored. Raises 53 for a missing local file and for names with
+/// "*" or "?", 70 for a read-only one.
+void deleteDocument(std::string_view kind, const std::string& location);
+
+/// A document of the local disk, whatever the path looks like; nothing when it is missing or does not parse.
+std::optional<xml::Document> readLocalDocument(const std::string& path);
+void writeLocalDocument(const std::string& path, const xml::Document& document);
+/// Text that came from a server as a document.
+std::optional<xml::Document> parseReply(std::string_view text);
+
+/// The server's listing as it came: runs of fields, each ended by ";". Listings never carry the extra query
+/// and always end with "&" and the validation string.
+std::string requestListing(std::string_view kind, std::string_view location,
+                           std::string_view parameters = {});
+
+/// Takes the next field off the front of a listing; nothing when no further ";" is found.
+std::optional<std::string> takeField(std::string_view& listing);
+
+/// The documents of a kind at a location. On the web the server's pairs of title and file name; locally
+/// every file whose name `accepts` and which parses. A missing folder gives an empty list.
+using NameTest = std::function<bool(std::string_view fileName)>;
+Ref<KeyedCollection<TitleFilename>> listDocuments(std::string_view kind, const std::string& location,
+                                                  const NameTest& accepts, std::string_view parameters = {});
+
+/// The names of the local files that a listing would read, and the folder with its "/".
+struct LocalListing {
+    std::string directory;
+    std::vector<std::string> fileNames;
+};
+LocalListing listLocalFiles(const std::string& location, const NameTest& accepts);
+
+} // namespace norvakavlor
