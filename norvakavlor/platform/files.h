@@ -28,6 +28,9 @@ void replaceFile(const std::string& path, std::string_view content);
 /// read-only one raises 70 unless `force` is set.
 void deleteFile(const std::string& path, bool force = false);
 
+/// Do two paths name the same existing file, however they are written? False when either is missing.
+bool sameFile(const std::string& left, const std::string& right);
+
 /// The read-only attribute; natively, that the owner has no write permission. Raises 53 when the file is
 /// missing, 70 when it may not be changed.
 bool isReadOnly(const std::string& path);

@@ -57,4 +57,15 @@ Error runtimeError(RuntimeError error, std::string description);
 /// The usual text of a runtime error.
 const char* usualText(RuntimeError error);
 
+/// Runs one step whose failure is meant to change nothing else, and says whether it came through:
+/// `ignoringErrors([&] { question->Correct = toInt16(text); })` leaves Correct as it was.
+template <class Step> bool ignoringErrors(Step&& step) {
+    try {
+        step();
+        return true;
+    } catch (const Error&) {
+        return false;
+    }
+}
+
 } // namespace norvakavlor

@@ -90,6 +90,10 @@ void deleteDocument(std::string_view kind, const std::string& location) {
     }
 }
 
+bool leavesStaleCopy(const std::string& former, const std::string& current) {
+    return !former.empty() && former != current && !platform::sameFile(former, current);
+}
+
 std::optional<xml::Document> readLocalDocument(const std::string& path) {
     return unlessUnreachable([&]() -> std::optional<xml::Document> {
         const std::optional<std::string> text = xml::decodeFile(platform::readFile(path));

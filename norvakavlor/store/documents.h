@@ -47,6 +47,10 @@ bool writeDocument(std::string_view kind, const std::string& location, const xml
 /// "*" or "?", 70 for a read-only one.
 void deleteDocument(std::string_view kind, const std::string& location);
 
+/// Does the document at `former` stay behind as a stale copy now that its object was stored at `current`? Not
+/// when there is no former place, and not when both names lead to the one file just written.
+bool leavesStaleCopy(const std::string& former, const std::string& current);
+
 /// A document of the local disk, whatever the path looks like; nothing when it is missing or does not parse.
 std::optional<xml::Document> readLocalDocument(const std::string& path);
 void writeLocalDocument(const std::string& path, const xml::Document& document);
