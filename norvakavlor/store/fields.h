@@ -5,41 +5,56 @@
 #include <string>
 #include <string_view>
 #include <tuple>
-#include <type_traits>
 
-/// A document format as one list: which element holds which member, in written order, for both directions.
+/// A document format as one list: which element or attribute holds which member, in written order, for both
+/// directions.
 ///
 ///     constexpr auto kFields = fields(
-///         always("id", &Objective::ID),
+///         attributeUnlessEmpty("ID", &Objective::ID),
+///         always("module", &Objective::Module),
 ///         unlessEmpty("skillSet", &Objective::SkillSet));
 ///
 ///     bool Objective::LoadFromXMLNode(xml::Node node) { return read(kFields, node, *this); }
 ///     void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const { write(kFields, node, *this); }
 ///
-/// Reading replaces a member when its element is there and keeps it when not; numbers raise 6 and 13 as the
-/// conversions do. Members are text, 16-bit integers or doubles.
+/// Reading replaces a member when its element or attribute is there and keeps it when not; numbers raise 6
+/// and 13 as the conversions do. Members are text, 16-bit integers, doubles, and booleans that are "true" or
+/// "false" in the document, of which only exact "true" reads as True.
 namespace norvakavlor {
 
-/// When a field's element is written.
+enum class Place { Element, Attribute };
 enum class Written { Always, UnlessEmpty };
 
 template <class Owner, class Member>
 struct Field {
-    std::string_view element;
+    std::string_view name;
     Member Owner::*member;
+    Place place;
     Written written;
 };
 
 /// A child element that is always written.
 template <class Owner, class Member>
 constexpr Field<Owner, Member> always(std::string_view element, Member Owner::*member) {
-    return {element, member, Written::Always};
+    return {element, member, Place::Element, Written::Always};
 }
 
 /// A child element that is written only when its text is not empty.
 template <class Owner>
 constexpr Field<Owner, std::string> unlessEmpty(std::string_view element, std::string Owner::*member) {
-    return {element, member, Written::UnlessEmpty};
+    return {element, member, Place::Element, Written::UnlessEmpty};
+}
+
+/// An attribute that is always written.
+template <class Owner, class Member>
+constexpr Field<Owner, Member> attribute(std::string_view name, Member Owner::*member) {
+    return {name, member, Place::Attribute, Written::Always};
+}
+
+/// An attribute that is written only when it says something: a text that is not empty, a True.
+template <class Owner, class Member>
+constexpr Field<Owner, Member> attributeUnlessEmpty(std::string_view name, Member Owner::*member) {
+    return {name, member, Place::Attribute, Written::UnlessEmpty};
 }
 
 template <class... Fields>
@@ -49,21 +64,34 @@ constexpr std::tuple<Fields...> fields(Fields... rows) {
 
 namespace detail {
 
-inline void fromText(const std::string& text, std::string& member) { member = text; }
-inline void fromText(const std::string& text, int16_t& member) { member = toInt16(text); }
-inline void fromText(const std::string& text, double& member) { member = toDouble(text); }
+inline void fromText(std::string_view text, std::string& member) { member = text; }
+inline void fromText(std::string_view text, int16_t& member) { member = toInt16(text); }
+inline void fromText(std::string_view text, double& member) { member = toDouble(text); }
+inline void fromText(std::string_view text, bool& member) { member = text == "true"; }
 
 inline std::string fieldText(const std::string& member) { return member; }
 inline std::string fieldText(int16_t member) { return std::to_string(member); }
 inline std::string fieldText(double member) { return toText(member); }
+inline std::string fieldText(bool member) { return member ? "true" : "false"; }
+
+inline bool saysNothing(const std::string& member) { return member.empty(); }
+inline bool saysNothing(bool member) { return !member; }
+template <class Number>
+bool saysNothing(Number) {
+    return false;
+}
 
 } // namespace detail
 
-/// Reads one field: its member keeps its value when the element is absent.
+/// Reads one field: its member keeps its value when the document has nothing for it.
 template <class Owner, class Member>
 void read(const Field<Owner, Member>& field, xml::Node node, Owner& owner) {
-    if (const xml::Node element = node.child(field.element))
+    if (field.place == Place::Attribute) {
+        if (const auto text = node.attribute(field.name))
+            detail::fromText(*text, owner.*field.member);
+    } else if (const xml::Node element = node.child(field.name)) {
         detail::fromText(element.text(), owner.*field.member);
+    }
 }
 
 /// Reads every field, in order. Always True, as the classes' loaders report.
@@ -75,9 +103,14 @@ bool read(const std::tuple<Fields...>& list, xml::Node node, Owner& owner) {
 
 template <class Owner, class Member>
 void write(const Field<Owner, Member>& field, xml::Node node, const Owner& owner) {
-    const std::string text = detail::fieldText(owner.*field.member);
-    if (field.written == Written::Always || !text.empty())
-        node.append(field.element, text);
+    const Member& member = owner.*field.member;
+    if (field.written == Written::UnlessEmpty && detail::saysNothing(member))
+        return;
+    if (field.place == Place::Attribute) {
+        node.setAttribute(field.name, detail::fieldText(member));
+    } else {
+        node.append(field.name, detail::fieldText(member));
+    }
 }
 
 template <class... Fields, class Owner>
