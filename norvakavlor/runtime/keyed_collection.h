@@ -53,6 +53,20 @@ public:
     }
     /// Removes the item at a position, counted from 1. Raises 9 outside the collection.
     void Remove(int32_t position) { erase(indexOf(position)); }
+    /// Takes the item at a position, counted from 1, out and appends it under a key, which may be another one
+    /// than before. Raises 9, and 457 when the key is taken by another item; nothing has moved then.
+    void moveToEnd(int32_t position, std::string_view key) {
+        const auto at = entries_.begin() + static_cast<std::ptrdiff_t>(indexOf(position));
+        std::string newKey = upperCase(key);
+        if ((*at)->key != newKey) {
+            if (!byKey_.emplace(newKey, at->get()).second)
+                throw runtimeError(RuntimeError::KeyAlreadyAssociated);
+            if ((*at)->key)
+                byKey_.erase(*(*at)->key);
+            (*at)->key = std::move(newKey);
+        }
+        std::rotate(at, at + 1, entries_.end());
+    }
     void clear() {
         byKey_.clear();
         entries_.clear();

@@ -91,7 +91,9 @@ void deleteDocument(std::string_view kind, const std::string& location) {
 }
 
 bool leavesStaleCopy(const std::string& former, const std::string& current) {
-    return !former.empty() && former != current && !platform::sameFile(former, current);
+    if (former.empty() || former == current)
+        return false;
+    return IsURL(former) || (platform::fileExists(former) && !platform::sameFile(former, current));
 }
 
 std::optional<xml::Document> readLocalDocument(const std::string& path) {

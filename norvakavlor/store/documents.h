@@ -48,7 +48,8 @@ bool writeDocument(std::string_view kind, const std::string& location, const xml
 void deleteDocument(std::string_view kind, const std::string& location);
 
 /// Does the document at `former` stay behind as a stale copy now that its object was stored at `current`? Not
-/// when there is no former place, and not when both names lead to the one file just written.
+/// when there is no former place or no file there any more, and not when both names lead to the one file just
+/// written.
 bool leavesStaleCopy(const std::string& former, const std::string& current);
 
 /// A document of the local disk, whatever the path looks like; nothing when it is missing or does not parse.

@@ -1,5 +1,6 @@
 #include <norvakavlor/store/location.h>
 
+#include <algorithm>
 #include <norvakavlor/platform/files.h>
 
 namespace norvakavlor {
@@ -63,6 +64,16 @@ std::string withSeparator(std::string_view directory) {
     if (!endsInSeparator(result))
         result += '/';
     return result;
+}
+
+std::vector<std::string> splitDirectories(std::string_view list) {
+    std::vector<std::string> directories;
+    for (size_t start = 0; start <= list.size();) {
+        const size_t end = std::min(list.find(';', start), list.size());
+        directories.emplace_back(list.substr(start, end - start));
+        start = end + 1;
+    }
+    return directories;
 }
 
 std::string bareFileName(const std::string& location) {

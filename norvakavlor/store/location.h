@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Locations: where a document or a directory lives. A location is a web location when its first five
 /// characters are exactly "http:", otherwise a local path.
@@ -28,6 +29,9 @@ std::string EnsureTrailingSlash(std::string_view text);
 
 /// A last "/" or "\" stays as it is, else "/" is appended: the rule of exam lists and of students' copies.
 std::string withSeparator(std::string_view directory);
+
+/// The directories of a list, separated by ";". An empty list is one empty piece.
+std::vector<std::string> splitDirectories(std::string_view list);
 
 /// The file name at a location: base name + "." + extension, of the part after the last "/" on the web. A
 /// name without an extension ends in ".", as readers of these names rely on the dot.
