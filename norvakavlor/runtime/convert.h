@@ -27,6 +27,9 @@ bool toBoolean(std::string_view text);
 /// exceeds 12. Raises 13 for a text that is no date.
 Date toDate(std::string_view text);
 
+/// Raises 6 outside the years 100 to 9999.
+Date toDate(double days);
+
 /// The same tests without an error: does the text hold a number, a date?
 bool isNumeric(std::string_view text);
 std::optional<Date> parseDate(std::string_view text);

@@ -258,11 +258,23 @@ public:
     Description& property(const char* name, Get get, Put put, const char* help,
                           std::initializer_list<ParameterName> names = {}) {
         Member row = callRow(Member::Kind::Property, name, get, names, help);
-        row.put = [put](Object& object, std::span<Value> arguments, const Value& value) {
-            std::vector<Value> all(arguments.begin(), arguments.end());
-            all.push_back(value);
-            call(put, object, all, static_cast<typename detail::MemberSignature<Put>::Parameters*>(nullptr));
-        };
+        row.put = putter(put);
+        return add(std::move(row));
+    }
+
+    /// A property that clients only set, as an entry's key in a dictionary; `put` takes the indexes and the
+    /// value.
+    template <class Put>
+    Description& writeOnly(const char* name, Put put, std::initializer_list<ParameterName> indexes,
+                           const char* help) {
+        Member row;
+        row.kind = Member::Kind::Property;
+        row.name = name;
+        row.help = help;
+        row.type = {Type::Kind::Any, nullptr};
+        for (const ParameterName& index : indexes)
+            row.parameters.push_back({index.name, row.type});
+        row.put = putter(put);
         return add(std::move(row));
     }
 
@@ -305,6 +317,16 @@ private:
     Description& add(Member row) {
         info_.add(std::move(row));
         return *this;
+    }
+
+    /// Calls a function that takes an indexed property's indexes and then its new value.
+    template <class Put>
+    static std::function<void(Object&, std::span<Value>, const Value&)> putter(Put put) {
+        return [put](Object& object, std::span<Value> indexes, const Value& value) {
+            std::vector<Value> all(indexes.begin(), indexes.end());
+            all.push_back(value);
+            call(put, object, all, static_cast<typename detail::MemberSignature<Put>::Parameters*>(nullptr));
+        };
     }
 
     template <class Owner, class Field>

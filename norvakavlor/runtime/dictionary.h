@@ -1,8 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <norvakavlor/runtime/class_info.h>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
 
 namespace norvakavlor {
 
@@ -39,7 +43,20 @@ public:
     static const ClassInfo& classInfo();
 
 private:
-    // to be completed
+    struct Entry {
+        Value key;
+        Value item;
+        std::string identity;
+    };
+
+    std::string identityOf(const Value& key) const;
+    Entry* findEntry(const Value& key) const;
+    Entry& insert(const Value& key, const Value& item);
+
+    // The entries stay where they are in memory, so that the look-up can point at them.
+    std::vector<std::unique_ptr<Entry>> entries_;
+    std::unordered_map<std::string, Entry*> byIdentity_;
+    bool ignoreCase_ = false;
 };
 
 } // namespace norvakavlor

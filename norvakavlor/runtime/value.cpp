@@ -71,7 +71,7 @@ double Value::toDouble() const {
 
 Date Value::toDate() const {
     return toNumber<Date>(
-        storage_, [](double number) { return Date{number}; },
+        storage_, [](double number) { return norvakavlor::toDate(number); },
         [](const std::string& text) { return norvakavlor::toDate(text); });
 }
 

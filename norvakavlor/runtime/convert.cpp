@@ -1,0 +1,209 @@
+#include <norvakavlor/runtime/convert.h>
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/runtime/text.h>
+
+namespace norvakavlor {
+namespace {
+
+[[noreturn]] void mismatch() { throw runtimeError(RuntimeError::TypeMismatch); }
+[[noreturn]] void overflow() { throw runtimeError(RuntimeError::Overflow); }
+
+bool isDigit(char character) { return character >= '0' && character <= '9'; }
+
+std::string_view trimWhiteSpace(std::string_view text) {
+    constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
+    const size_t first = text.find_first_not_of(kWhiteSpace);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+}
+
+/// "&H1F" and "&O17", or nothing when the text is no such number. A number that needs all of its bits is
+/// negative in the type of that width, as Basic has it.
+std::optional<double> parseRadix(std::string_view text, int bits) {
+    if (text.size() < 3 || text[0] != '&')
+        return std::nullopt;
+    const char letter = upperCase(text.substr(1, 1))[0];
+    if (letter != 'H' && letter != 'O')
+        return std::nullopt;
+    uint64_t number = 0;
+    const auto [end, failure] =
+        std::from_chars(text.data() + 2, text.data() + text.size(), number, letter == 'H' ? 16 : 8);
+    if (end != text.data() + text.size())
+        return std::nullopt;
+    if (failure != std::errc() || number > std::numeric_limits<uint32_t>::max())
+        overflow();
+    const auto value = static_cast<double>(number);
+    const double range = std::ldexp(1.0, bits);
+    return value >= range / 2 && value < range ? value - range : value;
+}
+
+/// A number as Automation reads it for US English: blanks, sign or currency sign in front, a sign behind,
+/// parentheses for a negative one, thousands' commas, an exponent.
+class NumberReader {
+public:
+    explicit NumberReader(std::string_view text) : rest_(trimWhiteSpace(text)) {}
+
+    std::optional<double> read() {
+        readAffixes("$(");
+        readDigits();
+        if (!anyDigit_ || !readExponent())
+            return std::nullopt;
+        readAffixes("$)");
+        if (!rest_.empty() || openParenthesis_)
+            return std::nullopt;
+        return value();
+    }
+
+private:
+    bool take(char character) {
+        if (!rest_.starts_with(character))
+            return false;
+        rest_.remove_prefix(1);
+        return true;
+    }
+
+    /// What may stand in front of the digits, or behind them: each at most once in the whole text.
+    void readAffixes(std::string_view allowed) {
+        const bool inFront = allowed.ends_with('(');
+        for (;;) {
+            if (take(' ') || take('\t'))
+                continue;
+            if (!sign_ && (rest_.starts_with('+') || rest_.starts_with('-'))) {
+                sign_ = true;
+                negative_ = rest_.front() == '-';
+                rest_.remove_prefix(1);
+            } else if (!currency_ && take('$')) {
+                currency_ = true;
+            } else if (inFront && !sign_ && take('(')) {
+                sign_ = negative_ = openParenthesis_ = true;
+            } else if (!inFront && openParenthesis_ && take(')')) {
+                openParenthesis_ = false;
+            } else {
+                return;
+            }
+        }
+    }
+
+    void readDigits() {
+        bool inFraction = false;
+        for (; !rest_.empty(); rest_.remove_prefix(1)) {
+            const char character = rest_.front();
+            if (isDigit(character)) {
+                anyDigit_ = true;
+                digits_ += character;
+            } else if (character == '.' && !inFraction) {
+                inFraction = true;
+                digits_ += character;
+            } else if (character != ',' || inFraction || !anyDigit_) {
+                return;
+            }
+        }
+    }
+
+    /// False when an exponent's letter has no digits behind it.
+    bool readExponent() {
+        if (rest_.empty() || std::string_view("eEdD").find(rest_.front()) == std::string_view::npos)
+            return true;
+        rest_.remove_prefix(1);
+        std::string exponent = "e";
+        if (!take('+') && take('-'))
+            exponent += '-';
+        const size_t signLength = exponent.size();
+        for (; !rest_.empty() && isDigit(rest_.front()); rest_.remove_prefix(1))
+            exponent += rest_.front();
+        negativeExponent_ = signLength == 2;
+        digits_ += exponent;
+        return exponent.size() > signLength;
+    }
+
+    double value() const {
+        double number = 0;
+        const auto [end, failure] = std::from_chars(digits_.data(), digits_.data() + digits_.size(), number);
+        // Out of range is too large, or so small that it is nothing.
+        if (failure == std::errc::result_out_of_range && !tooSmall())
+            overflow();
+        if (failure != std::errc())
+            number = 0;
+        return negative_ ? -number : number;
+    }
+
+    bool tooSmall() const {
+        const bool beginsInFraction = digits_.find_first_not_of('0') == digits_.find('.');
+        return negativeExponent_ || beginsInFraction;
+    }
+
+    std::string_view rest_;
+    std::string digits_;
+    bool anyDigit_ = false;
+    bool negative_ = false;
+    bool negativeExponent_ = false;
+    bool sign_ = false;
+    bool currency_ = false;
+    bool openParenthesis_ = false;
+};
+
+double numberOf(std::string_view text, int bits) {
+    if (const auto number = parseRadix(trimWhiteSpace(text), bits))
+        return *number;
+    if (const auto number = NumberReader(text).read())
+        return *number;
+    mismatch();
+}
+
+template <class Integer>
+Integer toInteger(double number) {
+    // The distance to the nearest integer, halves to the even one, whatever the rounding mode of the thread
+    // is.
+    const double rounded = number - std::remainder(number, 1.0);
+    const bool inRange =
+        rounded >= std::numeric_limits<Integer>::min() && rounded <= std::numeric_limits<Integer>::max();
+    if (!inRange)
+        overflow(); // also when it is no number
+    return static_cast<Integer>(rounded);
+}
+
+} // namespace
+
+int16_t toInt16(double number) { return toInteger<int16_t>(number); }
+int32_t toInt32(double number) { return toInteger<int32_t>(number); }
+int16_t toInt16(std::string_view text) { return toInt16(numberOf(text, 16)); }
+int32_t toInt32(std::string_view text) { return toInt32(numberOf(text, 32)); }
+double toDouble(std::string_view text) { return numberOf(text, 32); }
+
+bool toBoolean(std::string_view text) {
+    const std::string word = upperCase(text);
+    if (word == "TRUE" || word == "#TRUE#")
+        return true;
+    if (word == "FALSE" || word == "#FALSE#")
+        return false;
+    return toDouble(text) != 0;
+}
+
+Date toDate(double days) {
+    const Date date{days};
+    civilTime(date); // raises beyond the calendar
+    return date;
+}
+
+bool isNumeric(std::string_view text) {
+    return ignoringErrors([&] { toDouble(text); });
+}
+
+std::string toText(double number) {
+    if (number == 0)
+        return "0"; // without the sign of a negative zero
+    constexpr int kSignificantDigits = 15;
+    char buffer[32];
+    const auto [end, failure] =
+        std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, kSignificantDigits);
+    return failure == std::errc() ? upperCase({buffer, static_cast<size_t>(end - buffer)}) : std::string();
+}
+
+std::string toText(bool value) { return value ? "True" : "False"; }
+
+} // namespace norvakavlor

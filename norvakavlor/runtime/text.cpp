@@ -1,0 +1,173 @@
+#include <norvakavlor/runtime/text.h>
+
+#include <algorithm>
+#include <norvakavlor/runtime/case_table.h>
+#include <norvakavlor/runtime/utf8.h>
+#include <utility>
+#include <vector>
+
+namespace norvakavlor {
+namespace {
+
+bool isAscii(std::string_view text) {
+    return std::ranges::all_of(text,
+                               [](char character) { return static_cast<unsigned char>(character) < 0x80; });
+}
+
+char32_t upperCodePoint(char32_t code) {
+    const auto ranges = upperCaseRanges();
+    const auto after = std::ranges::upper_bound(ranges, code, {}, &CaseRange::first);
+    if (after == ranges.begin())
+        return code;
+    const CaseRange& range = *(after - 1);
+    if (code > range.last || (code - range.first) % range.step != 0)
+        return code;
+    return static_cast<char32_t>(static_cast<int32_t>(code) + range.distance);
+}
+
+/// The reverse of the upper-case table; where several code points share an upper case, the first of them, and
+/// an ASCII letter's is always its ASCII one.
+const std::vector<std::pair<char32_t, char32_t>>& lowerCaseTable() {
+    static const auto table = [] {
+        std::vector<std::pair<char32_t, char32_t>> pairs;
+        for (const CaseRange& range : upperCaseRanges()) {
+            for (char32_t code = range.first; code <= range.last; code += range.step) {
+                pairs.emplace_back(upperCodePoint(code), code);
+            }
+        }
+        std::ranges::stable_sort(pairs, {}, &std::pair<char32_t, char32_t>::first);
+        return pairs;
+    }();
+    return table;
+}
+
+char32_t lowerCodePoint(char32_t code) {
+    const auto& table = lowerCaseTable();
+    const auto found = std::ranges::lower_bound(table, code, {}, &std::pair<char32_t, char32_t>::first);
+    return found != table.end() && found->first == code ? found->second : code;
+}
+
+char upperAscii(char character) {
+    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
+}
+
+char lowerAscii(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+/// Maps every code point; bytes that are not UTF-8 stay.
+template <class MapAscii, class MapCodePoint>
+std::string mapped(std::string_view text, MapAscii mapAscii, MapCodePoint mapCodePoint) {
+    std::string result;
+    if (isAscii(text)) {
+        result.resize(text.size());
+        std::ranges::transform(text, result.begin(), mapAscii);
+        return result;
+    }
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const CodePoint point = decodeCodePoint(text);
+        if (point.valid) {
+            appendUtf8(result, mapCodePoint(point.value));
+        } else {
+            result += text.front();
+        }
+        text.remove_prefix(point.length);
+    }
+    return result;
+}
+
+} // namespace
+
+std::string upperCase(std::string_view text) { return mapped(text, upperAscii, upperCodePoint); }
+
+std::string lowerCase(std::string_view text) { return mapped(text, lowerAscii, lowerCodePoint); }
+
+bool equalIgnoringCase(std::string_view left, std::string_view right) {
+    return upperCase(left) == upperCase(right);
+}
+
+bool containsIgnoringCase(std::string_view text, std::string_view part) {
+    return upperCase(text).find(upperCase(part)) != std::string::npos;
+}
+
+int compareByUtf16(std::string_view left, std::string_view right) {
+    const auto [atLeft, atRight] = std::ranges::mismatch(left, right);
+    if (atLeft == left.end() || atRight == right.end()) {
+        return atLeft == left.end() ? (atRight == right.end() ? 0 : -1) : 1;
+    }
+    // In UTF-16 the code points beyond U+FFFF (lead bytes F0 to F4) sort as surrogates, before U+E000 to
+    // U+FFFF (lead bytes EE and EF); everywhere else the order of the bytes is the order of the units.
+    const auto rank = [](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return byte == 0xEE || byte == 0xEF ? byte + 0x100 : int{byte};
+    };
+    return rank(*atLeft) < rank(*atRight) ? -1 : 1;
+}
+
+size_t utf16Length(std::string_view text) {
+    size_t length = 0;
+    while (!text.empty()) {
+        const CodePoint point = decodeCodePoint(text);
+        length += point.value > 0xFFFF ? 2 : 1;
+        text.remove_prefix(point.length);
+    }
+    return length;
+}
+
+std::u16string toUtf16(std::string_view text) {
+    std::u16string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const CodePoint point = decodeCodePoint(text);
+        if (point.value > 0xFFFF) {
+            result += static_cast<char16_t>(0xD7C0 + (point.value >> 10));
+            result += static_cast<char16_t>(0xDC00 + (point.value & 0x3FF));
+        } else {
+            result += static_cast<char16_t>(point.value);
+        }
+        text.remove_prefix(point.length);
+    }
+    return result;
+}
+
+std::string toUtf8(std::u16string_view text) {
+    const auto isLead = [](char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; };
+    const auto isTrail = [](char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; };
+    std::string result;
+    result.reserve(text.size());
+    for (size_t position = 0; position < text.size(); ++position) {
+        const char16_t unit = text[position];
+        if (isLead(unit) && position + 1 < text.size() && isTrail(text[position + 1])) {
+            const char16_t trail = text[++position];
+            appendUtf8(result, 0x10000u + ((unit - 0xD800u) << 10) + (trail - 0xDC00u));
+        } else {
+            appendUtf8(result, isLead(unit) || isTrail(unit) ? 0xFFFD : char32_t{unit});
+        }
+    }
+    return result;
+}
+
+std::string wellFormedUtf8(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const CodePoint point = decodeCodePoint(text);
+        if (point.valid) {
+            result.append(text.substr(0, point.length));
+        } else {
+            appendUtf8(result, 0xFFFD);
+        }
+        text.remove_prefix(point.length);
+    }
+    return result;
+}
+
+std::string_view trimBlanks(std::string_view text) {
+    const size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+} // namespace norvakavlor
