@@ -1,6 +1,11 @@
 #include <norvakavlor/component/class_list.h>
 
+#include <norvakavlor/assessment/question_pool.h>
+#include <norvakavlor/curriculum/courses.h>
+#include <norvakavlor/curriculum/objectives.h>
+#include <norvakavlor/curriculum/task_pool.h>
 #include <norvakavlor/curriculum/textbooks.h>
+#include <norvakavlor/lessons/lesson_menu.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
@@ -16,6 +21,23 @@ constexpr ClassTable kCreatable[] = {
     // curriculum
     &TextBook::classInfo,
     &TextBooks::classInfo,
+    &CourseSection::classInfo,
+    &Course::classInfo,
+    &Courses::classInfo,
+    &Reference::classInfo,
+    &Objective::classInfo,
+    &Objectives::classInfo,
+    &Task::classInfo,
+    &TaskPool::classInfo,
+    // assessment
+    &DialogBox::classInfo,
+    &Question::classInfo,
+    &QuestionPool::classInfo,
+    // lessons
+    &LessonAssignment::classInfo,
+    &Lesson::classInfo,
+    &Tutorial::classInfo,
+    &LessonMenu::classInfo,
 };
 // clang-format on
 

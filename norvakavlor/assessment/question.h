@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <norvakavlor/curriculum/objectives.h>
+#include <norvakavlor/curriculum/task_pool.h>
+#include <norvakavlor/runtime/dictionary.h>
+#include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/xml/document.h>
+#include <string>
+
+namespace norvakavlor {
+
+/// A dialog box that a question shows at a step, and the answer that it takes.
+class DialogBox final : public Object {
+public:
+    int16_t Index = 0;
+    std::string Answer;
+
+    /// Stores both. Always True.
+    bool SetValues(int16_t pIndex, const std::string& pAnswer);
+
+    static const ClassInfo& classInfo();
+};
+
+/// One question: a sequence of simulated steps with its accepted answers. Dictionaries go from a step's name,
+/// compared exactly, to what it shows; lists have no keys.
+class Question final : public Object {
+public:
+    std::string ID;   ///< key in QuestionPool
+    std::string Text; ///< may hold markup
+    const Ref<KeyedCollection<std::string>> Answers =
+        New<KeyedCollection<std::string>>(); ///< accepted, in order
+    bool AnswerInOrder = false;              ///< must the answers be given in order?
+    std::string Skill;                       ///< in no pool document
+    Ref<norvakavlor::Objective> Objective;   ///< shared with the objectives it was found in; may be Nothing
+    Ref<norvakavlor::Task> Task;             ///< shared with the pool it was found in; may be Nothing
+    std::string Hint;
+    std::string Module;      ///< the objective's module as loading found it
+    int16_t Correct = 0;     ///< result of an attempt; in a summary, how many students answered right
+    int16_t Attempts = 0;    ///< tries of an attempt; in a summary, how many students had the question
+    std::string Vantel;      ///< alternative answer for a series of textbooks
+    std::string Pelmarintos; ///< likewise
+    std::string Quorvenda;   ///< likewise
+    std::string AltText1;
+    std::string AltText2;
+    std::string AltText3;
+    const Ref<Dictionary> BGImages = New<Dictionary>();        ///< step -> background image
+    const Ref<Dictionary> CorrectBGImages = New<Dictionary>(); ///< step -> image of the right answer
+    const Ref<Dictionary> DialogBoxes = New<Dictionary>();     ///< step -> DialogBox
+    const Ref<KeyedCollection<std::string>> TaskPaneList = New<KeyedCollection<std::string>>();
+    const Ref<Dictionary> DivIDs = New<Dictionary>(); ///< step -> page element
+    std::string QuestionSetupFunction;                ///< read from documents, never written
+    std::string QuestionSetupParam;                   ///< likewise
+    const Ref<KeyedCollection<std::string>> QuestionImages =
+        New<KeyedCollection<std::string>>(); ///< likewise
+    int16_t Points = 1;                      ///< set by exams
+    std::string Remediation;                 ///< set by exams
+
+    /// A new question with the texts, results, Objective and Task (the same objects) of this one; its
+    /// answers, images, dialog boxes and other lists and its set-up are empty, as exams have it.
+    Ref<Question> Clone() const;
+    /// Renames the objective in place, for everyone who shares it; without one, makes one of this ID.
+    void SetObjectiveID(const std::string& objectiveID);
+    /// The same for the task.
+    void SetTaskID(const std::string& taskID);
+
+    static const ClassInfo& classInfo();
+};
+
+} // namespace norvakavlor

@@ -1,0 +1,197 @@
+#include <norvakavlor/assessment/question_format.h>
+
+#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/fields.h>
+
+namespace norvakavlor {
+namespace {
+
+// The alternative texts: read when present, written when not empty.
+constexpr auto kAlternatives = fields(                  //
+    unlessEmpty("vantel", &Question::Vantel),           //
+    unlessEmpty("pelmarintos", &Question::Pelmarintos), //
+    unlessEmpty("quorvenda", &Question::Quorvenda),     //
+    unlessEmpty("alttext1", &Question::AltText1),       //
+    unlessEmpty("alttext2", &Question::AltText2),       //
+    unlessEmpty("alttext3", &Question::AltText3));
+// Read behind the alternatives, written behind the references.
+constexpr auto kHint = unlessEmpty("hint", &Question::Hint);
+
+/// A list of elements with a step each, which fills a dictionary.
+struct StepList {
+    const char* list;
+    const char* element;
+    Ref<Dictionary> const Question::*dictionary;
+    int missingStep;           ///< error code
+    int duplicate;             ///< error code
+    const char* duplicateName; ///< what the error text calls the list
+};
+constexpr StepList kBackgroundImages{"backgroundImageList", "image", &Question::BGImages, 643, 651,
+                                     "backgroundImageList"};
+constexpr StepList kCorrectImages{"correctImageList", "image", &Question::CorrectBGImages, 644, 652,
+                                  "correctImageList"};
+constexpr StepList kDialogBoxes{"dialogBoxList", "dialogBox", &Question::DialogBoxes, 647, 648,
+                                "dialogBoxList"};
+constexpr StepList kDivIDs{"divIDList", "divID", &Question::DivIDs, 646, 649, "divID"};
+
+/// The missing step of an image is reported without the question's ID, that of the others with it.
+std::string missingStepText(const StepList& list, const Question& question) {
+    const std::string element = list.element;
+    return element == "image" ? "Step attribute required for image in " + std::string(list.list)
+                              : "step attribute required for " + element + " for question ID " + question.ID;
+}
+
+/// Reads a list of steps; `item` makes what the dictionary holds of each element.
+template <class ItemOf>
+void readSteps(const StepList& list, xml::Node node, Question& question, ItemOf item) {
+    Dictionary& dictionary = *(question.*list.dictionary);
+    for (const xml::Node element : xml::children(node.child(list.list), list.element)) {
+        // The attribute must be there; it may be empty.
+        const auto step = element.attribute("step");
+        if (!step)
+            throw questionPoolError(list.missingStep, missingStepText(list, question));
+        const Value value = item(element);
+        if (dictionary.find(*step)) {
+            throw questionPoolError(list.duplicate, "duplicate " + std::string(list.duplicateName) +
+                                                        " step attribute '" + std::string(*step) +
+                                                        "' for question ID " + question.ID);
+        }
+        dictionary.Add(Value(*step), value);
+    }
+}
+
+Value textOf(xml::Node element) { return element.text(); }
+
+Value dialogBoxOf(xml::Node element) {
+    const auto index = element.attribute("index");
+    if (!index)
+        throw questionPoolError(645, "index attribute required for dialogBox");
+    auto box = New<DialogBox>();
+    box->SetValues(toInt16(*index), element.text());
+    return box;
+}
+
+void readList(KeyedCollection<std::string>& list, xml::Node node, const char* element) {
+    for (const xml::Node child : xml::children(node, element))
+        list.Add(child.text());
+}
+
+/// The markup inside the text element: its serialised form without the first 6 and the last 7 characters,
+/// which are its tags when the start tag has no attributes; with attributes the same characters go, as
+/// readers of the format know it.
+std::string innerMarkup(xml::Node element) {
+    constexpr size_t kStartTag = 6;
+    constexpr size_t kEndTag = 7;
+    const std::string markup = element.markup();
+    if (markup.size() < kStartTag + kEndTag)
+        return {};
+    if (markup.ends_with("</text>"))
+        return markup.substr(kStartTag, markup.size() - kStartTag - kEndTag);
+    // An element without content: what is cut off behind may be more than ASCII, so count characters.
+    const std::u16string characters = toUtf16(markup);
+    if (characters.size() < kStartTag + kEndTag)
+        return {};
+    return toUtf8(std::u16string_view(characters).substr(kStartTag, characters.size() - kStartTag - kEndTag));
+}
+
+template <class AppendItem>
+void writeSteps(const StepList& list, const Question& question, xml::Node node, AppendItem appendItem) {
+    const Dictionary& dictionary = *(question.*list.dictionary);
+    if (dictionary.empty())
+        return;
+    const xml::Node parent = node.append(list.list);
+    for (size_t position = 0; position < static_cast<size_t>(dictionary.Count()); ++position) {
+        appendItem(parent, dictionary.keyAt(position).toText(), dictionary.itemAt(position));
+    }
+}
+
+void writeList(const KeyedCollection<std::string>& list, xml::Node parent, const char* element) {
+    for (const std::string& text : list)
+        parent.append(element, text);
+}
+
+} // namespace
+
+Error questionPoolError(int code, const std::string& description) {
+    const std::string source = "QuestionPool.LoadFromXMLNode";
+    return objectError(code, source, source + ": " + description);
+}
+
+Ref<Question> readQuestion(xml::Node node, Objectives* objectives, TaskPool* taskPool) {
+    auto question = New<Question>();
+    question->ID = node.child("id").text();
+    if (const xml::Node answers = node.child("answers")) {
+        const auto inOrder = answers.attribute("inorder");
+        question->AnswerInOrder = inOrder == "true" || inOrder == "1";
+        readList(*question->Answers, answers, "answer");
+    }
+    read(kAlternatives, node, *question);
+    read(kHint, node, *question);
+    // The markup is kept here and escaped when it is written: readers of saved pools rely on plain text.
+    question->Text = innerMarkup(node.child("text"));
+    // These two sources have a colon where all others have a dot; callers compare them.
+    if (const xml::Node reference = node.child("objectiveRef")) {
+        const auto* found = objectives ? objectives->ObjectiveMembers->find(reference.text()) : nullptr;
+        if (!found)
+            throw objectError(641, "QuestionPool:LoadFromXMLNode", "Invalid Objective ID");
+        question->Objective = *found;
+        question->Module = question->Objective->Module;
+    }
+    if (const xml::Node reference = node.child("taskRef")) {
+        const std::string taskID = reference.text();
+        const auto* found = taskPool ? taskPool->Tasks->find(taskID) : nullptr;
+        if (!found) {
+            throw objectError(642, "QuestionPool:LoadFromXMLNode",
+                              "Invalid Task ID " + taskID + " in question ID " + question->ID);
+        }
+        question->Task = *found;
+    }
+    readSteps(kBackgroundImages, node, *question, textOf);
+    readSteps(kCorrectImages, node, *question, textOf);
+    readSteps(kDialogBoxes, node, *question, dialogBoxOf);
+    readList(*question->TaskPaneList, node.child("taskPaneList"), "taskPane");
+    readSteps(kDivIDs, node, *question, textOf);
+    const xml::Node setup = node.child("questionSetup");
+    question->QuestionSetupFunction = setup.child("questionSetupFunction").text();
+    question->QuestionSetupParam = setup.child("questionSetupParam").text();
+    readList(*question->QuestionImages, node.child("questionImageList"), "image");
+    return question;
+}
+
+void writeQuestion(const Question& question, xml::Node node) {
+    node.append("id", question.ID);
+    node.append("text", question.Text);
+    if (!question.Answers->empty()) {
+        const xml::Node answers = node.append("answers");
+        answers.setAttribute("inorder", question.AnswerInOrder ? "true" : "false");
+        writeList(*question.Answers, answers, "answer");
+    }
+    write(kAlternatives, node, question);
+    if (question.Objective)
+        node.append("objectiveRef", question.Objective->ID);
+    if (question.Task)
+        node.append("taskRef", question.Task->ID);
+    write(kHint, node, question);
+    const auto appendImage = [](xml::Node parent, const std::string& step, const Value& image) {
+        parent.append("image", image.toText()).setAttribute("step", step);
+    };
+    writeSteps(kBackgroundImages, question, node, appendImage);
+    writeSteps(kCorrectImages, question, node, appendImage);
+    writeSteps(kDialogBoxes, question, node,
+               [](xml::Node parent, const std::string& step, const Value& item) {
+                   const auto box = ArgumentTraits<DialogBox>::take(item);
+                   const xml::Node element = parent.append("dialogBox", box->Answer);
+                   element.setAttribute("index", std::to_string(box->Index));
+                   element.setAttribute("step", step);
+               });
+    if (!question.TaskPaneList->empty())
+        writeList(*question.TaskPaneList, node.append("taskPaneList"), "taskPane");
+    writeSteps(kDivIDs, question, node, [](xml::Node parent, const std::string& step, const Value& id) {
+        parent.append("divID", id.toText()).setAttribute("step", step);
+    });
+    // Set-up and question images are read and never written in this version of the format.
+}
+
+} // namespace norvakavlor

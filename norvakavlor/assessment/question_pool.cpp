@@ -1,0 +1,79 @@
+#include <norvakavlor/assessment/question_pool.h>
+
+#include <norvakavlor/assessment/question_format.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/store/collection.h>
+#include <norvakavlor/xml/node_object.h>
+
+namespace norvakavlor {
+namespace {
+
+constexpr DocumentWords kWords{"QuestionPool", "questionPool"};
+
+} // namespace
+
+Ref<KeyedCollection<std::string>> QuestionPool::GetModules() const { return modules_.copy(); }
+
+Ref<KeyedCollection<Question>> QuestionPool::GetQuestionsByModule(const std::string& moduleName) const {
+    auto questions = New<KeyedCollection<Question>>();
+    for (const Ref<Question>& question : *Questions) {
+        if (question->Module != moduleName)
+            continue;
+        if (questions->contains(question->ID)) {
+            const std::string source = "QuestionPool.GetQuestionsByModule";
+            throw objectError(650, source,
+                              source + ": duplicate question '" + question->ID + "' in module " + moduleName);
+        }
+        questions->Add(question->Clone(), question->ID);
+    }
+    return questions;
+}
+
+bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, TaskPool* taskPool) {
+    return loadFrom(*this, kWords.kind, fileName, objectives, taskPool);
+}
+
+bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {
+    // Every child is a question, whatever its name; a comment is one with empty fields.
+    for (const xml::Node child : xml::children(poolNode)) {
+        const Ref<Question> question = readQuestion(child, objectives, taskPool);
+        if (Questions->contains(question->ID)) {
+            throw questionPoolError(653, "found duplication question id '" + question->ID + "'");
+        }
+        Questions->Add(question, question->ID);
+        modules_.add(question->Module);
+    }
+    return true;
+}
+
+bool QuestionPool::Save(const std::string& fileName) const {
+    saveAs(kWords, fileName, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    return true;
+}
+
+void QuestionPool::SaveToXMLNode(xml::Node poolNode) const {
+    for (const Ref<Question>& question : *Questions)
+        writeQuestion(*question, poolNode.append("question"));
+}
+
+const ClassInfo& QuestionPool::classInfo() {
+    static const ClassInfo info =
+        describe<QuestionPool>("QuestionPool", "The questions of a title, one document.")
+            .readOnly("Questions", &QuestionPool::Questions, "The questions, keyed by ID, in document order.")
+            .method("GetModules", &QuestionPool::GetModules, {},
+                    "The questions' modules, in the order first met.")
+            .method("GetQuestionsByModule", &QuestionPool::GetQuestionsByModule, {"moduleName"},
+                    "Clones of a module's questions, in pool order.")
+            .method("Load", &QuestionPool::Load,
+                    {"fileName", {"objectives", optional}, {"taskPool", optional}},
+                    "Adds a document's questions; False when it does not parse.")
+            .method("LoadFromXMLNode", &QuestionPool::LoadFromXMLNode,
+                    {"poolNode", {"objectives", optional}, {"taskPool", optional}},
+                    "Adds the questions of a questionPool element.")
+            .method("Save", &QuestionPool::Save, {"fileName"}, "Stores the questions as one document.")
+            .method("SaveToXMLNode", &QuestionPool::SaveToXMLNode, {"poolNode"},
+                    "Fills a questionPool element.");
+    return info;
+}
+
+} // namespace norvakavlor

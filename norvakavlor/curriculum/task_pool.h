@@ -1,0 +1,63 @@
+#pragma once
+
+#include <norvakavlor/curriculum/module_list.h>
+#include <norvakavlor/curriculum/objectives.h>
+#include <norvakavlor/runtime/date.h>
+#include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/xml/document.h>
+#include <string>
+
+namespace norvakavlor {
+
+/// A skill to be performed. Its module is that of its objective.
+class Task final : public Object {
+public:
+    std::string ID; ///< key in TaskPool
+    std::string TaskName;
+    Ref<norvakavlor::Objective> Objective; ///< shared with the objectives it was found in; may be Nothing
+    std::string BaseHREF;                  ///< base address of the task's content
+    Date CompletionDate; ///< when the student completed it; in no pool document, lessons use it
+    Ref<KeyedCollection<Reference>> References =
+        New<KeyedCollection<Reference>>(); ///< no keys; clones share it
+
+    /// A new task with the same fields, sharing Objective and References.
+    Ref<Task> Clone() const;
+    /// Fills a task element.
+    void SaveToXMLNode(xml::Node node) const;
+    /// Renames the objective in place, for everyone who shares it; without one, makes one of this ID.
+    void SetObjectiveID(const std::string& objectiveID);
+
+    static const ClassInfo& classInfo();
+};
+
+/// The tasks of a title, one document. It owns its members.
+class TaskPool final : public Object {
+public:
+    const Ref<KeyedCollection<Task>> Tasks =
+        New<KeyedCollection<Task>>(); ///< live; keyed by ID, in document order
+
+    /// The modules of the tasks' objectives as loading met them: a new collection.
+    Ref<KeyedCollection<std::string>> GetModules() const;
+    /// Clones of the tasks whose objective's module is exactly this one, keyed by ID. Raises 91 when any task
+    /// has no objective, also when others match.
+    Ref<KeyedCollection<Task>> GetTasksByModule(const std::string& moduleName) const;
+
+    /// Adds the tasks of the document at a location. False, with nothing changed, when it cannot be had or
+    /// does not parse. Raises object error 621 for an objective that `objectives` lacks (any, without
+    /// `objectives`) and 622 for a repeated ID; the tasks before it stay. Their references' textbooks have
+    /// their IDs alone.
+    bool Load(const std::string& location, Objectives* objectives);
+    bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives);
+
+    /// Stores the pool. True whenever no error was raised; raises 70, 76 or 61 when a local file cannot be
+    /// written.
+    bool Save(const std::string& location) const;
+    void SaveToXMLNode(xml::Node poolNode) const;
+
+    static const ClassInfo& classInfo();
+
+private:
+    ModuleList modules_;
+};
+
+} // namespace norvakavlor

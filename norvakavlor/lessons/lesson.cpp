@@ -1,0 +1,207 @@
+#include <norvakavlor/lessons/lesson.h>
+
+#include <norvakavlor/lessons/lesson_files.h>
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/store/collection.h>
+#include <norvakavlor/store/fields.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/xml/node_object.h>
+
+namespace norvakavlor {
+namespace {
+
+constexpr auto kAssignmentFields = fields(                  //
+    always("lessonRef", &LessonAssignment::LessonFilename), //
+    always("classRef", &LessonAssignment::CourseID),        //
+    always("sectionRef", &LessonAssignment::SectionID));
+
+constexpr auto kFields = fields(                   //
+    attribute("ID", &Lesson::LessonID),            //
+    attribute("EXTERNAL_ID", &Lesson::ExternalID), //
+    attribute("COMPLETED", &Lesson::Completed),    //
+    always("title", &Lesson::Title),               //
+    always("source", &Lesson::Source));
+
+// Older documents have these in lower case; they are read so and written in upper case.
+constexpr auto kOlderExternalID = attribute("external_id", &Lesson::ExternalID);
+constexpr auto kOlderCompleted = attribute("completed", &Lesson::Completed);
+
+/// A lesson's own copy of a pool's task; with its ID alone when there is no pool. Raises 5 for a task that
+/// the pool lacks.
+Ref<Task> taskOf(TaskPool* pool, const std::string& id) {
+    if (pool)
+        return pool->Tasks->Item(id)->Clone();
+    auto task = New<Task>();
+    task->ID = id;
+    return task;
+}
+
+} // namespace
+
+bool LessonAssignment::LoadFromXMLNode(xml::Node objNode) { return read(kAssignmentFields, objNode, *this); }
+
+bool LessonAssignment::SaveToXMLNode(xml::Node objNode) const {
+    write(kAssignmentFields, objNode, *this);
+    return true;
+}
+
+bool Lesson::Load(const std::string& filename, TaskPool* taskPool) {
+    if (!loadFrom(*this, lessonKind(LessonObjType), filename, taskPool, filename))
+        return false;
+    loadedFrom_ = filename;
+    return true;
+}
+
+bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename) {
+    // On the web the name stays as it is; a local one without extension gets its dot.
+    LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
+    if (!lessonNode.attribute("EXTERNAL_ID"))
+        read(kOlderExternalID, lessonNode, *this);
+    if (!lessonNode.attribute("COMPLETED"))
+        read(kOlderCompleted, lessonNode, *this);
+    read(kFields, lessonNode, *this);
+    for (const xml::Node reference : xml::children(lessonNode.child("taskList"), "taskRef")) {
+        const Ref<Task> task = taskOf(taskPool, reference.text());
+        if (const auto completed = reference.attribute("completed"))
+            task->CompletionDate = toDate(*completed);
+        Tasks->Add(task, task->ID);
+    }
+    for (const xml::Node element : xml::children(lessonNode, "lessonAssignment")) {
+        auto assignment = New<LessonAssignment>();
+        assignment->LoadFromXMLNode(element);
+        LessonAssignments->Add(assignment);
+    }
+    return true;
+}
+
+bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
+    LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
+    const std::string kind = lessonKind(LessonObjType);
+    const bool accepted =
+        saveAs({kind, "lesson"}, filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    if (deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename)) {
+        Delete(loadedFrom_);
+        loadedFrom_.clear();
+    }
+    return true;
+}
+
+bool Lesson::SaveToXMLNode(xml::Node lessonNode) const {
+    write(kFields, lessonNode, *this);
+    const xml::Node taskList = lessonNode.append("taskList");
+    for (const Ref<Task>& task : *Tasks) {
+        // The zero date is written too, as the time that it is: "12:00:00 AM".
+        taskList.append("taskRef", task->ID).setAttribute("completed", toText(task->CompletionDate));
+    }
+    for (const Ref<LessonAssignment>& assignment : *LessonAssignments) {
+        assignment->SaveToXMLNode(lessonNode.append("lessonAssignment"));
+    }
+    return true;
+}
+
+bool Lesson::Delete(const std::string& filename) const {
+    deleteDocument(lessonKind(LessonObjType), filename);
+    return true;
+}
+
+Ref<KeyedCollection<TitleFilename>> Lesson::GetLessons(const std::string& directory,
+                                                       int32_t lessonType) const {
+    std::string parameters = "&LessonType=" + std::to_string(lessonType);
+    // The one listing that carries the directory's extra query.
+    AppendQuery(parameters, URLExtraQuery(directory));
+    return listDocuments(
+        lessonKind(LessonObjType), directory,
+        [&](std::string_view fileName) { return isLessonFile(fileName, lessonType); }, parameters);
+}
+
+Ref<KeyedCollection<Lesson>> Lesson::GetStudentLessons(const std::string& directory,
+                                                       const std::string& studentID, const Value& completed,
+                                                       TaskPool* taskPool) const {
+    const auto belongs = [&, suffix = "_kvl_" + studentID + ".xml"](std::string_view fileName) {
+        return !platform::holdsSeparator(fileName) &&
+               isLessonFile(fileName, static_cast<int32_t>(LessonTypes::Student)) &&
+               (studentID.empty() || fileName.ends_with(suffix));
+    };
+    const auto wanted = [&](const Lesson& lesson) {
+        return completed.isAbsent() || completed.toBoolean() == lesson.CalcLessonComplete();
+    };
+    auto lessons = New<KeyedCollection<Lesson>>();
+    const auto copies = GetLessons(directory, static_cast<int32_t>(LessonTypes::Student));
+    for (const Ref<TitleFilename>& copy : *copies) {
+        if (!belongs(copy->Filename))
+            continue;
+        auto lesson = New<Lesson>();
+        lesson->LessonObjType = LessonObjType;
+        bool loaded = false;
+        ignoringErrors(
+            [&] { loaded = lesson->Load(EnsureTrailingSlash(directory) + copy->Filename, taskPool); });
+        if (loaded && wanted(*lesson))
+            lessons->Add(lesson);
+    }
+    return lessons;
+}
+
+bool Lesson::CalcLessonComplete() const {
+    bool complete = true;
+    for (const Ref<Task>& task : *Tasks)
+        complete &= task->CompletionDate.isSet();
+    return complete;
+}
+
+bool Lesson::CalcLessonFileComplete(const std::string& filename, TaskPool* taskPool) const {
+    auto lesson = New<Lesson>();
+    lesson->Load(filename, taskPool);
+    return lesson->CalcLessonComplete();
+}
+
+const ClassInfo& LessonAssignment::classInfo() {
+    static const ClassInfo info =
+        describe<LessonAssignment>("LessonAssignment", "One placement of a lesson in a section of a course.")
+            .property("LessonFilename", &LessonAssignment::LessonFilename, "The lesson's file name.")
+            .property("CourseID", &LessonAssignment::CourseID, "ID of the course.")
+            .property("SectionID", &LessonAssignment::SectionID, "ID of the section.")
+            .method("LoadFromXMLNode", &LessonAssignment::LoadFromXMLNode, {"objNode"},
+                    "Reads a lessonAssignment element; always True.")
+            .method("SaveToXMLNode", &LessonAssignment::SaveToXMLNode, {"objNode"},
+                    "Fills a lessonAssignment element; always True.");
+    return info;
+}
+
+const ClassInfo& Lesson::classInfo() {
+    static const ClassInfo info =
+        describe<Lesson>("Lesson", "A training unit: a titled list of tasks with their completion dates.")
+            .property("Title", &Lesson::Title, "The lesson's title.")
+            .readOnly("LessonAssignments", &Lesson::LessonAssignments, "Where the lesson is assigned.")
+            .readOnly("Tasks", &Lesson::Tasks, "Copies of the pool's tasks, keyed by ID.")
+            .property("LessonFilename", &Lesson::LessonFilename, "File name last loaded from or saved to.")
+            .property("LessonObjType", &Lesson::LessonObjType, "2 for a textbook lesson.")
+            .property("LessonID", &Lesson::LessonID, "The lesson's ID.")
+            .property("ExternalID", &Lesson::ExternalID,
+                      "Its ID in an outside system, such as the gradebook.")
+            .property("Completed", &Lesson::Completed, "The completed flag stored in the document.")
+            .property("Source", &Lesson::Source, "One of LessonSources.")
+            .method("Load", &Lesson::Load, {"filename", {"TaskPool", optional}},
+                    "Loads a document; False when it cannot be had or does not parse.")
+            .method("LoadFromXMLNode", &Lesson::LoadFromXMLNode,
+                    {"lessonNode", {"TaskPool", optional}, {"filename", optional}}, "Reads a lesson element.")
+            .method("Save", &Lesson::Save, {"filename", {"deleteOldIfChanged", optional}},
+                    "Stores the lesson; can delete the document it was loaded from.")
+            .method("SaveToXMLNode", &Lesson::SaveToXMLNode, {"lessonNode"},
+                    "Fills a lesson element; always True.")
+            .method("Delete", &Lesson::Delete, {"filename"}, "Deletes a lesson's document; a failure raises.")
+            .method("GetLessons", &Lesson::GetLessons, {"Directory", "lessonType"},
+                    "The lessons of a type in a directory.")
+            .method("GetStudentLessons", &Lesson::GetStudentLessons,
+                    {"Directory", "StudentID", {"Completed", optional}, {"TaskPool", optional}},
+                    "A student's copies, loaded: complete, open or all.")
+            .method("CalcLessonComplete", &Lesson::CalcLessonComplete, {},
+                    "Has every task a completion date?")
+            .method("CalcLessonFileComplete", &Lesson::CalcLessonFileComplete,
+                    {"filename", {"TaskPool", optional}},
+                    "The same of a document; True for one that cannot be read.");
+    return info;
+}
+
+} // namespace norvakavlor

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <norvakavlor/curriculum/task_pool.h>
+#include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/store/title_filename.h>
+#include <norvakavlor/xml/document.h>
+#include <string>
+
+namespace norvakavlor {
+
+/// One placement of a lesson in a section of a course.
+class LessonAssignment final : public Object {
+public:
+    std::string LessonFilename;
+    std::string CourseID;
+    std::string SectionID;
+
+    /// A missing child leaves its field as it is. Always True.
+    bool LoadFromXMLNode(xml::Node objNode);
+    bool SaveToXMLNode(xml::Node objNode) const;
+
+    static const ClassInfo& classInfo();
+};
+
+/// A training unit: a titled list of tasks, each with the date on which the student completed it. Authored
+/// lessons and students' copies are separate documents, told apart by their file names.
+class Lesson final : public Object {
+public:
+    std::string Title;
+    const Ref<KeyedCollection<LessonAssignment>> LessonAssignments =
+        New<KeyedCollection<LessonAssignment>>(); ///< no keys
+    const Ref<KeyedCollection<Task>> Tasks =
+        New<KeyedCollection<Task>>(); ///< copies of the pool's tasks, keyed by ID
+    std::string LessonFilename;       ///< file name, without directory, last loaded from or saved to
+    int16_t LessonObjType = 0; ///< 2: a textbook lesson, which has an object kind of its own on the server
+    std::string LessonID;
+    std::string ExternalID; ///< the lesson's ID in an outside system, such as the gradebook
+    bool Completed = false; ///< the flag stored in the document; no calculation here consults it
+    int16_t Source = 0;     ///< one of LessonSources; any value is kept
+
+    /// Loads a document. False, with nothing changed, when it cannot be had or does not parse. Raises 5 for a
+    /// task that the pool lacks, 457 for a repeated one, 6 or 13 for a source or date that is none; the tasks
+    /// before it stay.
+    bool Load(const std::string& filename, TaskPool* taskPool);
+    /// The same from a lesson element; `filename` only gives LessonFilename. Each task is a copy of the
+    /// pool's; without a pool it has its ID and date alone.
+    bool LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename);
+
+    /// Stores the lesson. With `deleteOldIfChanged`, the document that it was loaded from is then deleted
+    /// when it lies elsewhere, and forgotten; not when the server refused the save, as it would be the only
+    /// copy. True whenever no error was raised; raises 70, 76 or 61 when a local file cannot be written, and
+    /// what deleting raises, the lesson being stored then.
+    bool Save(const std::string& filename, bool deleteOldIfChanged);
+    /// Fills a lesson element. Always True.
+    bool SaveToXMLNode(xml::Node lessonNode) const;
+
+    /// Deletes a lesson's document. True; a failure raises: 53 for a missing local file, 70 for a read-only
+    /// one.
+    bool Delete(const std::string& filename) const;
+
+    /// The lessons of a type (LessonTypes) in a directory; unreadable files are left out.
+    Ref<KeyedCollection<TitleFilename>> GetLessons(const std::string& directory, int32_t lessonType) const;
+
+    /// A student's copies in a directory, loaded with the pool; unreadable ones are left out. `completed`
+    /// True keeps the complete ones, False the open ones; Null, Empty or nothing keeps all. An empty
+    /// `studentID` stands for every student.
+    Ref<KeyedCollection<Lesson>> GetStudentLessons(const std::string& directory, const std::string& studentID,
+                                                   const Value& completed, TaskPool* taskPool) const;
+
+    /// Has every task a completion date? True for a lesson without tasks.
+    bool CalcLessonComplete() const;
+    /// The same of a document; True, too, for one that cannot be had or does not parse, as menus rely on.
+    bool CalcLessonFileComplete(const std::string& filename, TaskPool* taskPool) const;
+
+    static const ClassInfo& classInfo();
+
+private:
+    std::string loadedFrom_; ///< of the last successful Load; never set by Save
+};
+
+} // namespace norvakavlor

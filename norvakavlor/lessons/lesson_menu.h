@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <norvakavlor/lessons/tutorial.h>
+#include <optional>
+#include <string>
+
+namespace norvakavlor {
+
+/// What a student sees when choosing a lesson: a titled list of tutorials, one document.
+class LessonMenu final : public Object {
+public:
+    std::string Title;
+    const Ref<KeyedCollection<Tutorial>> Tutorials =
+        New<KeyedCollection<Tutorial>>(); ///< in document order; no keys
+    int16_t LessonMenuObjType = 1; ///< 2: a textbook menu, whose tutorials and lessons are a textbook's too
+
+    /// The menus of a directory: local names end in "_lm.xml" in any letter case.
+    Ref<KeyedCollection<TitleFilename>> GetLessonMenus(const std::string& directory) const;
+
+    /// Loads a menu and, as Tutorial::LoadFromXMLNode says, its lessons. False, with nothing changed, when
+    /// the menu cannot be had or does not parse; False, too, when a lesson does not load: the tutorials
+    /// before stay.
+    bool Load(const std::string& filename, const std::optional<std::string>& directoryList,
+              TaskPool* taskPool, const std::string& studentID, const std::string& saveDir);
+
+    /// Stores the menu; tutorials keep the files of their LessonTitleFiles alone. True whenever no error was
+    /// raised; raises 70, 76 or 61 when a local file cannot be written.
+    bool Save(const std::string& filename) const;
+
+    static const ClassInfo& classInfo();
+
+private:
+    std::string kind() const;
+};
+
+} // namespace norvakavlor

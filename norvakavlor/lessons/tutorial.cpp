@@ -1,0 +1,131 @@
+#include <norvakavlor/lessons/tutorial.h>
+
+#include <norvakavlor/lessons/lesson_files.h>
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/fields.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/xml/node_object.h>
+
+namespace norvakavlor {
+namespace {
+
+constexpr auto kFields = fields(always("title", &Tutorial::Title));
+
+constexpr std::string_view kNoExpand = "noexpand";
+constexpr std::string_view kSingle = "single";
+constexpr std::string_view kNormal = "normal";
+
+/// The word is compared exactly: "NoExpand" is a normal tutorial.
+TutorialTypes tutorialType(std::string_view word) {
+    if (word == kNoExpand)
+        return TutorialTypes::TutorialNoExpand;
+    if (word == kSingle)
+        return TutorialTypes::TutorialSingle;
+    return TutorialTypes::TutorialNormal;
+}
+
+std::string_view typeWord(int16_t type) {
+    switch (static_cast<TutorialTypes>(type)) {
+    case TutorialTypes::TutorialNoExpand:
+        return kNoExpand;
+    case TutorialTypes::TutorialSingle:
+        return kSingle;
+    default:
+        return kNormal;
+    }
+}
+
+} // namespace
+
+bool Tutorial::LoadFromXMLNode(xml::Node objNode, const std::optional<std::string>& directoryList,
+                               TaskPool* taskPool, const std::string& studentID, const std::string& saveDir) {
+    TutorialType = static_cast<int16_t>(tutorialType(objNode.attribute("type").value_or("")));
+    const std::string_view spacer = objNode.attribute("spacer").value_or("");
+    Spacer = lowerCase(spacer) == "true" || spacer == "1";
+    read(kFields, objNode, *this);
+    for (const xml::Node element : xml::children(objNode.child("lessonList"), "lessonFile")) {
+        const std::string fileName = element.text();
+        Ref<Lesson> lesson;
+        if (!directoryList) {
+            lesson = New<Lesson>();
+            lesson->LessonFilename = fileName;
+        } else {
+            lesson = loadFirst(fileName, *directoryList, taskPool);
+            if (!lesson)
+                return false;
+            if (!studentID.empty())
+                lesson = preferCopy(lesson, fileName, taskPool, studentID, saveDir);
+        }
+        Lessons->Add(lesson);
+    }
+    return true;
+}
+
+/// Null when the lesson does not load.
+Ref<Lesson> Tutorial::loadLesson(const std::string& location, TaskPool* taskPool) const {
+    auto lesson = New<Lesson>();
+    lesson->LessonObjType = LessonObjType;
+    return lesson->Load(location, taskPool) ? lesson : nullptr;
+}
+
+/// The lesson from the first directory that has its file; null when none has, or when it does not load.
+Ref<Lesson> Tutorial::loadFirst(const std::string& fileName, const std::string& directoryList,
+                                TaskPool* taskPool) {
+    if (platform::holdsSeparator(fileName))
+        return nullptr;
+    for (const std::string& piece : splitDirectories(directoryList)) {
+        const std::string directory = EnsureTrailingSlash(piece);
+        auto titleFile = New<TitleFilename>();
+        if (!titleFile->LoadValues(directory, fileName, lessonKind(LessonObjType)))
+            continue;
+        LessonTitleFiles->Add(titleFile);
+        return loadLesson(directory + fileName, taskPool);
+    }
+    return nullptr;
+}
+
+Ref<Lesson> Tutorial::preferCopy(Ref<Lesson> authored, const std::string& fileName, TaskPool* taskPool,
+                                 const std::string& studentID, const std::string& saveDir) const {
+    const std::string copyLocation = withSeparator(saveDir) + studentCopyName(fileName, studentID);
+    if (Ref<Lesson> copy = loadLesson(copyLocation, taskPool))
+        return copy;
+    authored->LessonFilename = bareFileName(copyLocation);
+    return authored;
+}
+
+bool Tutorial::SaveToXMLNode(xml::Node tutorialNode) const {
+    tutorialNode.setAttribute("type", typeWord(TutorialType));
+    if (Spacer)
+        tutorialNode.setAttribute("spacer", "true");
+    write(kFields, tutorialNode, *this);
+    const xml::Node lessonList = tutorialNode.append("lessonList");
+    for (const Ref<TitleFilename>& titleFile : *LessonTitleFiles) {
+        lessonList.append("lessonFile", titleFile->Filename);
+    }
+    return true;
+}
+
+const ClassInfo& Tutorial::classInfo() {
+    static const ClassInfo info =
+        describe<Tutorial>("Tutorial", "A titled group of lessons in a menu.")
+            .property("Title", &Tutorial::Title, "The tutorial's title.")
+            .readOnly("LessonTitleFiles", &Tutorial::LessonTitleFiles, "The lesson files that were found.")
+            .readOnly("Lessons", &Tutorial::Lessons, "The loaded lessons, in the order of their files.")
+            .property("BaseHREF", &Tutorial::BaseHREF, "Base address of the content.")
+            .property("Spacer", &Tutorial::Spacer, "Is it a spacer line and no real tutorial?")
+            .property("TutorialType", &Tutorial::TutorialType, "One of TutorialTypes.")
+            .property("LessonObjType", &Tutorial::LessonObjType, "2 for textbook lessons.")
+            .method("LoadFromXMLNode", &Tutorial::LoadFromXMLNode,
+                    {"objNode",
+                     {"directoryList", optional},
+                     {"TaskPool", optional},
+                     {"StudentID", optional},
+                     {"saveDir", optional}},
+                    "Reads a tutorial element and loads its lessons; False when one does not load.")
+            .method("SaveToXMLNode", &Tutorial::SaveToXMLNode, {"tutorialNode"},
+                    "Fills a tutorial element; always True.");
+    return info;
+}
+
+} // namespace norvakavlor

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <norvakavlor/lessons/lesson.h>
+#include <optional>
+#include <string>
+
+namespace norvakavlor {
+
+/// How a menu shows a tutorial.
+enum class TutorialTypes : int16_t { TutorialNormal = 0, TutorialNoExpand = 1, TutorialSingle = 2 };
+
+/// A titled group of lessons in a menu.
+class Tutorial final : public Object {
+public:
+    std::string Title;
+    const Ref<KeyedCollection<TitleFilename>> LessonTitleFiles =
+        New<KeyedCollection<TitleFilename>>(); ///< no keys
+    const Ref<KeyedCollection<Lesson>> Lessons =
+        New<KeyedCollection<Lesson>>(); ///< in the order of their files; no keys
+    std::string BaseHREF;               ///< base address of the content; in no document
+    bool Spacer = false;                ///< a spacer line in the menu, not a real tutorial
+    int16_t TutorialType = 0;           ///< one of TutorialTypes
+    int16_t LessonObjType = 1;          ///< 2: textbook lessons
+
+    /// Reads a tutorial element and loads its lessons. Without a directory list each lesson has its file name
+    /// alone. With one, the pieces between ";" are tried in order; a lesson found in none, or whose name
+    /// holds a separator, or that does not load, ends with False, the lessons before it staying.
+    ///
+    /// With a `studentID`, the student's own copy in `saveDir` (a folder or a web directory) takes the
+    /// authored lesson's place when it loads; when not, the authored lesson stays under the copy's file name,
+    /// so that saving it makes the copy. Raises what loading a lesson raises.
+    bool LoadFromXMLNode(xml::Node objNode, const std::optional<std::string>& directoryList,
+                         TaskPool* taskPool, const std::string& studentID, const std::string& saveDir);
+    /// Fills a tutorial element from LessonTitleFiles: a tutorial loaded without a directory list has none
+    /// and loses its files. Always True.
+    bool SaveToXMLNode(xml::Node tutorialNode) const;
+
+    static const ClassInfo& classInfo();
+
+private:
+    Ref<Lesson> loadLesson(const std::string& location, TaskPool* taskPool) const;
+    Ref<Lesson> loadFirst(const std::string& fileName, const std::string& directoryList, TaskPool* taskPool);
+    Ref<Lesson> preferCopy(Ref<Lesson> authored, const std::string& fileName, TaskPool* taskPool,
+                           const std::string& studentID, const std::string& saveDir) const;
+};
+
+} // namespace norvakavlor
