@@ -155,8 +155,7 @@ double numberOf(std::string_view text, int bits) {
     mismatch();
 }
 
-template <class Integer>
-Integer toInteger(double number) {
+template <class Integer> Integer toInteger(double number) {
     // The distance to the nearest integer, halves to the even one, whatever the rounding mode of the thread
     // is.
     const double rounded = number - std::remainder(number, 1.0);

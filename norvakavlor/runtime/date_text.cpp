@@ -16,8 +16,7 @@ constexpr std::array kMonths{"JANUARY", "FEBRUARY", "MARCH",     "APRIL",   "MAY
 constexpr std::array kWeekdays{"SUNDAY", "MONDAY", "TUESDAY", "WEDNESDAY", "THURSDAY", "FRIDAY", "SATURDAY"};
 
 /// The position, from 1, of a name given whole or by its first three letters; 0 for another word.
-template <size_t kCount>
-int positionOf(const std::array<const char*, kCount>& names, std::string_view word) {
+template <size_t kCount> int positionOf(const std::array<const char*, kCount>& names, std::string_view word) {
     for (size_t position = 0; position < kCount; ++position) {
         const std::string_view name = names[position];
         if (word == name || word == name.substr(0, 3))

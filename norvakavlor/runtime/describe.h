@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <norvakavlor/runtime/class_info.h>
 #include <norvakavlor/runtime/error.h>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <tuple>
@@ -31,12 +32,10 @@ namespace norvakavlor {
 
 /// How one C++ parameter or result type travels in a Value. `type()` is what clients see; `Held` is what
 /// stands on the stack during the call; `take` fills it and `give` hands it to the function.
-template <class T>
-struct ArgumentTraits;
+template <class T> struct ArgumentTraits;
 
 /// The same for a type that converts to and from a Value directly; the scalars share it.
-template <class T, Type::Kind kKind, T (Value::*kConvert)() const>
-struct ScalarTraits {
+template <class T, Type::Kind kKind, T (Value::*kConvert)() const> struct ScalarTraits {
     using Held = T;
     static Type type() { return {kKind, nullptr}; }
     static Held take(const Value& value) { return (value.*kConvert)(); }
@@ -45,35 +44,35 @@ struct ScalarTraits {
 
 template <>
 struct ArgumentTraits<std::string> : ScalarTraits<std::string, Type::Kind::Text, &Value::toText> {};
-template <>
-struct ArgumentTraits<bool> : ScalarTraits<bool, Type::Kind::Boolean, &Value::toBoolean> {};
-template <>
-struct ArgumentTraits<int16_t> : ScalarTraits<int16_t, Type::Kind::Int16, &Value::toInt16> {};
-template <>
-struct ArgumentTraits<int32_t> : ScalarTraits<int32_t, Type::Kind::Int32, &Value::toInt32> {};
-template <>
-struct ArgumentTraits<double> : ScalarTraits<double, Type::Kind::Double, &Value::toDouble> {};
-template <>
-struct ArgumentTraits<Date> : ScalarTraits<Date, Type::Kind::Date, &Value::toDate> {};
+template <> struct ArgumentTraits<bool> : ScalarTraits<bool, Type::Kind::Boolean, &Value::toBoolean> {};
+template <> struct ArgumentTraits<int16_t> : ScalarTraits<int16_t, Type::Kind::Int16, &Value::toInt16> {};
+template <> struct ArgumentTraits<int32_t> : ScalarTraits<int32_t, Type::Kind::Int32, &Value::toInt32> {};
+template <> struct ArgumentTraits<double> : ScalarTraits<double, Type::Kind::Double, &Value::toDouble> {};
+template <> struct ArgumentTraits<Date> : ScalarTraits<Date, Type::Kind::Date, &Value::toDate> {};
 
-template <>
-struct ArgumentTraits<std::string_view> {
+template <> struct ArgumentTraits<std::string_view> {
     using Held = std::string;
     static Type type() { return {Type::Kind::Text, nullptr}; }
     static Held take(const Value& value) { return value.toText(); }
     static std::string_view give(const Held& held) { return held; }
 };
 
-template <>
-struct ArgumentTraits<Value> {
+/// A text that may be absent, which is not the same as an empty one.
+template <> struct ArgumentTraits<std::optional<std::string>> {
+    using Held = std::optional<std::string>;
+    static Type type() { return {Type::Kind::Any, nullptr}; }
+    static Held take(const Value& value) { return value.isAbsent() ? Held() : Held(value.toText()); }
+    static Held& give(Held& held) { return held; }
+};
+
+template <> struct ArgumentTraits<Value> {
     using Held = Value;
     static Type type() { return {Type::Kind::Any, nullptr}; }
     static Held take(const Value& value) { return value; }
     static Value& give(Held& held) { return held; }
 };
 
-template <>
-struct ArgumentTraits<std::shared_ptr<Array>> {
+template <> struct ArgumentTraits<std::shared_ptr<Array>> {
     using Held = std::shared_ptr<Array>;
     static Type type() { return {Type::Kind::Array, nullptr}; }
     static Held take(const Value& value) {
@@ -86,8 +85,7 @@ struct ArgumentTraits<std::shared_ptr<Array>> {
 };
 
 /// The object in a value as a T; null for Nothing. Raises 13 for an object of another class.
-template <class T>
-Ref<T> objectOf(const Value& value) {
+template <class T> Ref<T> objectOf(const Value& value) {
     const Ref<Object> object = value.toObject();
     if constexpr (std::is_same_v<T, Object>) {
         return object;
@@ -99,8 +97,7 @@ Ref<T> objectOf(const Value& value) {
     }
 }
 
-template <class T>
-Type objectType() {
+template <class T> Type objectType() {
     if constexpr (std::is_same_v<T, Object>) {
         return {Type::Kind::Object, nullptr};
     } else {
@@ -108,8 +105,7 @@ Type objectType() {
     }
 }
 
-template <class T>
-struct ArgumentTraits<Ref<T>> {
+template <class T> struct ArgumentTraits<Ref<T>> {
     using Held = Ref<T>;
     static Type type() { return objectType<T>(); }
     static Held take(const Value& value) { return value.isEmpty() ? Held() : objectOf<T>(value); }
@@ -163,24 +159,16 @@ namespace detail {
 
 /// The traits of a parameter type. Pointers keep their star (an absent object), references lose their
 /// ampersand (an object that must be there, a scalar), const goes everywhere.
-template <class T>
-struct TraitsOf {
-    using type = ArgumentTraits<std::remove_cvref_t<T>>;
-};
-template <class T>
-struct TraitsOf<const T*> {
-    using type = ArgumentTraits<T*>;
-};
-template <class T>
-using ParameterTraits = typename TraitsOf<T>::type;
+template <class T> struct TraitsOf { using type = ArgumentTraits<std::remove_cvref_t<T>>; };
+template <class T> struct TraitsOf<const T*> { using type = ArgumentTraits<T*>; };
+template <class T> using ParameterTraits = typename TraitsOf<T>::type;
 
 template <class T>
 inline constexpr bool kIsResultReference =
     std::is_lvalue_reference_v<T> && !std::is_const_v<std::remove_reference_t<T>> &&
     !std::is_base_of_v<Object, std::remove_reference_t<T>>;
 
-template <class T>
-Value toValue(T&& result) {
+template <class T> Value toValue(T&& result) {
     if constexpr (std::is_pointer_v<std::remove_cvref_t<T>>) {
         return Value(Ref<std::remove_pointer_t<std::remove_cvref_t<T>>>(result));
     } else {
@@ -189,25 +177,20 @@ Value toValue(T&& result) {
 }
 
 /// What a callable of a table takes and gives, its object left out.
-template <class Function>
-struct Signature : Signature<decltype(&Function::operator())> {};
-template <class T, class Result, class... Arguments>
-struct Signature<Result (T::*)(Arguments...)> {
+template <class Function> struct Signature : Signature<decltype(&Function::operator())> {};
+template <class T, class Result, class... Arguments> struct Signature<Result (T::*)(Arguments...)> {
     using Returned = Result;
     using Parameters = std::tuple<Arguments...>;
 };
 template <class T, class Result, class... Arguments>
 struct Signature<Result (T::*)(Arguments...) const> : Signature<Result (T::*)(Arguments...)> {};
-template <class Tuple>
-struct WithoutFirst;
-template <class First, class... Rest>
-struct WithoutFirst<std::tuple<First, Rest...>> {
+template <class Tuple> struct WithoutFirst;
+template <class First, class... Rest> struct WithoutFirst<std::tuple<First, Rest...>> {
     using type = std::tuple<Rest...>;
 };
 
 /// Members are called on the object; any other callable takes the object as its first argument.
-template <class Function>
-struct MemberSignature {
+template <class Function> struct MemberSignature {
     using Returned = typename Signature<Function>::Returned;
     using Parameters = typename WithoutFirst<typename Signature<Function>::Parameters>::type;
 };
@@ -219,8 +202,7 @@ struct MemberSignature<Function> : Signature<Function> {
 } // namespace detail
 
 /// Collects the rows of one class's table; converts to the finished ClassInfo.
-template <class T>
-class Description {
+template <class T> class Description {
 public:
     Description(const char* name, const char* summary) {
         info_.name = name;
@@ -291,8 +273,7 @@ public:
     }
 
     /// What For Each walks: a member function or callable `(size_t) -> std::optional<Value>`.
-    template <class At>
-    Description& enumerates(At at) {
+    template <class At> Description& enumerates(At at) {
         info_.elementAt = [at](Object& object, size_t position) {
             return std::invoke(at, static_cast<T&>(object), position);
         };
@@ -320,8 +301,7 @@ private:
     }
 
     /// Calls a function that takes an indexed property's indexes and then its new value.
-    template <class Put>
-    static std::function<void(Object&, std::span<Value>, const Value&)> putter(Put put) {
+    template <class Put> static std::function<void(Object&, std::span<Value>, const Value&)> putter(Put put) {
         return [put](Object& object, std::span<Value> indexes, const Value& value) {
             std::vector<Value> all(indexes.begin(), indexes.end());
             all.push_back(value);
@@ -416,9 +396,6 @@ private:
     bool creatable_ = true;
 };
 
-template <class T>
-Description<T> describe(const char* name, const char* summary) {
-    return {name, summary};
-}
+template <class T> Description<T> describe(const char* name, const char* summary) { return {name, summary}; }
 
 } // namespace norvakavlor

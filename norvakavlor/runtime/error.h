@@ -59,8 +59,7 @@ const char* usualText(RuntimeError error);
 
 /// Runs one step whose failure is meant to change nothing else, and says whether it came through:
 /// `ignoringErrors([&] { question->Correct = toInt16(text); })` leaves Correct as it was.
-template <class Step>
-bool ignoringErrors(Step&& step) {
+template <class Step> bool ignoringErrors(Step&& step) {
     try {
         step();
         return true;

@@ -15,8 +15,7 @@ namespace norvakavlor {
 /// An ordered collection whose items may have a key. Items keep the order in which they were added; keys
 /// compare without regard to letter case. A class holds `KeyedCollection<Student>` for shared objects and
 /// `KeyedCollection<std::string>` for texts. Appending and looking up by key or index take constant time.
-template <class T>
-class KeyedCollection final : public Object {
+template <class T> class KeyedCollection final : public Object {
 public:
     using Item_t = std::conditional_t<std::is_base_of_v<Object, T>, Ref<T>, T>;
 

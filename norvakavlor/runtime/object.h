@@ -7,10 +7,8 @@
 namespace norvakavlor {
 
 class ClassInfo;
-template <class T>
-class Ref;
-template <class T, class... Arguments>
-Ref<T> New(Arguments&&... arguments);
+template <class T> class Ref;
+template <class T, class... Arguments> Ref<T> New(Arguments&&... arguments);
 
 /// The base of every public class and of the collections that they hand out.
 /// An object lives as long as a Ref holds it. The count is not atomic: an object belongs to one thread at a
@@ -30,18 +28,15 @@ public:
     void* outside = nullptr;
 
 private:
-    template <class T>
-    friend class Ref;
-    template <class T, class... Arguments>
-    friend Ref<T> New(Arguments&&... arguments);
+    template <class T> friend class Ref;
+    template <class T, class... Arguments> friend Ref<T> New(Arguments&&... arguments);
 
     const ClassInfo& (*classInfo_)() = nullptr;
     uint32_t references_ = 0;
 };
 
 /// Holds one reference to an object, or none. Copies share the object.
-template <class T>
-class Ref {
+template <class T> class Ref {
 public:
     Ref() = default;
     Ref(std::nullptr_t) {}
@@ -79,8 +74,7 @@ private:
 };
 
 /// Creates an object of a public class: `auto books = New<TextBooks>();`.
-template <class T, class... Arguments>
-Ref<T> New(Arguments&&... arguments) {
+template <class T, class... Arguments> Ref<T> New(Arguments&&... arguments) {
     Ref<T> object(new T(std::forward<Arguments>(arguments)...));
     static_cast<Object&>(*object).classInfo_ = &T::classInfo;
     return object;

@@ -9,10 +9,7 @@ namespace {
 [[noreturn]] void mismatch() { throw runtimeError(RuntimeError::TypeMismatch); }
 
 /// One function object out of several lambdas, for std::visit.
-template <class... Functions>
-struct Overloads : Functions... {
-    using Functions::operator()...;
-};
+template <class... Functions> struct Overloads : Functions... { using Functions::operator()...; };
 
 /// Every conversion to a number: by way of a double, which holds each of the scalar types exactly.
 template <class Number, class FromText>

@@ -33,17 +33,13 @@ public:
     Value(std::string value) : storage_(std::move(value)) {}
     Value(std::string_view value) : storage_(std::string(value)) {}
     Value(const char* value) : storage_(std::string(value)) {}
-    template <class T>
-    Value(const Ref<T>& object) : storage_(Ref<Object>(object)) {}
+    template <class T> Value(const Ref<T>& object) : storage_(Ref<Object>(object)) {}
     Value(std::shared_ptr<Array> array) : storage_(std::move(array)) {}
 
     static Value nothing() { return Ref<Object>(); }
 
     const Storage& storage() const { return storage_; }
-    template <class T>
-    const T* as() const {
-        return std::get_if<T>(&storage_);
-    }
+    template <class T> const T* as() const { return std::get_if<T>(&storage_); }
 
     bool isEmpty() const { return as<std::monostate>() != nullptr; }
     bool isNull() const { return as<Null>() != nullptr; }

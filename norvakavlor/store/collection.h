@@ -27,8 +27,7 @@ bool loadFrom(Class& object, std::string_view kind, const std::string& location,
 
 /// Builds a new document by calling `fill(document, root)` and stores it. False only when the server refused
 /// it, which the user has then been shown.
-template <class Fill>
-bool saveAs(const DocumentWords& words, const std::string& location, Fill fill) {
+template <class Fill> bool saveAs(const DocumentWords& words, const std::string& location, Fill fill) {
     xml::Document document;
     fill(document, document.createRoot(words.root));
     return writeDocument(words.kind, location, document);

@@ -28,8 +28,7 @@ std::string requestURL(std::string_view endpoint, std::string_view kind, std::st
 }
 
 /// Reading treats whatever keeps a document away alike: it is not there.
-template <class Read>
-std::optional<xml::Document> unlessUnreachable(Read read) {
+template <class Read> std::optional<xml::Document> unlessUnreachable(Read read) {
     try {
         return read();
     } catch (const Error&) {

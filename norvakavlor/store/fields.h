@@ -25,8 +25,7 @@ namespace norvakavlor {
 enum class Place { Element, Attribute };
 enum class Written { Always, UnlessEmpty };
 
-template <class Owner, class Member>
-struct Field {
+template <class Owner, class Member> struct Field {
     std::string_view name;
     Member Owner::*member;
     Place place;
@@ -57,10 +56,7 @@ constexpr Field<Owner, Member> attributeUnlessEmpty(std::string_view name, Membe
     return {name, member, Place::Attribute, Written::UnlessEmpty};
 }
 
-template <class... Fields>
-constexpr std::tuple<Fields...> fields(Fields... rows) {
-    return {rows...};
-}
+template <class... Fields> constexpr std::tuple<Fields...> fields(Fields... rows) { return {rows...}; }
 
 namespace detail {
 
@@ -76,10 +72,7 @@ inline std::string fieldText(bool member) { return member ? "true" : "false"; }
 
 inline bool saysNothing(const std::string& member) { return member.empty(); }
 inline bool saysNothing(bool member) { return !member; }
-template <class Number>
-bool saysNothing(Number) {
-    return false;
-}
+template <class Number> bool saysNothing(Number) { return false; }
 
 } // namespace detail
 

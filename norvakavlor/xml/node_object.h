@@ -21,16 +21,14 @@ public:
 };
 
 /// A node that must be there: Nothing raises 91, anything that is no node 13.
-template <>
-struct ArgumentTraits<xml::Node> {
+template <> struct ArgumentTraits<xml::Node> {
     using Held = Ref<NodeObject>;
     static Type type() { return {Type::Kind::Node, nullptr}; }
     static Held take(const Value& value) { return ArgumentTraits<NodeObject>::take(value); }
     static xml::Node give(Held& held) { return held->node; }
 };
 
-template <>
-struct ArgumentTraits<xml::Document> {
+template <> struct ArgumentTraits<xml::Document> {
     using Held = Ref<NodeObject>;
     static Type type() { return {Type::Kind::Document, nullptr}; }
     static Held take(const Value& value) { return ArgumentTraits<NodeObject>::take(value); }
