@@ -12,7 +12,7 @@
 namespace norvakavlor::xml {
 
 struct NodeData;
-class Document;
+class Arena;
 
 enum class NodeKind : uint8_t { Document, Element, Text, CData, Comment, ProcessingInstruction };
 
@@ -40,7 +40,8 @@ public:
     Node child(std::string_view name) const;
     /// The next sibling element of the same name: `for (Node n = list.child("task"); n; n = n.nextOfName())`.
     Node nextOfName() const;
-    /// Child paths ("name/first") from this node, and absolute ones ("/A/B/C") from the document.
+    /// Child paths ("name/first") from this node, and absolute ones ("/A/B/C") from the document, through
+    /// every element of a name; in document order. Names are all that a path holds.
     Node selectSingleNode(std::string_view path) const;
     std::vector<Node> selectNodes(std::string_view path) const;
 
@@ -58,17 +59,22 @@ public:
     /// The element as it is written: `<text>Press <b>OK</b></text>`.
     std::string markup() const;
 
+    // What changes the tree raises 91 on a null Node and 5 where the change would leave no well-formed
+    // document: a name that is none, children in a text, a second root. The tree stands as it was then.
+
     /// Appends a new child element; with a text, also when that is "" (written `<a></a>`, not `<a/>`).
     Node append(std::string_view name) const;
     Node append(std::string_view name, std::string_view text) const;
     /// Appends another kind of node (a comment, CDATA ...) with its content; a processing instruction's
-    /// target is `name`.
+    /// target is `name`. An empty text is no node: it leaves a null Node and the element as append(name, "")
+    /// would have made it.
     Node append(NodeKind kind, std::string_view name, std::string_view content) const;
     /// Replaces all children by one text.
     void setText(std::string_view text) const;
     /// Sets or replaces an attribute.
     void setAttribute(std::string_view name, std::string_view value) const;
-    /// Appends a deep copy of an element of any document.
+    /// Appends a deep copy of an element (or another node; of a document its root) of any document, this one
+    /// too. Raises 91 when the source is null.
     Node appendCopy(Node source) const;
 
 private:
@@ -108,7 +114,8 @@ private:
 inline ChildRange children(Node node) { return {node.firstChild(), false}; }
 inline ChildRange children(Node node, std::string_view name) { return {node.child(name), true}; }
 
-/// Owns the tree. Movable; its nodes stay valid across a move.
+/// Owns the tree. Movable; its nodes stay valid across a move. One that was moved from may only be assigned
+/// to or destroyed.
 class Document {
 public:
     Document();
@@ -120,7 +127,7 @@ public:
     Node node() const;
     /// The document element; null in a new document.
     Node root() const;
-    /// Makes the document element of a new document.
+    /// Makes the document element of a new document; raises 5 when there is one, or for a name that is none.
     Node createRoot(std::string_view name);
 
     /// The document as it is saved and sent: UTF-8, without declaration and indentation. Never fails: what
@@ -129,9 +136,7 @@ public:
 
 private:
     friend class TreeBuilder;
-    friend class Node;
-    struct Storage;
-    std::unique_ptr<Storage> storage_;
+    std::unique_ptr<Arena> arena_;
 };
 
 } // namespace norvakavlor::xml

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <norvakavlor/xml/document.h>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace norvakavlor::xml {
+
+inline constexpr size_t kMaximumDepth = 200;
+inline constexpr size_t kMaximumAttributes = 1000;
+
+/// Builds a document from a parser's events, with the rules that hold whichever parser it is:
+/// white-space-only text is no node, pieces of one text become one node, a prefix must be declared, and
+/// beyond a bound the document does not parse.
+///
+/// Each call says whether the document is still within its bounds; after a False the parser should stop, and
+/// what it delivers nonetheless is ignored. Names come from a parser and are not checked.
+class TreeBuilder {
+public:
+    TreeBuilder();
+
+    bool startElement(std::string_view name);
+    /// Of the element just started, before anything inside.
+    bool attribute(std::string_view name, std::string_view value);
+    bool endElement();
+    bool text(std::string_view piece);
+    bool cdata(std::string_view content);
+    bool comment(std::string_view content);
+    bool instruction(std::string_view target, std::string_view content);
+
+    /// Why the document is refused; empty while it is not.
+    const std::string& problem() const { return problem_; }
+    /// The document, when all was delivered and nothing refused; the builder is empty afterwards.
+    Document finish() { return std::move(document_); }
+
+private:
+    bool refuse(std::string reason);
+    /// Ends what came before an event other than text: a start tag, a text.
+    bool endPending();
+    void endText();
+    bool endStartTag();
+    bool isDeclared(std::string_view name) const;
+    void leaveDeclarations();
+    bool appendLeaf(NodeKind kind, std::string_view name, std::string_view content);
+
+    Document document_;
+    NodeData* current_;
+    size_t depth_ = 0;
+    size_t attributes_ = 0;
+    bool inStartTag_ = false;
+    std::string text_; ///< of the text node that the next event ends
+    std::string problem_;
+    /// Namespace prefixes with the depth of their declaration, and how often each is in force.
+    std::vector<std::pair<size_t, std::string_view>> declarations_;
+    std::unordered_map<std::string_view, size_t> declared_;
+};
+
+} // namespace norvakavlor::xml
