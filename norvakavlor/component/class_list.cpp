@@ -1,6 +1,9 @@
 #include <norvakavlor/component/class_list.h>
 
+#include <norvakavlor/assessment/exam.h>
+#include <norvakavlor/assessment/exam_list.h>
 #include <norvakavlor/assessment/question_pool.h>
+#include <norvakavlor/crypto/encryption.h>
 #include <norvakavlor/curriculum/courses.h>
 #include <norvakavlor/curriculum/objectives.h>
 #include <norvakavlor/curriculum/task_pool.h>
@@ -10,6 +13,7 @@
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/title_filename.h>
+#include <norvakavlor/students/students.h>
 
 namespace norvakavlor {
 namespace {
@@ -18,6 +22,8 @@ namespace {
 constexpr ClassTable kCreatable[] = {
     // store
     &TitleFilename::classInfo,
+    // crypto
+    &Encryption::classInfo,
     // curriculum
     &TextBook::classInfo,
     &TextBooks::classInfo,
@@ -33,6 +39,14 @@ constexpr ClassTable kCreatable[] = {
     &DialogBox::classInfo,
     &Question::classInfo,
     &QuestionPool::classInfo,
+    &Preferences::classInfo,
+    &ExamAssignment::classInfo,
+    &ExamInfo::classInfo,
+    &Exam::classInfo,
+    &ExamList::classInfo,
+    // students
+    &Student::classInfo,
+    &Students::classInfo,
     // lessons
     &LessonAssignment::classInfo,
     &Lesson::classInfo,

@@ -1,0 +1,195 @@
+#include <norvakavlor/assessment/exam.h>
+
+#include <norvakavlor/assessment/own_preferences.h>
+#include <norvakavlor/assessment/question_pool.h>
+#include <norvakavlor/curriculum/courses.h>
+#include <norvakavlor/platform/clock.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/store/collection.h>
+#include <norvakavlor/store/fields.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/xml/node_object.h>
+
+namespace norvakavlor {
+namespace {
+
+constexpr DocumentWords kWords{"Exam", "exam"};
+
+constexpr auto kLeadingFields = fields(                            //
+    attributeUnlessEmpty("ID", &Exam::ID),                         //
+    attributeUnlessEmpty("EXTERNAL_ID", &Exam::ExternalID),        //
+    attribute("currentQuestion", &Exam::CurrentQuestion),          //
+    attribute("timeExpired", &Exam::TimeExpired),                  //
+    attributeUnlessEmpty("completionDate", &Exam::CompletionDate), //
+    attribute("started", &Exam::Started),                          //
+    attribute("pctCorrect", &Exam::PctCorrect),                    //
+    attributeUnlessEmpty("isChallenge", &Exam::IsChallenge),       //
+    always("title", &Exam::Title),                                 //
+    always("source", &Exam::Source));
+// "pref" stands between the two lists.
+constexpr auto kTrailingFields = fields(unlessEmpty("studentID", &Exam::StudentID));
+
+constexpr auto kResults = fields(               //
+    attribute("correct", &Question::Correct),   //
+    attribute("attempts", &Question::Attempts), //
+    attribute("points", &Question::Points));
+
+/// An exam's own copy of a pool's question; with its ID alone when there is no pool or the pool lacks it.
+Ref<Question> questionOf(QuestionPool* pool, const std::string& id) {
+    if (pool) {
+        if (const Ref<Question>* found = pool->Questions->find(id))
+            return (*found)->Clone();
+    }
+    auto question = New<Question>();
+    question->ID = id;
+    return question;
+}
+
+} // namespace
+
+bool Exam::Load(const std::string& location, QuestionPool* questionPool) {
+    if (!loadFrom(*this, kWords.kind, location, questionPool, location))
+        return false;
+    loadedFrom_ = location;
+    return true;
+}
+
+bool Exam::LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const std::string& location) {
+    ExamFileName = bareFileName(location);
+    read(kLeadingFields, examNode, *this);
+    loadOwnPreferences(Prefs, examNode);
+    read(kTrailingFields, examNode, *this);
+
+    // From here on every step's fault stays its own: a result that is no number keeps its default, a repeated
+    // question is dropped, and the rest of the exam is read all the same.
+    for (const xml::Node reference : xml::children(examNode, "questionRef")) {
+        const Ref<Question> question = questionOf(questionPool, reference.text());
+        std::apply(
+            [&](const auto&... field) { (ignoringErrors([&] { read(field, reference, *question); }), ...); },
+            kResults);
+        ignoringErrors([&] { Questions->Add(question, question->ID); });
+    }
+    for (const xml::Node element : xml::children(examNode, "examAssignment")) {
+        auto assignment = New<ExamAssignment>();
+        assignment->LoadFromXMLNode(element);
+        ExamAssignments->Add(assignment);
+    }
+    for (const xml::Node element : xml::children(examNode, "examRemediation")) {
+        const auto id = element.attribute("questionRef");
+        const Ref<Question>* question = id ? Questions->find(*id) : nullptr;
+        if (question)
+            (*question)->Remediation = element.text();
+    }
+    return true;
+}
+
+bool Exam::Save(const std::string& location, bool deleteOld) {
+    ExamFileName = bareFileName(location);
+    const bool accepted =
+        saveAs(kWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    if (deleteOld && accepted && leavesStaleCopy(loadedFrom_, location)) {
+        Delete(loadedFrom_);
+        loadedFrom_.clear();
+    }
+    return true;
+}
+
+bool Exam::SaveToXMLNode(xml::Node examNode) const {
+    write(kLeadingFields, examNode, *this);
+    xml::Document unused; // the element grows in its own document
+    saveOwnPreferences(Prefs, unused, examNode);
+    write(kTrailingFields, examNode, *this);
+    for (const Ref<Question>& question : *Questions) {
+        write(kResults, examNode.append("questionRef", question->ID), *question);
+    }
+    for (const Ref<ExamAssignment>& assignment : *ExamAssignments) {
+        assignment->SaveToXMLNode(examNode.append("examAssignment"));
+    }
+    for (const Ref<Question>& question : *Questions) {
+        if (question->Remediation.empty())
+            continue;
+        examNode.append("examRemediation", question->Remediation).setAttribute("questionRef", question->ID);
+    }
+    return true;
+}
+
+bool Exam::Delete(const std::string& location) const {
+    const auto deleteIt = [&] { deleteDocument(kWords.kind, location); };
+    if (!IsURL(location))
+        return ignoringErrors(deleteIt);
+    deleteIt();
+    return true;
+}
+
+void Exam::RandomizeQuestions() {
+    platform::seedRandom();
+    const int32_t count = Questions->Count();
+    for (int32_t draw = 0; draw < count; ++draw) {
+        const auto position = static_cast<int32_t>(platform::uniformRandom() * count + 1);
+        Questions->moveToEnd(position, Questions->Item(position)->ID);
+    }
+}
+
+void Exam::SetPreferences(const Ref<Preferences>& thePrefs) { Prefs = thePrefs; }
+
+bool Exam::CheckPassword(const std::string& password) {
+    return ownPreferences(Prefs).CheckPassword(password);
+}
+
+void Exam::SetPassword(const std::string& password) { ownPreferences(Prefs).SetPassword(password); }
+
+const ClassInfo& Exam::classInfo() {
+    static const ClassInfo info =
+        describe<Exam>("Exam", "An exam as authored, a student's attempt at it, or the summary of a class.")
+            .property("ID", &Exam::ID, "The exam's ID.")
+            .property("ExternalID", &Exam::ExternalID, "Its ID in an outside system, such as the gradebook.")
+            .property("CurrentQuestion", &Exam::CurrentQuestion,
+                      "Position of the question that the student is on.")
+            .property("TimeExpired", &Exam::TimeExpired, "Time-out state of the attempt.")
+            .property("CompletionDate", &Exam::CompletionDate, "Completion date as text.")
+            .property("Started", &Exam::Started, "Has the attempt begun?")
+            .property("PctCorrect", &Exam::PctCorrect, "Percentage of correct answers.")
+            .property("Title", &Exam::Title, "The exam's title.")
+            .property("Source", &Exam::Source, "One of ExamSources.")
+            .property("Prefs", &Exam::Prefs, "The preferences under which it is delivered; may be Nothing.")
+            .property("StudentID", &Exam::StudentID, "The student of an attempt.")
+            .property("IsChallenge", &Exam::IsChallenge, "Is it a challenge exam?")
+            .readOnly("Questions", &Exam::Questions, "The questions, keyed by ID, in exam order.")
+            .readOnly("ExamAssignments", &Exam::ExamAssignments, "The exam's assignments, in document order.")
+            .property("ExamFileName", &Exam::ExamFileName, "File name of the document last loaded or saved.")
+            .method("Load", &Exam::Load, {"location", {"questionPool", optional}},
+                    "Loads a document; False when it cannot be had or does not parse.")
+            .method("LoadFromXMLNode", &Exam::LoadFromXMLNode,
+                    {"examNode", {"questionPool", optional}, "location"}, "Reads an exam element.")
+            .method("Save", &Exam::Save, {"location", {"deleteOld", optional}},
+                    "Stores the exam; can delete the document it was loaded from.")
+            .method("SaveToXMLNode", &Exam::SaveToXMLNode, {"examNode"},
+                    "Fills an exam element; always True.")
+            .method("Delete", &Exam::Delete, {"location"},
+                    "Deletes an exam's document; False for a local failure.")
+            .method("RandomizeQuestions", &Exam::RandomizeQuestions, {}, "Shuffles the questions in place.")
+            .method("SetPreferences", &Exam::SetPreferences, {"thePrefs"}, "Replaces Prefs.")
+            .method("CheckPassword", &Exam::CheckPassword, {"password"}, "Does the password open the exam?")
+            .method("SetPassword", &Exam::SetPassword, {"password"},
+                    "Sets the exam's password; \"\" removes it.")
+            .method("LoadExamSummary", &Exam::LoadExamSummary,
+                    {"rosterFile",
+                     {"questionPool", optional},
+                     {"courses", optional},
+                     "examID",
+                     "attemptNum",
+                     {"courseID", optional},
+                     {"sectionID", optional}},
+                    "Adds one attempt of every student of a roster to Questions.")
+            .method("GetExams", &Exam::GetExams, {"location", "examType"},
+                    "The exams of a type at a location.")
+            .method("GetExamInfo", &Exam::GetExamInfo, {"location", "studentID", "examType"},
+                    "Rows with results, of one student when the ID is not empty.")
+            .method("GetExamInfo2", &Exam::GetExamInfo2, {"location", "studentID", "examType"},
+                    "The same from a server that also gives each row's Source.")
+            .method("GetStudentExams", &Exam::GetStudentExams, {"location", "studentID"},
+                    "The first attempts of a student, one for each exam.");
+    return info;
+}
+
+} // namespace norvakavlor

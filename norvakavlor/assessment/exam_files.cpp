@@ -1,0 +1,42 @@
+#include <norvakavlor/assessment/exam_files.h>
+
+#include <charconv>
+#include <norvakavlor/runtime/text.h>
+
+namespace norvakavlor {
+
+bool isExamFile(std::string_view fileName, int32_t examType) {
+    const bool authored = fileName.ends_with("_kvqm.xml");
+    switch (static_cast<ExamTypes>(examType)) {
+    case ExamTypes::ExamAll:
+        return containsIgnoringCase(fileName, "_kvqm") && fileName.ends_with(".xml");
+    case ExamTypes::ExamRaw:
+        return authored;
+    case ExamTypes::ExamStudent:
+        return containsIgnoringCase(fileName, "_kvqm_") && !authored && fileName.ends_with(".xml");
+    }
+    return false;
+}
+
+std::string attemptFileName(std::string_view examBase, std::string_view studentID, int16_t attempt) {
+    std::string name(examBase);
+    name.append("_").append(studentID).append(attempt < 10 ? "_0" : "_");
+    return name.append(std::to_string(attempt)).append(".xml");
+}
+
+int16_t attemptNumber(std::string_view fileName) {
+    if (!isExamFile(fileName, static_cast<int32_t>(ExamTypes::ExamStudent)))
+        return 0;
+    std::string_view digits = fileName.substr(0, fileName.size() - std::string_view(".xml").size());
+    digits.remove_prefix(digits.rfind('_') + 1);
+    int16_t number = 0;
+    const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    const bool allDigits = digits.find_first_not_of("0123456789") == std::string_view::npos;
+    return failure == std::errc() && allDigits ? number : int16_t{0};
+}
+
+std::string attemptMark(std::string_view studentID) {
+    return std::string("_kvqm_").append(studentID).append("_");
+}
+
+} // namespace norvakavlor

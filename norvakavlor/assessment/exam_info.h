@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <norvakavlor/runtime/class_info.h>
+#include <string>
+
+namespace norvakavlor {
+
+/// One row of a listing of attempts.
+class ExamInfo final : public Object {
+public:
+    std::string Title;           ///< the exam's title
+    std::string Directory;       ///< where the file lies
+    std::string Filename;        ///< the file name alone
+    int16_t Attempt = 0;         ///< the attempt's number; 0 for an authored exam
+    double PctCorrect = 0;       ///< percentage of correct answers
+    std::string FirstQuestionID; ///< the exam's first question
+    int16_t Source = 0;          ///< one of ExamSources
+
+    void SetValues(const std::string& pTitle, const std::string& pDirectory, const std::string& pFilename,
+                   int16_t pAttempt, double pPctCorrect, const std::string& pFirstQuestionID,
+                   int16_t pSource);
+
+    /// Reads one document of the object kind `pObjName`; a local directory must end with its separator. What
+    /// the document lacks stays as it is; Directory, Filename and, from the name, Attempt are set. False,
+    /// with nothing changed, when the document cannot be had or does not parse. Raises 13 when its percentage
+    /// is no number; Title is set then.
+    bool LoadValues(const std::string& pDirectory, const std::string& pFilename, const std::string& pObjName);
+
+    static const ClassInfo& classInfo();
+};
+
+} // namespace norvakavlor

@@ -1,0 +1,100 @@
+#include <norvakavlor/assessment/exam_list.h>
+
+#include <norvakavlor/assessment/own_preferences.h>
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/store/collection.h>
+#include <norvakavlor/store/fields.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/xml/node_object.h>
+
+#include <vector>
+
+namespace norvakavlor {
+namespace {
+
+constexpr DocumentWords kWords{"ExamList", "examList"};
+
+constexpr auto kFields = fields(always("title", &ExamList::Title));
+
+/// The exam of a file name in the first directory that has it; null when none has.
+Ref<TitleFilename> findExam(const std::vector<std::string>& directories, const std::string& fileName) {
+    auto exam = New<TitleFilename>();
+    if (platform::holdsSeparator(fileName))
+        return nullptr;
+    for (const std::string& directory : directories) {
+        if (exam->LoadValues(withSeparator(directory), fileName, "Exam"))
+            return exam;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool ExamList::Load(const std::string& location, const std::string& directoryList) {
+    const auto document = readDocument(kWords.kind, location);
+    if (!document)
+        return false;
+    const xml::Node root = document->root();
+    ExamListFileName = bareFileName(location);
+    read(kFields, root, *this);
+    loadOwnPreferences(Prefs, root);
+    const std::vector<std::string> directories = splitDirectories(directoryList);
+    for (const xml::Node file : xml::children(root, "examFile")) {
+        if (const Ref<TitleFilename> exam = findExam(directories, file.text()))
+            Exams->Add(exam);
+    }
+    return true;
+}
+
+bool ExamList::Save(const std::string& location) {
+    ExamListFileName = bareFileName(location);
+    saveAs(kWords, location, [this](xml::Document& document, xml::Node root) {
+        write(kFields, root, *this);
+        saveOwnPreferences(Prefs, document, root);
+        for (const Ref<TitleFilename>& exam : *Exams)
+            root.append("examFile", exam->Filename);
+    });
+    return true;
+}
+
+bool ExamList::Delete(const std::string& location) const {
+    deleteDocument(kWords.kind, location);
+    return true;
+}
+
+Ref<KeyedCollection<TitleFilename>> ExamList::GetExamLists(const std::string& directory) const {
+    return listDocuments(kWords.kind, directory,
+                         [](std::string_view fileName) { return fileName.ends_with("_kvql.xml"); });
+}
+
+void ExamList::SetPreferences(const Ref<Preferences>& thePrefs) { Prefs = thePrefs; }
+
+bool ExamList::CheckPassword(const std::string& password) {
+    return ownPreferences(Prefs).CheckPassword(password);
+}
+
+void ExamList::SetPassword(const std::string& password) { ownPreferences(Prefs).SetPassword(password); }
+
+const ClassInfo& ExamList::classInfo() {
+    static const ClassInfo info =
+        describe<ExamList>("ExamList", "A named list of exams with shared preferences.")
+            .property("Title", &ExamList::Title, "The list's title.")
+            .readOnly("Exams", &ExamList::Exams, "The exam files that were found, in document order.")
+            .property("Prefs", &ExamList::Prefs, "The shared preferences; may be Nothing.")
+            .property("ExamListFileName", &ExamList::ExamListFileName,
+                      "File name of the document last loaded or saved.")
+            .method("Load", &ExamList::Load, {"location", {"directoryList", optional}},
+                    "Loads a list and finds its exams in the directories, separated by \";\".")
+            .method("Save", &ExamList::Save, {"location"}, "Stores the list.")
+            .method("Delete", &ExamList::Delete, {"location"}, "Deletes a list's document; a failure raises.")
+            .method("GetExamLists", &ExamList::GetExamLists, {"directory"},
+                    "The list documents of a directory.")
+            .method("SetPreferences", &ExamList::SetPreferences, {"thePrefs"}, "Replaces Prefs.")
+            .method("CheckPassword", &ExamList::CheckPassword, {"password"},
+                    "Does the password open the list?")
+            .method("SetPassword", &ExamList::SetPassword, {"password"},
+                    "Sets the list's password; \"\" removes it.");
+    return info;
+}
+
+} // namespace norvakavlor

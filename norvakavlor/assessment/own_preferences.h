@@ -1,0 +1,29 @@
+#pragma once
+
+#include <norvakavlor/assessment/preferences.h>
+#include <norvakavlor/xml/document.h>
+
+/// The preferences that an exam or an exam list carries in its own document; they may be Nothing.
+namespace norvakavlor {
+
+/// They themselves, made on first use.
+inline Preferences& ownPreferences(Ref<Preferences>& preferences) {
+    if (!preferences)
+        preferences = New<Preferences>();
+    return *preferences;
+}
+
+/// Reads the "pref" child of the container's element, if it has one.
+inline void loadOwnPreferences(Ref<Preferences>& preferences, xml::Node container) {
+    if (const xml::Node pref = container.child("pref"))
+        ownPreferences(preferences).LoadFromXMLNode(pref);
+}
+
+/// "pref" is always written; a container without preferences writes those of a new object.
+inline void saveOwnPreferences(const Ref<Preferences>& preferences, xml::Document& document,
+                               xml::Node container) {
+    const Ref<Preferences> written = preferences ? preferences : New<Preferences>();
+    written->SaveToXMLNode(document, container.append("pref"));
+}
+
+} // namespace norvakavlor

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// A local document's read-only attribute as an advisory lock between processes. Testing and setting it is
+/// one step, so that two processes never both hold it.
+namespace norvakavlor::platform {
+
+enum class LockResult { Taken, Held, Missing };
+
+/// Sets the read-only attribute when it is clear. Raises 70 when the attribute may not be changed, 57
+/// otherwise.
+LockResult tryLockDocument(const std::string& path);
+
+/// Writes the document's new content and releases the lock in one step. Raises as replaceFile does; the lock
+/// is released then too, and the old content stands.
+void replaceLockedDocument(const std::string& path, std::string_view content);
+
+/// Makes a document with this content unless one is there by now. Raises as replaceFile does.
+void createDocument(const std::string& path, std::string_view content);
+
+} // namespace norvakavlor::platform

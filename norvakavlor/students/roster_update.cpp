@@ -1,0 +1,135 @@
+// Adding to a stored roster: read, add, write back, with the file's read-only attribute as the lock.
+
+#include <norvakavlor/curriculum/courses.h>
+#include <norvakavlor/platform/clock.h>
+#include <norvakavlor/platform/document_lock.h>
+#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/students/students.h>
+
+#include <chrono>
+#include <optional>
+
+namespace norvakavlor {
+namespace {
+
+constexpr const char* kSource = "students:AddStudent";
+
+/// Waits between `low` and `high` seconds by the time of day as it stands: a wait that begins just before
+/// midnight goes on until the next evening's seconds reach its end, as every client of a shared roster does.
+void randomWait(double high, double low) {
+    const double end = platform::secondsSinceMidnight() + (high - low) * platform::uniformRandom() + low;
+    while (platform::secondsSinceMidnight() < end)
+        platform::sleepFor(std::chrono::milliseconds(5));
+}
+
+/// The urls of an insertion write the "&" before the validation string also when that is empty, and never
+/// carry the extra query.
+std::string updateURL(std::string_view endpoint, const std::string& location) {
+    return URLBase(location).append(endpoint) + "?ObjName=Students&FileName=" + URLFileName(location) + "&" +
+           LoginGlobals::GetValidationString();
+}
+
+} // namespace
+
+bool Students::AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
+    if (!theStudent)
+        throw runtimeError(RuntimeError::ObjectNotSet);
+    int32_t errCode = 0;
+    std::string errDesc;
+    if (!theStudent->Validate(courses, errCode, errDesc))
+        throw objectError(errCode, kSource, errDesc);
+    if (!loadForUpdate(filename, courses))
+        return false;
+
+    const auto refuse = [&](const std::string& description) {
+        saveAndRelease(filename, courses);
+        throw objectError(635, kSource, description);
+    };
+    if (idByUserName_.contains(theStudent->UserName))
+        refuse("Duplicate Username - " + theStudent->UserName);
+    // A number stays used when the insertion then fails.
+    if (theStudent->StudentID.empty())
+        theStudent->StudentID = nextStudentID();
+    if (Exists(theStudent->StudentID))
+        refuse("Duplicate User ID - " + theStudent->StudentID);
+    StudentMembers->Add(theStudent, theStudent->StudentID);
+    addToIndex(*theStudent);
+    saveAndRelease(filename, courses);
+    return true;
+}
+
+std::string Students::nextStudentID() {
+    autoStudentID_ = toInt16(autoStudentID_ + 1.0);
+    // The zeros go by the size of the number and not to a width: a negative counter gives "SID0000-4".
+    const char* zeros = autoStudentID_ < 10      ? "0000"
+                        : autoStudentID_ < 100   ? "000"
+                        : autoStudentID_ < 1000  ? "00"
+                        : autoStudentID_ < 10000 ? "0"
+                                                 : "";
+    return "SID" + std::string(zeros) + std::to_string(autoStudentID_);
+}
+
+bool Students::loadForUpdate(const std::string& filename, Courses* courses) {
+    clear();
+    if (IsURL(filename))
+        return loadForUpdateFromServer(filename, courses);
+    if (!lockRosterFile(filename, courses))
+        return false;
+    // From here on the lock is set; a roster that does not parse keeps it, so that nobody writes over what is
+    // there.
+    const auto document = readLocalDocument(filename);
+    return document && parseRosterDocument(document->root(), courses);
+}
+
+bool Students::loadForUpdateFromServer(const std::string& filename, Courses* courses) {
+    const auto request = [&](std::optional<xml::Document>& document) {
+        return ignoringErrors(
+            [&] { document = parseReply(postToServer(updateURL(kLoadEndpoint, filename))); });
+    };
+    std::optional<xml::Document> document;
+    // A connection that was lost says nothing about the roster: saving an empty one now could wipe it.
+    if (!request(document))
+        return false;
+    if (!document) {
+        Save(filename, courses);
+        if (!request(document))
+            return false;
+    }
+    return document && parseRosterDocument(document->root(), courses);
+}
+
+bool Students::lockRosterFile(const std::string& filename, Courses* courses) const {
+    constexpr int kTries = 3;
+    platform::seedRandom();
+    for (int tries = 0; tries < kTries;) {
+        switch (platform::tryLockDocument(filename)) {
+        case platform::LockResult::Taken:
+            return true;
+        case platform::LockResult::Missing:
+            platform::createDocument(filename, rosterDocument(courses).toText());
+            break;
+        case platform::LockResult::Held:
+            randomWait(3.0, 0.25);
+            ++tries;
+        }
+    }
+    return false;
+}
+
+void Students::saveAndRelease(const std::string& filename, Courses* courses) const {
+    const xml::Document document = rosterDocument(courses);
+    if (IsURL(filename)) {
+        const std::string refusal = postToServer(updateURL(kSaveEndpoint, filename), document);
+        if (!refusal.empty())
+            platform::showMessage(refusal);
+    } else {
+        platform::replaceLockedDocument(filename, document.toText());
+    }
+}
+
+} // namespace norvakavlor

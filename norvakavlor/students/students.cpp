@@ -1,0 +1,244 @@
+#include <norvakavlor/students/students.h>
+
+#include <norvakavlor/curriculum/courses.h>
+#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/students/student_order.h>
+#include <norvakavlor/xml/node_object.h>
+#include <vector>
+
+namespace norvakavlor {
+namespace {
+
+constexpr std::string_view kKind = "Students";
+
+std::string parameterUnlessEmpty(const char* name, const std::string& value) {
+    return value.empty() ? std::string() : "&" + std::string(name) + "=" + value;
+}
+
+} // namespace
+
+void Students::clear() {
+    StudentMembers->clear();
+    idByUserName_.clear();
+}
+
+bool Students::Load(const std::string& filename, Courses* courses) {
+    return LoadWithFilter(filename, courses, "", "", "");
+}
+
+bool Students::LoadWithFilter(const std::string& filename, Courses* courses, const std::string& courseID,
+                              const std::string& sectionID, const std::string& studentID) {
+    // The roster alone among the collections empties itself first, also when nothing can be loaded.
+    clear();
+    const auto document = readDocument(kKind, filename,
+                                       parameterUnlessEmpty("CourseID", courseID) +
+                                           parameterUnlessEmpty("SectionID", sectionID) +
+                                           parameterUnlessEmpty("StudentID", studentID));
+    return document && parseRosterDocument(document->root(), courses);
+}
+
+bool Students::parseRosterDocument(xml::Node root, Courses* courses) {
+    if (const auto counter = root.attribute("autoStudentID"))
+        autoStudentID_ = toInt16(*counter);
+    return LoadFromXMLNode(root, courses);
+}
+
+bool Students::LoadFromXMLNode(xml::Node rosterNode, Courses* courses) {
+    for (const xml::Node child : xml::children(rosterNode)) {
+        auto student = New<Student>();
+        student->LoadFromXMLNode(child, courses);
+        StudentMembers->Add(student, student->StudentID);
+        if (!student->UserName.empty())
+            addToIndex(*student);
+    }
+    return true;
+}
+
+void Students::addToIndex(const Student& student) {
+    if (!idByUserName_.emplace(student.UserName, student.StudentID).second) {
+        throw runtimeError(RuntimeError::KeyAlreadyAssociated);
+    }
+}
+
+bool Students::Save(const std::string& filename, Courses* courses) const {
+    writeDocument(kKind, filename, rosterDocument(courses));
+    return true;
+}
+
+xml::Document Students::rosterDocument(Courses* courses) const {
+    xml::Document document;
+    const xml::Node root = document.createRoot("students");
+    root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
+    SaveToXMLNode(root, courses);
+    return document;
+}
+
+bool Students::SaveToXMLNode(xml::Node rosterNode, Courses* courses) const {
+    for (const Ref<Student>& student : *StudentMembers) {
+        // An element reaches the roster only when it is whole.
+        xml::Document scratch;
+        const xml::Node element = scratch.createRoot("student");
+        if (student->SaveToXMLNode(element, scratch, courses))
+            rosterNode.appendCopy(element);
+    }
+    return true;
+}
+
+bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
+    if (!theStudent)
+        throw runtimeError(RuntimeError::ObjectNotSet);
+    if (!Load(filename, courses))
+        return false;
+    // Each step's failure is passed over. The index is keyed by user name and not by ID, so the former user
+    // name finds the student until the next load.
+    ignoringErrors([&] { StudentMembers->Remove(theStudent->StudentID); });
+    idByUserName_.erase(theStudent->StudentID);
+    ignoringErrors([&] { StudentMembers->Add(theStudent, theStudent->StudentID); });
+    ignoringErrors([&] { addToIndex(*theStudent); });
+    ignoringErrors([&] { Save(filename, courses); });
+    return true;
+}
+
+bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
+    if (!theStudent)
+        throw runtimeError(RuntimeError::ObjectNotSet);
+    const auto remove = [&] {
+        // A student that this object does not hold is gone all the same.
+        ignoringErrors([&] { StudentMembers->Remove(theStudent->StudentID); });
+        if (!theStudent->UserName.empty())
+            idByUserName_.erase(theStudent->UserName);
+    };
+    if (!IsURL(filename)) {
+        if (!Load(filename, courses))
+            return false;
+        remove();
+        return Save(filename, courses);
+    }
+    // The kind is in the singular here: the roster's document stays, one student of it goes. No extra query.
+    std::string url = URLBase(filename).append(kDeleteEndpoint) +
+                      "?ObjName=Student&FileName=" + URLFileName(filename) +
+                      parameterUnlessEmpty("StudentID", theStudent->StudentID);
+    AppendQuery(url, LoginGlobals::GetValidationString());
+    const std::string refusal = postToServer(url);
+    if (!refusal.empty()) {
+        platform::showMessage(refusal);
+        return false;
+    }
+    remove();
+    return true;
+}
+
+Ref<Student> Students::MatchUserName(const std::string& userName) const {
+    const auto id = idByUserName_.find(userName);
+    if (id == idByUserName_.end())
+        return nullptr;
+    const Ref<Student>* student = StudentMembers->find(id->second);
+    return student ? *student : nullptr;
+}
+
+bool Students::Authenticate(const std::string& userName, const std::string& password) const {
+    const Ref<Student> student = MatchUserName(userName);
+    return student && student->CheckPassword(password);
+}
+
+Ref<KeyedCollection<Student>> Students::Sort(const std::string& fieldname1, const std::string& fieldname2,
+                                             const std::string& fieldname3) const {
+    std::vector<Ref<Student>> students;
+    for (const Ref<Student>& student : *StudentMembers) students.push_back(student);
+    selectionSort(students, StudentFields::named(fieldname1, fieldname2, fieldname3));
+    auto sorted = New<KeyedCollection<Student>>();
+    for (const Ref<Student>& student : students)
+        sorted->Add(student, student->StudentID);
+    return sorted;
+}
+
+Ref<KeyedCollection<Student>> Students::Filter(const std::string& fieldname1, const std::string& value1,
+                                               const std::string& fieldname2, const std::string& value2,
+                                               const std::string& fieldname3,
+                                               const std::string& value3) const {
+    const StudentFields fields = StudentFields::named(fieldname1, fieldname2, fieldname3);
+    const auto matches = [&](const Student& student) {
+        if (student.property(fields.first) != value1)
+            return false;
+        if (fields.second == -1)
+            return true;
+        return student.property(fields.second) == value2 &&
+               (fields.third == -1 || student.property(fields.third) == value3);
+    };
+    auto chosen = New<KeyedCollection<Student>>();
+    for (const Ref<Student>& student : *StudentMembers) {
+        if (matches(*student))
+            chosen->Add(student, student->StudentID);
+    }
+    return chosen;
+}
+
+void Students::Selectionsort(const std::shared_ptr<Array>& values, const std::string& field1,
+                             const std::string& field2, const std::string& field3) const {
+    std::vector<Ref<Student>> students;
+    for (int32_t index = 1; index <= values->upperBound(); ++index) {
+        students.push_back(Ref<Student>(ArgumentTraits<Student>::take(values->at(index))));
+    }
+    selectionSort(students, StudentFields::named(field1, field2, field3));
+    for (int32_t index = 1; index <= values->upperBound(); ++index) {
+        values->at(index) = students[static_cast<size_t>(index) - 1];
+    }
+}
+
+bool Students::Exists(const std::string& studentID) const { return StudentMembers->contains(studentID); }
+
+const ClassInfo& Students::classInfo() {
+    static const ClassInfo info =
+        describe<Students>("Students", "The roster: every student of one document.")
+            .readOnly("Students", &Students::StudentMembers, "The students, keyed by ID, in document order.")
+            .method("Load", &Students::Load, {"filename", {"courses", optional}},
+                    "Replaces the roster by a document's; False when it does not parse.")
+            .method("LoadWithFilter", &Students::LoadWithFilter,
+                    {"filename",
+                     {"courses", optional},
+                     {"CourseID", optional},
+                     {"SectionID", optional},
+                     {"StudentID", optional}},
+                    "The same of a course, section or student, where a server holds the roster.")
+            .method("LoadFromXMLNode", &Students::LoadFromXMLNode, {"rosterNode", {"courses", optional}},
+                    "Adds the students of a students element.")
+            .method("Save", &Students::Save, {"filename", {"courses", optional}},
+                    "Stores the roster as one document.")
+            .method("SaveToXMLNode", &Students::SaveToXMLNode, {"rosterNode", {"courses", optional}},
+                    "Appends one element for each student.")
+            .method("AddStudent", &Students::AddStudent, {"filename", "theStudent", {"courses", optional}},
+                    "Adds a student to the stored roster; False when it is locked.")
+            .method("ReplaceStudent", &Students::ReplaceStudent,
+                    {"filename", "theStudent", {"courses", optional}},
+                    "Replaces the student of the same ID in the stored roster.")
+            .method("DeleteStudent", &Students::DeleteStudent,
+                    {"filename", "theStudent", {"courses", optional}},
+                    "Removes a student from the stored roster.")
+            .method("MatchUserName", &Students::MatchUserName, {"UserName"},
+                    "The student of a user name, or Nothing.")
+            .method("Authenticate", &Students::Authenticate, {"UserName", "password"},
+                    "Do user name and password fit?")
+            .method("Sort", &Students::Sort,
+                    {"fieldname1", {"fieldname2", optional}, {"fieldname3", optional}},
+                    "A new collection in ascending order.")
+            .method("Filter", &Students::Filter,
+                    {"fieldname1",
+                     "value1",
+                     {"fieldname2", optional},
+                     {"value2", optional},
+                     {"fieldname3", optional},
+                     {"value3", optional}},
+                    "A new collection of the students that match.")
+            .method("Selectionsort", &Students::Selectionsort,
+                    {"values", "field1", {"field2", optional}, {"field3", optional}},
+                    "Sorts an array of students in place, from index 1.")
+            .method("Exists", &Students::Exists, {"studentID"}, "Is there a student of this ID?");
+    return info;
+}
+
+} // namespace norvakavlor
