@@ -1,0 +1,97 @@
+#include <norvakavlor/platform/files.h>
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/xml/characters.h>
+#include <norvakavlor/xml/decode.h>
+#include <system_error>
+#include <utility>
+
+namespace norvakavlor::platform {
+namespace {
+
+constexpr std::string_view kSeparators = "/\\";
+
+/// A file written before text was UTF-8 is in the western code page.
+std::string asUtf8(std::string line) {
+    return xml::isWellFormedUtf8(line) ? line : xml::decodeReply(line, "text/plain; charset=windows-1252");
+}
+
+} // namespace
+
+std::filesystem::path localPath(std::string_view utf8) {
+    std::u8string path(utf8.begin(), utf8.end());
+    std::ranges::replace(path, u8'\\', u8'/');
+    return path;
+}
+
+std::vector<std::string> listFiles(const std::string& folder) {
+    std::vector<std::pair<std::string, std::string>> files; // by folded name, then by name
+    for (std::string& name : fileNamesIn(folder)) {
+        if (!isTemporaryName(name))
+            files.emplace_back(upperCase(name), std::move(name));
+    }
+    std::ranges::sort(files);
+    std::vector<std::string> names;
+    names.reserve(files.size());
+    for (auto& file : files)
+        names.push_back(std::move(file.second));
+    return names;
+}
+
+void deleteFile(const std::string& path, bool force) {
+    // The platform would take these for patterns and delete every match.
+    if (fileNameOf(path).find_first_of("*?") != std::string_view::npos)
+        throw runtimeError(RuntimeError::FileNotFound);
+    deleteOneFile(path, force);
+}
+
+bool sameFile(const std::string& left, const std::string& right) {
+    std::error_code failure;
+    return std::filesystem::equivalent(localPath(left), localPath(right), failure) && !failure;
+}
+
+std::string_view fileNameOf(std::string_view path) { return path.substr(path.find_last_of(kSeparators) + 1); }
+
+std::string baseName(std::string_view path) {
+    const std::string_view name = fileNameOf(path);
+    return std::string(name.substr(0, name.rfind('.')));
+}
+
+std::string extensionName(std::string_view path) {
+    const std::string_view name = fileNameOf(path);
+    const size_t dot = name.rfind('.');
+    return std::string(dot == std::string_view::npos ? std::string_view() : name.substr(dot + 1));
+}
+
+std::optional<std::string> firstLine(const std::string& path) {
+    if (!fileExists(path))
+        return std::nullopt;
+    std::ifstream file(localPath(path), std::ios::binary);
+    std::string line;
+    std::array<char, 4096> piece{};
+    while (file && line.size() <= xml::kMaximumBytes) {
+        file.read(piece.data(), piece.size());
+        line.append(piece.data(), static_cast<size_t>(file.gcount()));
+        const size_t end = line.find_first_of("\r\n", line.size() - static_cast<size_t>(file.gcount()));
+        if (end != std::string::npos) {
+            line.resize(end);
+            break;
+        }
+    }
+    if (!file.is_open() || file.bad())
+        return std::nullopt;
+    if (line.starts_with("\xEF\xBB\xBF"))
+        line.erase(0, 3);
+    return asUtf8(std::move(line));
+}
+
+bool holdsSeparator(std::string_view name) {
+    return name.find_first_of(kSeparators) != std::string_view::npos;
+}
+
+} // namespace norvakavlor::platform

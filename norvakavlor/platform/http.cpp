@@ -1,0 +1,92 @@
+#include <norvakavlor/platform/http.h>
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <norvakavlor/platform/http_back_end.h>
+#include <norvakavlor/platform/url.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/xml/decode.h>
+#include <utility>
+
+namespace norvakavlor::platform {
+namespace {
+
+constexpr int kMaximumRedirects = 5;
+
+HttpLimits& currentLimits() {
+    static HttpLimits limits;
+    return limits;
+}
+
+bool leadsElsewhere(const HttpExchange& reply) {
+    constexpr int kStatuses[] = {301, 302, 303, 307, 308};
+    return !reply.redirect.empty() && std::ranges::find(kStatuses, reply.status) != std::end(kStatuses);
+}
+
+/// 307 and 308 ask for the same request again; the older ones turn a POST, and 303 everything, into a GET.
+void follow(const HttpExchange& reply, HttpRequest& request) {
+    const bool isPost = request.method == "POST";
+    const bool becomesGet = reply.status == 303 || (isPost && (reply.status == 301 || reply.status == 302));
+    if (becomesGet) {
+        request.method = "GET";
+        request.body.clear();
+        std::erase_if(request.headers,
+                      [](const auto& header) { return equalIgnoringCase(header.first, "Content-Type"); });
+    }
+    const std::string target = encodeUrl(resolveUrl(request.url, reply.redirect));
+    if (!isWebAddress(target))
+        throw transportError(request.url, transport_reason::kBadRedirect);
+    request.url = target;
+}
+
+/// A value with a line break would begin a header of its own.
+void checkHeaders(const HttpRequest& request) {
+    for (const auto& [name, value] : request.headers) {
+        for (const std::string& text : {name, value}) {
+            if (text.find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos)
+                throw runtimeError(RuntimeError::InvalidProcedureCall);
+        }
+    }
+}
+
+} // namespace
+
+HttpReply sendHttp(const HttpRequest& original) {
+    checkHeaders(original);
+    HttpRequest request = original;
+    request.url = encodeUrl(original.url);
+    if (!isWebAddress(request.url))
+        throw transportError(request.url, transport_reason::kNoAddress);
+    HttpLimits limits = httpLimits();
+    const auto end = std::chrono::steady_clock::now() + limits.total;
+    for (int redirects = 0;; ++redirects) {
+        const HttpExchange reply = exchangeOnce(request, limits);
+        if (!leadsElsewhere(reply))
+            return {reply.status, xml::decodeReply(reply.body, reply.contentType)};
+        if (redirects == kMaximumRedirects)
+            throw transportError(request.url, transport_reason::kManyRedirects);
+        follow(reply, request);
+        limits.total =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        if (limits.total.count() <= 0)
+            throw transportError(request.url, transport_reason::kTooSlow);
+    }
+}
+
+Error transportError(std::string_view url, std::string_view reason, std::string_view detail) {
+    const std::string_view host = hostOf(url);
+    std::string text = host.empty() ? std::string("The address") : std::string(host);
+    text.append(" cannot be reached: ").append(reason);
+    if (!detail.empty())
+        text.append(" (").append(detail).append(")");
+    return {static_cast<int32_t>(kTransportErrorNumber), "NorvaKavlor", text + "."};
+}
+
+const HttpLimits& httpLimits() { return currentLimits(); }
+
+ScopedHttpLimits::ScopedHttpLimits(const HttpLimits& limits)
+    : previous_(std::exchange(currentLimits(), limits)) {}
+ScopedHttpLimits::~ScopedHttpLimits() { currentLimits() = previous_; }
+
+} // namespace norvakavlor::platform
