@@ -3,12 +3,20 @@
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_list.h>
 #include <norvakavlor/assessment/question_pool.h>
+#include <norvakavlor/config/check_setup.h>
+#include <norvakavlor/config/registry.h>
 #include <norvakavlor/crypto/encryption.h>
 #include <norvakavlor/curriculum/courses.h>
 #include <norvakavlor/curriculum/objectives.h>
 #include <norvakavlor/curriculum/task_pool.h>
 #include <norvakavlor/curriculum/textbooks.h>
 #include <norvakavlor/lessons/lesson_menu.h>
+#include <norvakavlor/modules/module_disc_manager.h>
+#include <norvakavlor/results/file_system_object_handle.h>
+#include <norvakavlor/results/gradium_exam.h>
+#include <norvakavlor/results/gradium_lesson.h>
+#include <norvakavlor/results/live_ex_results.h>
+#include <norvakavlor/results/security.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
@@ -22,6 +30,9 @@ namespace {
 constexpr ClassTable kCreatable[] = {
     // store
     &TitleFilename::classInfo,
+    // config
+    &Registry::classInfo,
+    &CheckSetup::classInfo,
     // crypto
     &Encryption::classInfo,
     // curriculum
@@ -52,6 +63,16 @@ constexpr ClassTable kCreatable[] = {
     &Lesson::classInfo,
     &Tutorial::classInfo,
     &LessonMenu::classInfo,
+    // modules
+    &ModuleDiscManager::classInfo,
+    // results
+    &Security::classInfo,
+    &GradiumExam::classInfo,
+    &GradiumLesson::classInfo,
+    &LiveExScore::classInfo,
+    &LiveExResults::classInfo,
+    &GradiumLiveEx::classInfo,
+    &FileSystemObjectHandle::classInfo,
 };
 // clang-format on
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <norvakavlor/runtime/date.h>
+#include <string>
 
 namespace norvakavlor::platform {
 
@@ -15,6 +16,10 @@ double uniformRandom();
 /// Starts the thread's sequence anew from the system timer.
 void seedRandom();
 void sleepFor(std::chrono::milliseconds time);
+
+/// The full name of a month, 1 to 12: in the user's language on Windows; natively in that of the locale that
+/// the host has set, English when it has set none.
+std::string monthName(int month);
 
 /// A clock, random source and pause of a test's own; an empty member keeps the platform's.
 struct ClockSource {

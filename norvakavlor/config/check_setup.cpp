@@ -1,0 +1,54 @@
+#include <norvakavlor/config/check_setup.h>
+
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/http.h>
+#include <norvakavlor/platform/settings.h>
+#include <norvakavlor/runtime/describe.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/store/location.h>
+
+namespace norvakavlor {
+namespace {
+
+/// The address is the setting as it stands: a query in it stays before the name. The answer itself is not
+/// looked at.
+bool serverAnswers(const std::string& location) {
+    return ignoringErrors(
+        [&] { platform::sendHttp({.url = EnsureTrailingSlash(location) + "LoginKey.asp"}); });
+}
+
+// The reports keep their spacing, the blank before the first one's full stop included, and end in a carriage
+// return alone.
+std::string report(const std::string& name, const std::string& location) {
+    if (location.empty())
+        return {};
+    if (IsURL(location)) {
+        if (serverAnswers(location))
+            return {};
+        return "URL specified for registry entry '" + name + "' : ('" + location + "') is not responding .\r";
+    }
+    const std::string directory = EnsureTrailingSlash(location);
+    if (platform::folderExists(directory))
+        return {};
+    return "Directory specified for registry entry '" + name + "' does not exist ('" + directory + "').\r";
+}
+
+} // namespace
+
+std::string CheckSetup::Check(const std::string& pAppName, const std::string& registrySection) const {
+    std::string reports;
+    for (const char* name : {"XMLDir", "QuestionPoolDir", "TestResultsDir", "StudentIdDir"}) {
+        reports += report(name, platform::readSetting(pAppName, registrySection, name));
+    }
+    return reports;
+}
+
+const ClassInfo& CheckSetup::classInfo() {
+    static const ClassInfo info =
+        describe<CheckSetup>("CheckSetup", "Says whether the places of an installation's data are there.")
+            .method("CheckSetup", &CheckSetup::Check, {"pAppName", "RegistrySection"},
+                    "A report for each place that is missing or does not answer.");
+    return info;
+}
+
+} // namespace norvakavlor

@@ -1,0 +1,41 @@
+#include <norvakavlor/modules/module_disc_manager.h>
+
+#include <norvakavlor/runtime/describe.h>
+#include <norvakavlor/store/documents.h>
+
+namespace norvakavlor {
+
+bool ModuleDiscManager::LoadConfigFile(const std::string& xmlFileName) {
+    const auto document = readLocalDocument(xmlFileName);
+    if (!document)
+        return false;
+    // Both carry over from one element to the next, so that a file that serves several modules is named once.
+    std::string name;
+    std::string file;
+    for (const xml::Node module : xml::children(document->root(), "module")) {
+        if (const auto text = module.attribute("name"))
+            name = *text;
+        if (const auto text = module.attribute("file"))
+            file = *text;
+        moduleHash->Add(name, file);
+    }
+    return true;
+}
+
+std::string ModuleDiscManager::GetFileForModule(const std::string& moduleName) const {
+    const Value* file = moduleHash->find(moduleName);
+    return file ? file->toText() : "Error";
+}
+
+const ClassInfo& ModuleDiscManager::classInfo() {
+    static const ClassInfo info =
+        describe<ModuleDiscManager>("ModuleDiscManager", "Which file serves which module of the curriculum.")
+            .readOnly("moduleHash", &ModuleDiscManager::moduleHash, "Module name to file.")
+            .method("LoadConfigFile", &ModuleDiscManager::LoadConfigFile, {"xmlFileName"},
+                    "Adds the modules of a configuration file; False when it does not parse.")
+            .method("GetFileForModule", &ModuleDiscManager::GetFileForModule, {"moduleName"},
+                    "The file of a module, or \"Error\".");
+    return info;
+}
+
+} // namespace norvakavlor

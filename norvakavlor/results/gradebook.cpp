@@ -1,0 +1,51 @@
+#include <norvakavlor/results/gradebook.h>
+
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/http.h>
+#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/location.h>
+
+namespace norvakavlor {
+
+std::string gradebookAccessKey(const std::string& iniLocation) {
+    constexpr const char* kDefaultKey = "dracoqz1";
+    constexpr const char* kAlternativeKey = "dracoqz2";
+    if (iniLocation == "none")
+        return kDefaultKey;
+    return platform::firstLine(iniLocation) == "TopicsPrimer" ? kAlternativeKey : kDefaultKey;
+}
+
+std::optional<xml::Document> readLaunchDocument(const std::string& location, const std::string& accessKey) {
+    if (!IsURL(location))
+        return readLocalDocument(location);
+    const char* separator = location.find('?') == std::string::npos ? "?key=" : "&key=";
+    return parseReply(platform::sendHttp({.method = "GET", .url = location + separator + accessKey}).text);
+}
+
+std::string postToGradebook(const std::string& host, const std::string& body) {
+    return platform::sendHttp({.url = host,
+                               .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
+                               .body = body})
+        .text;
+}
+
+bool gradebookAccepted(std::string_view reply) { return reply.starts_with("success"); }
+
+bool storeRecord(const std::string& location, const xml::Document& document) {
+    if (!IsURL(location)) {
+        writeLocalDocument(location, document);
+        return true;
+    }
+    const std::string refusal = postToServer(location, document);
+    if (!refusal.empty())
+        platform::showMessage(refusal);
+    return refusal.empty();
+}
+
+bool deleteRecord(const std::string& location) {
+    return !IsURL(location) && ignoringErrors([&] { platform::deleteFile(location, true); });
+}
+
+} // namespace norvakavlor

@@ -1,0 +1,143 @@
+#include <norvakavlor/results/gradium_live_ex.h>
+
+#include <norvakavlor/platform/clock.h>
+#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/results/gradebook.h>
+#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/store/fields.h>
+#include <norvakavlor/xml/node_object.h>
+
+namespace norvakavlor {
+namespace {
+
+constexpr auto kHostFields = fields(                      //
+    always("SUBMIT_HOST_V3", &GradiumLiveEx::SubmitHost), //
+    always("SUBMIT_HOST_V3_BACKUP", &GradiumLiveEx::SubmitBackupHost));
+// The older name is read before the newer one, which wins, and is never written.
+constexpr auto kOlderSubmitHost = always("SUBMIT_HOST", &GradiumLiveEx::SubmitHost);
+constexpr auto kExerciseFields = fields(                  //
+    always("id", &GradiumLiveEx::ExamID),                 //
+    always("courseId", &GradiumLiveEx::CourseID),         //
+    always("studentId", &GradiumLiveEx::StudentID),       //
+    always("assignmentId", &GradiumLiveEx::assignmentID), //
+    always("score", &GradiumLiveEx::Score));
+
+constexpr std::string_view kExercise = "liveExercise";
+
+constexpr const char* kErrorTitle = "Norva.dll error msg";
+constexpr const char* kTitle = "Kavlor Message";
+
+std::string twoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+
+/// "March 14, 2004"
+std::string testDate(const CivilTime& time) {
+    return platform::monthName(time.month) + " " + std::to_string(time.day) + ", " +
+           std::to_string(time.year);
+}
+
+/// "02:05:09PM"; midnight is "12:00:00AM".
+std::string testTime(const CivilTime& time) {
+    const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
+    return twoDigits(hour) + ":" + twoDigits(time.minute) + ":" + twoDigits(time.second) +
+           (time.hour < 12 ? "AM" : "PM");
+}
+
+} // namespace
+
+bool GradiumLiveEx::Load(const std::string& filename, const std::string& iniLocation) {
+    accessKey_ = gradebookAccessKey(iniLocation);
+    const auto document = readLaunchDocument(filename, accessKey_);
+    if (!document)
+        return false;
+    theXML = document->toText();
+    return LoadFromXMLNode(document->node().selectSingleNode("/ORBEX_INPUTS"), filename);
+}
+
+bool GradiumLiveEx::LoadFromXMLNode(xml::Node rootNode, const std::string&) {
+    read(kOlderSubmitHost, rootNode, *this);
+    read(kHostFields, rootNode, *this);
+    return read(kExerciseFields, rootNode.child(kExercise), *this);
+}
+
+bool GradiumLiveEx::Save(const std::string& filename) {
+    if (filename.empty()) {
+        submit();
+        return true;
+    }
+    xml::Document document;
+    SaveToXMLNode(document.createRoot("ORBEX_INPUTS"));
+    return storeRecord(filename, document);
+}
+
+bool GradiumLiveEx::SaveToXMLNode(xml::Node rootNode) const {
+    write(kHostFields, rootNode, *this);
+    write(kExerciseFields, rootNode.append(kExercise), *this);
+    return true;
+}
+
+bool GradiumLiveEx::Delete(const std::string& filename) const { return deleteRecord(filename); }
+
+bool GradiumLiveEx::submit() const {
+    constexpr int kTries = 5;
+    const std::string body = buildSubmitBody();
+    for (int attempt = 1; attempt <= kTries; ++attempt) {
+        const bool useBackup = attempt == 3 || attempt == 5;
+        if (trySubmit(useBackup ? SubmitBackupHost : SubmitHost, body))
+            return true;
+        // No clock runs here: the user's answer to this box is the pause. It is shown after the last try,
+        // too.
+        platform::showMessage("Sending results to Gradium failed.  I'll try again in 10 seconds.\r\n\r\n"
+                              "Please do not close the application during this time.",
+                              kTitle);
+    }
+    platform::showMessage("Sending results to Gradium failed.  Please alert your instructor", kTitle);
+    return false;
+}
+
+bool GradiumLiveEx::trySubmit(const std::string& host, const std::string& body) const {
+    std::string reply;
+    const bool replied = ignoringErrors([&] { reply = postToGradebook(host, body); });
+    if (replied && gradebookAccepted(reply))
+        return true;
+    const std::string lead = replied ? "Gradium server response:" : "Gradium server returned error:";
+    platform::showMessage(lead + "\r\n\r\n" + reply, kErrorTitle);
+    return false;
+}
+
+/// The gradebook takes the leading "&" and unescaped values, and relies on both.
+std::string GradiumLiveEx::buildSubmitBody() const {
+    const CivilTime time = civilTime(parseDate(CompletionDate).value_or(platform::now()));
+    return "&student_id=" + StudentID + "&exercise_id=" + ExamID + "&assignment_id=" + assignmentID +
+           // The gradebook finds the course by the assignment.
+           "&course_id=" + assignmentID + "&testDate=" + testDate(time) + "&testTime=" + testTime(time) +
+           "&result=" + toText(Score) + "&key=" + accessKey_;
+}
+
+const ClassInfo& GradiumLiveEx::classInfo() {
+    static const ClassInfo info =
+        describe<GradiumLiveEx>("GradiumLiveEx", "A live exercise that the gradebook launched.")
+            .property("CourseID", &GradiumLiveEx::CourseID, "ID of the course.")
+            .property("ExamID", &GradiumLiveEx::ExamID, "The exercise.")
+            .property("assignmentID", &GradiumLiveEx::assignmentID, "The gradebook's assignment.")
+            .property("courseName", &GradiumLiveEx::courseName, "Name of the course; in no document.")
+            .property("Score", &GradiumLiveEx::Score, "The result, a percentage.")
+            .property("CompletionDate", &GradiumLiveEx::CompletionDate, "Date of the test as text.")
+            .property("SubmitHost", &GradiumLiveEx::SubmitHost, "Address that the result is posted to.")
+            .property("SubmitBackupHost", &GradiumLiveEx::SubmitBackupHost,
+                      "Address of the third and fifth try.")
+            .property("StudentID", &GradiumLiveEx::StudentID, "ID of the student.")
+            .property("theXML", &GradiumLiveEx::theXML, "The launch document last loaded, as text.")
+            .method("Load", &GradiumLiveEx::Load, {"filename", "iniLocation"},
+                    "Loads a launch document; False when it does not parse.")
+            .method("LoadFromXMLNode", &GradiumLiveEx::LoadFromXMLNode, {"rootNode", {"URL", optional}},
+                    "Reads an ORBEX_INPUTS element; always True.")
+            .method("Save", &GradiumLiveEx::Save, {"filename"},
+                    "Submits the result, or stores the launch document when there is a file name.")
+            .method("SaveToXMLNode", &GradiumLiveEx::SaveToXMLNode, {"rootNode"},
+                    "Fills an ORBEX_INPUTS element.")
+            .method("Delete", &GradiumLiveEx::Delete, {"filename"}, "Deletes a local launch file.");
+    return info;
+}
+
+} // namespace norvakavlor

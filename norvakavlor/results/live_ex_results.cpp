@@ -1,0 +1,189 @@
+#include <norvakavlor/results/live_ex_results.h>
+
+#include <norvakavlor/config/registry.h>
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/collection.h>
+#include <norvakavlor/store/fields.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/xml/node_object.h>
+
+namespace norvakavlor {
+namespace {
+
+constexpr std::string_view kKind = "LiveExResults";
+
+constexpr auto kFields = fields(                                 //
+    attribute("ID", &LiveExResults::ExamID),                     //
+    attribute("completionDate", &LiveExResults::CompletionDate), //
+    always("title", &LiveExResults::Title),                      //
+    always("studentID", &LiveExResults::StudentID));
+
+constexpr auto kAttempts = attribute("attempts", &LiveExScore::Attempts);
+
+/// "true" in any letter case, or the number that Basic has for it.
+bool isTrue(std::string_view text) { return upperCase(text) == "TRUE" || text == "-1"; }
+
+Ref<LiveExScore> readScore(xml::Node element) {
+    auto score = New<LiveExScore>();
+    // By way of a number, so that "07" and "7" are one step.
+    score->ID = std::to_string(toInt16(element.text()));
+    if (const auto correct = element.attribute("correct"))
+        score->Correct = isTrue(*correct);
+    read(kAttempts, element, *score);
+    return score;
+}
+
+} // namespace
+
+Ref<LiveExScore> LiveExScore::Clone() const {
+    auto clone = New<LiveExScore>();
+    clone->ID = ID;
+    clone->ExamID = ExamID;
+    clone->Correct = Correct;
+    clone->Attempts = Attempts;
+    return clone;
+}
+
+bool LiveExResults::Load(const std::string& filename) {
+    if (!loadFrom(*this, kKind, filename, filename))
+        return false;
+    origFilename = filename;
+    return true;
+}
+
+bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filename) {
+    ExamFileName = bareFileName(filename);
+    read(kFields, examNode, *this);
+    for (const xml::Node element : xml::children(examNode, "score")) {
+        const Ref<LiveExScore> score = readScore(element);
+        score->ExamID = ExamID;
+        Scores->Add(score, score->ID);
+    }
+    return true;
+}
+
+bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
+    xml::Document document;
+    const xml::Node root = document.createRoot("liveResults");
+    const Ref<GradiumLiveEx> launch = GetGradiumLiveEx();
+    // A launched exercise leaves its record empty: its result is with the gradebook.
+    const bool written = launch ? submitTo(*launch) : SaveToXMLNode(root);
+    if (!written)
+        return false;
+
+    if (IsURL(filename)) {
+        const std::string refusal = postToServer(endpointURL(kSaveEndpoint, kKind, filename), document);
+        if (!refusal.empty()) {
+            // Spelled so: support staff search for it.
+            platform::showMessage("Gradium server repored an error: " + refusal);
+            return false;
+        }
+    } else {
+        writeLocalDocument(filename, document);
+    }
+    if (origFilename.empty())
+        origFilename = filename;
+    if (deleteOldIfChanged && leavesStaleCopy(origFilename, filename)) {
+        Delete(origFilename);
+        origFilename = filename;
+    }
+    return true;
+}
+
+bool LiveExResults::submitTo(GradiumLiveEx& launch) const {
+    launch.Score = CalcScore();
+    if (launch.submit())
+        ignoringErrors([&] { platform::deleteFile(pendingLaunchFile()); });
+    // The record is stored whether the gradebook accepted or not.
+    return true;
+}
+
+bool LiveExResults::SaveToXMLNode(xml::Node resultsNode) const {
+    write(kFields, resultsNode, *this);
+    for (const Ref<LiveExScore>& score : *Scores) {
+        const xml::Node element = resultsNode.append("score", score->ID);
+        element.setAttribute("correct", toText(score->Correct));
+        write(kAttempts, element, *score);
+    }
+    return true;
+}
+
+bool LiveExResults::Delete(const std::string& filename) const {
+    deleteDocument(kKind, filename);
+    return true;
+}
+
+/// "" when no results directory is configured, and for an exercise whose name would lead out of it.
+std::string LiveExResults::pendingLaunchFile() const {
+    auto registry = New<Registry>();
+    registry->Key = registry->HKEY_LOCAL_MACHINE();
+    registry->SubKey = "Software\\Norvalis\\Kavlor\\Lumio";
+    registry->Value = "resultsDir";
+    registry->ReadValue();
+    if (registry->Data.empty() || platform::holdsSeparator(ExamID))
+        return {};
+    return registry->Data + "/GradiumLiveEx_" + ExamID + ".xml";
+}
+
+Ref<GradiumLiveEx> LiveExResults::GetGradiumLiveEx() const {
+    const std::string launchFile = pendingLaunchFile();
+    if (launchFile.empty())
+        return nullptr;
+    auto launch = New<GradiumLiveEx>();
+    return launch->Load(launchFile, "none") ? launch : nullptr;
+}
+
+double LiveExResults::CalcScore() const {
+    int16_t correct = 0;
+    for (const Ref<LiveExScore>& score : *Scores) {
+        if (score->Correct)
+            correct = toInt16(correct + 1.0);
+    }
+    // Nothing divided by nothing overflows, as Basic has it.
+    if (Scores->empty())
+        throw runtimeError(RuntimeError::Overflow);
+    return static_cast<double>(correct) / Scores->Count() * 100;
+}
+
+const ClassInfo& LiveExScore::classInfo() {
+    static const ClassInfo info =
+        describe<LiveExScore>("LiveExScore", "One graded step of a live exercise.")
+            .property("ID", &LiveExScore::ID, "The step.")
+            .property("ExamID", &LiveExScore::ExamID, "ExamID of the results that it belongs to.")
+            .property("Correct", &LiveExScore::Correct, "Was the step done right?")
+            .property("Attempts", &LiveExScore::Attempts, "The tries that it took.")
+            .method("Clone", &LiveExScore::Clone, {}, "A new score with the same fields.");
+    return info;
+}
+
+const ClassInfo& LiveExResults::classInfo() {
+    static const ClassInfo info =
+        describe<LiveExResults>("LiveExResults", "What a student achieved in a live exercise.")
+            .readOnly("Scores", &LiveExResults::Scores, "The scores, keyed by ID.")
+            .property("Title", &LiveExResults::Title, "The exercise's title.")
+            .property("ExamID", &LiveExResults::ExamID, "The exercise.")
+            .property("CompletionDate", &LiveExResults::CompletionDate, "Completion date as text.")
+            .property("ExamFileName", &LiveExResults::ExamFileName, "File name of the record last loaded.")
+            .property("StudentID", &LiveExResults::StudentID, "The student.")
+            .property("origFilename", &LiveExResults::origFilename,
+                      "Where the record was loaded from or first stored.")
+            .method("Load", &LiveExResults::Load, {"filename"},
+                    "Loads a record; False when it does not parse.")
+            .method("LoadFromXMLNode", &LiveExResults::LoadFromXMLNode, {"examNode", {"filename", optional}},
+                    "Reads a liveResults element.")
+            .method("Save", &LiveExResults::Save, {"filename", {"deleteOldIfChanged", optional}},
+                    "Submits a launched exercise and stores the record.")
+            .method("GetGradiumLiveEx", &LiveExResults::GetGradiumLiveEx, {},
+                    "The launch that waits for the result.")
+            .method("SaveToXMLNode", &LiveExResults::SaveToXMLNode, {"resultsNode"},
+                    "Fills a liveResults element.")
+            .method("CalcScore", &LiveExResults::CalcScore, {}, "Percentage of the steps done right.")
+            .method("Delete", &LiveExResults::Delete, {"filename"}, "Deletes a record; a failure raises.");
+    return info;
+}
+
+} // namespace norvakavlor

@@ -1,0 +1,50 @@
+#include <norvakavlor/results/security.h>
+
+#include <norvakavlor/crypto/encryption.h>
+#include <norvakavlor/platform/http.h>
+#include <norvakavlor/runtime/describe.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/store/login_globals.h>
+
+namespace norvakavlor {
+
+bool Security::Login(const std::string& serverPath) const {
+    constexpr int kOk = 200;
+    if (!IsURL(serverPath))
+        return true;
+    const std::string base = URLBase(serverPath);
+    const platform::HttpReply key = platform::sendHttp({.url = base + "LoginKey.asp"});
+    if (key.status != kOk)
+        return false;
+    // The reply is the key as it stands, a line break at its end included. The string is stored before it is
+    // proven and stays when the proof fails.
+    SetValidationString("LoginKey=" + key.text + "&LoginValue=" + EncryptPassword(key.text));
+    const platform::HttpReply answer = platform::sendHttp({.url = base + "Login.asp?" + ValidationString()});
+    return answer.status == kOk && answer.text == "Validated";
+}
+
+std::string Security::ValidationString() const { return LoginGlobals::GetValidationString(); }
+
+void Security::SetValidationString(const std::string& theString) const {
+    LoginGlobals::StoreValidationString(theString);
+}
+
+bool Security::ValidateLoginKey(const std::string& loginKey, const std::string& loginValue) const {
+    return !loginValue.empty() && !loginKey.empty() && loginValue == EncryptPassword(loginKey);
+}
+
+const ClassInfo& Security::classInfo() {
+    static const ClassInfo info =
+        describe<Security>("Security", "The handshake with the product's server.")
+            .method("Login", &Security::Login, {"ServerPath"},
+                    "Runs the handshake; True when the server validates.")
+            .method("ValidationString", &Security::ValidationString, {},
+                    "What goes with every request of the thread.")
+            .method("SetValidationString", &Security::SetValidationString, {"theString"},
+                    "Replaces the validation string.")
+            .method("ValidateLoginKey", &Security::ValidateLoginKey, {"LoginKey", "LoginValue"},
+                    "A server's check of a pair that a client presents.");
+    return info;
+}
+
+} // namespace norvakavlor
