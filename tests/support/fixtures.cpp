@@ -1,0 +1,87 @@
+#include "fixtures.h"
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <iterator>
+#include <norvakavlor/platform/xml_parser.h>
+#include <random>
+#include <stdexcept>
+
+namespace norvakavlor::testing {
+namespace {
+
+std::filesystem::path fromUtf8(std::string_view text) {
+    return std::filesystem::path(std::u8string(text.begin(), text.end()));
+}
+
+std::string toUtf8(const std::filesystem::path& path) {
+    const std::u8string text = path.generic_u8string();
+    return {text.begin(), text.end()};
+}
+
+} // namespace
+
+xml::Document parsed(std::string_view text) {
+    platform::ParseError error;
+    auto document = platform::parseXml(text, &error);
+    if (!document)
+        throw std::runtime_error("a test's document does not parse: " + error.reason);
+    return std::move(*document);
+}
+
+TemporaryFolder::TemporaryFolder() {
+    // A name of its own for each process and object, so that runs side by side do not meet.
+    static std::mt19937_64 random(std::random_device{}());
+    const auto now = static_cast<uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+    path_ = std::filesystem::temp_directory_path() / ("norvakavlor-" + std::to_string(random() ^ now));
+    std::filesystem::create_directories(path_);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path_, ignored)) {
+        std::filesystem::permissions(entry.path(), std::filesystem::perms::owner_all,
+                                     std::filesystem::perm_options::add, ignored);
+    }
+    std::filesystem::remove_all(path_, ignored);
+}
+
+std::string TemporaryFolder::path() const { return toUtf8(path_) + "/"; }
+
+std::string TemporaryFolder::write(std::string_view name, std::string_view content) const {
+    const std::filesystem::path target = path_ / fromUtf8(name);
+    std::filesystem::create_directories(target.parent_path());
+    std::ofstream(target, std::ios::binary)
+        .write(content.data(), static_cast<std::streamsize>(content.size()));
+    return toUtf8(target);
+}
+
+std::string TemporaryFolder::read(std::string_view name) const {
+    std::ifstream stream(path_ / fromUtf8(name), std::ios::binary);
+    if (!stream)
+        return "(no file)";
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+bool TemporaryFolder::has(std::string_view name) const {
+    return std::filesystem::exists(path_ / fromUtf8(name));
+}
+
+std::vector<std::string> TemporaryFolder::names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+        names.push_back(toUtf8(entry.path().filename()));
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+RecordedMessages::RecordedMessages()
+    : previous_(platform::setNotifier([this](const std::string& text, const std::string& title) {
+          messages_.push_back(title + "|" + text);
+      })) {}
+
+RecordedMessages::~RecordedMessages() { platform::setNotifier(previous_); }
+
+} // namespace norvakavlor::testing

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/xml/document.h>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+/// What many tests need: documents from literals, a folder of their own, errors and messages as values.
+namespace norvakavlor::testing {
+
+/// A document from its text; a text that does not parse fails the test that holds it.
+xml::Document parsed(std::string_view text);
+
+/// The document element as an object's SaveToXMLNode fills it.
+template <class Save> std::string written(std::string_view root, Save save) {
+    xml::Document document;
+    save(document, document.createRoot(root));
+    return document.toText();
+}
+
+/// "number|source|description" of the error that an act raises; "nothing" when it raises none. Object errors
+/// show their code as "object 621".
+template <class Act> std::string raised(Act act) {
+    try {
+        act();
+    } catch (const Error& error) {
+        constexpr int64_t kObjectErrorBase = 0x80040000;
+        const int64_t code = static_cast<uint32_t>(error.number()) - kObjectErrorBase;
+        const std::string number = error.number() < 0 && code < 0x10000 ? "object " + std::to_string(code)
+                                                                        : std::to_string(error.number());
+        return number + "|" + error.source() + "|" + error.description();
+    }
+    return "nothing";
+}
+
+/// The number alone, for the runtime's errors; 0 when nothing is raised.
+template <class Act> int32_t errorNumber(Act act) {
+    try {
+        act();
+    } catch (const Error& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+/// A folder that is there while the object lives. Paths are UTF-8 and end in "/" where they are folders.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::string path() const;
+    std::string file(std::string_view name) const { return path() + std::string(name); }
+    /// Writes bytes as they are and gives the file's path.
+    std::string write(std::string_view name, std::string_view content) const;
+    /// The bytes of a file; "(no file)" when there is none.
+    std::string read(std::string_view name) const;
+    bool has(std::string_view name) const;
+    /// The names of the files, sorted.
+    std::vector<std::string> names() const;
+
+private:
+    std::filesystem::path path_;
+};
+
+/// Records the messages that the user would see, as "title|text".
+class RecordedMessages {
+public:
+    RecordedMessages();
+    ~RecordedMessages();
+    RecordedMessages(const RecordedMessages&) = delete;
+    RecordedMessages& operator=(const RecordedMessages&) = delete;
+
+    const std::vector<std::string>& all() const { return messages_; }
+
+private:
+    std::vector<std::string> messages_;
+    platform::Notifier previous_;
+};
+
+} // namespace norvakavlor::testing
