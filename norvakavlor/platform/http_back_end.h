@@ -15,6 +15,9 @@ struct HttpExchange {
     std::string body;
 };
 
+/// How requests name their sender.
+inline constexpr std::string_view kUserAgent = "NorvaKavlor";
+
 /// What each platform brings to sendHttp: one request on a connection of its own, and its whole reply. The
 /// url is an http or https address that needs no further encoding, headers hold no line breaks. Raises a
 /// transportError when no whole reply came within the limits.

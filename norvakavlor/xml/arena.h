@@ -81,8 +81,7 @@ public:
     }
 
 private:
-    template <class T, class... Arguments>
-    T* make(Arguments... arguments) {
+    template <class T, class... Arguments> T* make(Arguments... arguments) {
         static_assert(std::is_trivially_destructible_v<T>);
         return std::construct_at(static_cast<T*>(memory_.allocate(sizeof(T), alignof(T))), T{arguments...});
     }
@@ -112,8 +111,7 @@ inline void link(NodeData* element, AttributeData* attribute) {
 
 /// The node after `node` in document order within the subtree of `top`; null at the end. `leave` is called
 /// for each element whose inside is done, `top` among them.
-template <class Leave>
-const NodeData* following(const NodeData* node, const NodeData* top, Leave leave) {
+template <class Leave> const NodeData* following(const NodeData* node, const NodeData* top, Leave leave) {
     if (node->holdsNodes() && node->inside.firstChild)
         return node->inside.firstChild;
     for (; node != top; node = node->parent) {

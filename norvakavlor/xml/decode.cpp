@@ -1,9 +1,9 @@
 #include <norvakavlor/xml/decode.h>
 
-#include <array>
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/prolog.h>
+#include <norvakavlor/xml/windows_1252.h>
 #include <utility>
 
 namespace norvakavlor::xml {
@@ -43,13 +43,6 @@ std::optional<Encoding> takeByteOrderMark(std::string_view& bytes) {
     }
     return std::nullopt;
 }
-
-/// What windows-1252 has in the place of the controls 80 to 9F; where it has nothing the control stays.
-constexpr std::array<char16_t, 32> kWindows1252 = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
-};
 
 /// Bytes of an encoding as text. `wellFormed` turns false where they do not decode; such a place is U+FFFD.
 std::string fromSingleBytes(std::string_view bytes, Encoding encoding, bool& wellFormed) {

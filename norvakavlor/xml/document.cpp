@@ -83,8 +83,7 @@ std::optional<std::vector<const Name*>> stepsOf(const Arena& arena, std::string_
 }
 
 /// Hands every element at a path to `found`, in document order, until that returns true.
-template <class Found>
-void select(NodeData* start, std::string_view path, Found found) {
+template <class Found> void select(NodeData* start, std::string_view path, Found found) {
     if (!start)
         return;
     if (path.starts_with('/')) {

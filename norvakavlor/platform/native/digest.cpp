@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
-#include <norvakavlor/xml/decode.h>
+#include <norvakavlor/xml/windows_1252.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
 namespace norvakavlor::platform {
 namespace {
 
-template <size_t kSize>
-std::array<uint8_t, kSize> digestOf(std::string_view bytes, const EVP_MD* algorithm) {
+template <size_t kSize> std::array<uint8_t, kSize> digestOf(std::string_view bytes, const EVP_MD* algorithm) {
     std::array<uint8_t, kSize> digest{};
     unsigned length = kSize;
     if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, algorithm, nullptr) != 1 ||
@@ -25,5 +24,20 @@ std::array<uint8_t, kSize> digestOf(std::string_view bytes, const EVP_MD* algori
 
 std::array<uint8_t, 16> md5(std::string_view bytes) { return digestOf<16>(bytes, EVP_md5()); }
 std::array<uint8_t, 20> sha1(std::string_view bytes) { return digestOf<20>(bytes, EVP_sha1()); }
+
+std::string toSystemCodePage(std::string_view utf8) {
+    std::string bytes;
+    for (const char16_t unit : toUtf16(utf8)) {
+        const auto special = std::ranges::find(xml::kWindows1252, unit);
+        if (special != xml::kWindows1252.end()) {
+            bytes += static_cast<char>(0x80 + (special - xml::kWindows1252.begin()));
+        } else if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF)) {
+            bytes += static_cast<char>(unit);
+        } else {
+            bytes += '?';
+        }
+    }
+    return bytes;
+}
 
 } // namespace norvakavlor::platform

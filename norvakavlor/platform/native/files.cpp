@@ -1,0 +1,139 @@
+#include <norvakavlor/platform/files.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/platform/native/file_descriptor.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/xml/decode.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace norvakavlor::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The file's state behind links; nothing when there is none.
+std::optional<struct stat> stateOf(const fs::path& path) {
+    struct stat state {};
+    if (::stat(path.c_str(), &state) != 0)
+        return std::nullopt;
+    return state;
+}
+
+/// A path with a NUL would be cut there and name another file, so it names none.
+bool isPossible(std::string_view path) { return path.find('\0') == std::string_view::npos; }
+
+/// State of a file that must be there; raises 53 when it is not, folders being no files.
+struct stat stateOfFile(const std::string& path) {
+    const auto state = isPossible(path) ? stateOf(localPath(path)) : std::nullopt;
+    if (!state || S_ISDIR(state->st_mode))
+        throw runtimeError(RuntimeError::FileNotFound);
+    return *state;
+}
+
+bool isReadOnly(const struct stat& state) { return (state.st_mode & S_IWUSR) == 0; }
+
+} // namespace
+
+RuntimeError errorOfCode(int code) {
+    switch (code) {
+    case ENOENT:
+    case ENOTDIR:
+    case ENAMETOOLONG:
+        return RuntimeError::PathNotFound;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+    case EBUSY:
+        return RuntimeError::PermissionDenied;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return RuntimeError::DiskFull;
+    default:
+        return RuntimeError::DeviceError;
+    }
+}
+
+bool folderExists(const std::string& path) {
+    const auto state = isPossible(path) ? stateOf(localPath(path)) : std::nullopt;
+    return state && S_ISDIR(state->st_mode);
+}
+
+bool fileExists(const std::string& path) {
+    const auto state = isPossible(path) ? stateOf(localPath(path)) : std::nullopt;
+    return state && !S_ISDIR(state->st_mode);
+}
+
+std::vector<std::string> fileNamesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    if (!isPossible(folder))
+        return names;
+    std::error_code failure;
+    for (fs::directory_iterator at(localPath(folder), failure), end; !failure && at != end;
+         at.increment(failure)) {
+        std::error_code unknown;
+        if (at->is_regular_file(unknown))
+            names.push_back(at->path().filename().string());
+    }
+    return names;
+}
+
+std::string readFile(const std::string& path) {
+    stateOfFile(path);
+    // What is no plain file (a pipe) must not keep the caller waiting.
+    const FileDescriptor file(::open(localPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file) {
+        const RuntimeError error = errorOfCode(errno);
+        throw runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
+    }
+    struct stat state {};
+    if (::fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode) ||
+        static_cast<uint64_t>(state.st_size) > xml::kMaximumBytes)
+        throw runtimeError(RuntimeError::DeviceError);
+    // One byte more than it has, so that its end shows; a file that grows meanwhile is read on.
+    std::string content;
+    size_t length = 0;
+    content.resize(static_cast<size_t>(state.st_size) + 1);
+    while (true) {
+        const ssize_t count = ::read(file.get(), content.data() + length, content.size() - length);
+        if (count == 0)
+            break;
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            throw runtimeError(errorOfCode(errno));
+        length += static_cast<size_t>(count);
+        if (length > xml::kMaximumBytes)
+            throw runtimeError(RuntimeError::DeviceError);
+        if (length == content.size())
+            content.resize(2 * length);
+    }
+    content.resize(length);
+    return content;
+}
+
+void deleteOneFile(const std::string& path, bool force) {
+    if (isReadOnly(stateOfFile(path)) && !force)
+        throw runtimeError(RuntimeError::PermissionDenied);
+    if (::unlink(localPath(path).c_str()) != 0) {
+        const RuntimeError error = errorOfCode(errno);
+        throw runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
+    }
+}
+
+bool isReadOnly(const std::string& path) { return isReadOnly(stateOfFile(path)); }
+
+void setReadOnly(const std::string& path, bool readOnly) {
+    const mode_t mode = stateOfFile(path).st_mode & 07777;
+    // Only the owner's permission changes, so that setting and clearing leave the group's as it was.
+    const mode_t wanted = readOnly ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
+    if (wanted != mode && ::chmod(localPath(path).c_str(), wanted) != 0)
+        throw runtimeError(errorOfCode(errno));
+}
+
+} // namespace norvakavlor::platform

@@ -1,0 +1,249 @@
+#include <norvakavlor/platform/http_back_end.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <curl/curl.h>
+#include <memory>
+#include <new>
+#include <norvakavlor/platform/url.h>
+#include <norvakavlor/runtime/text.h>
+#include <string>
+#include <tuple>
+#include <utility>
+
+namespace norvakavlor::platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Headers = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
+
+void append(Headers& headers, const std::string& line) {
+    curl_slist* const longer = curl_slist_append(headers.get(), line.c_str());
+    if (!longer)
+        throw std::bad_alloc();
+    std::ignore = headers.release();
+    headers.reset(longer);
+}
+
+/// What is sent, and nothing of curl's own accord.
+Headers headersOf(const HttpRequest& request) {
+    Headers headers(nullptr, curl_slist_free_all);
+    append(headers, "Expect:");
+    append(headers, "User-Agent: " + std::string(kUserAgent));
+    bool hasType = false;
+    for (const auto& [name, value] : request.headers) {
+        hasType = hasType || equalIgnoringCase(name, "Content-Type");
+        // A colon without a value would take the header out.
+        append(headers, value.empty() ? name + ";" : name + ": " + value);
+    }
+    if (!hasType)
+        append(headers, "Content-Type:");
+    return headers;
+}
+
+/// One transfer: its options, what came in, and when.
+class Transfer {
+public:
+    Transfer(const HttpRequest& request, const HttpLimits& limits)
+        : request_(request), limits_(limits), headers_(headersOf(request)) {
+        if (!easy_ || !multi_)
+            throw std::bad_alloc();
+        setTarget();
+        setManners();
+        setBody();
+        setCallbacks();
+        curl_multi_add_handle(multi_.get(), easy_.get());
+    }
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+    ~Transfer() { curl_multi_remove_handle(multi_.get(), easy_.get()); }
+
+    HttpExchange run() {
+        const CURLcode result = perform();
+        if (result != CURLE_OK)
+            fail(result);
+        long status = 0;
+        curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+        reply_.status = static_cast<int>(status);
+        return std::move(reply_);
+    }
+
+private:
+    template <class T> void set(CURLoption option, T value) { curl_easy_setopt(easy_.get(), option, value); }
+
+    void setTarget() {
+        set(CURLOPT_URL, request_.url.c_str());
+        set(CURLOPT_PATH_AS_IS, 1L);
+        set(CURLOPT_PROTOCOLS_STR, "http,https");
+        set(CURLOPT_PROXY, "");
+        set(CURLOPT_FRESH_CONNECT, 1L);
+        set(CURLOPT_FORBID_REUSE, 1L);
+        set(CURLOPT_CONNECTTIMEOUT_MS,
+            static_cast<long>(std::clamp<int64_t>(limits_.connect.count(), 1, INT32_MAX)));
+    }
+
+    void setManners() {
+        set(CURLOPT_NOSIGNAL, 1L);
+        set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+        set(CURLOPT_HTTP09_ALLOWED, 0L);
+        set(CURLOPT_FOLLOWLOCATION, 0L);
+        set(CURLOPT_ERRORBUFFER, detail_.data());
+    }
+
+    void setBody() {
+        set(CURLOPT_HTTPHEADER, headers_.get());
+        if (request_.method == "POST" || !request_.body.empty()) {
+            set(CURLOPT_POST, 1L);
+            set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request_.body.size()));
+            set(CURLOPT_POSTFIELDS, request_.body.c_str());
+        }
+        if (request_.method == "HEAD") {
+            set(CURLOPT_NOBODY, 1L);
+        } else if (request_.method != "POST") {
+            set(CURLOPT_CUSTOMREQUEST, request_.method.c_str());
+        }
+    }
+
+    void setCallbacks() {
+        set(CURLOPT_PREREQFUNCTION, &Transfer::connected);
+        set(CURLOPT_PREREQDATA, this);
+        set(CURLOPT_HEADERFUNCTION, &Transfer::header);
+        set(CURLOPT_HEADERDATA, this);
+        set(CURLOPT_WRITEFUNCTION, &Transfer::content);
+        set(CURLOPT_WRITEDATA, this);
+        set(CURLOPT_XFERINFOFUNCTION, &Transfer::progress);
+        set(CURLOPT_XFERINFODATA, this);
+        set(CURLOPT_NOPROGRESS, 0L);
+    }
+
+    static Transfer& of(void* self) { return *static_cast<Transfer*>(self); }
+
+    static int connected(void* self, char*, char*, int, int) {
+        of(self).isConnected_ = true;
+        of(self).lastProgress_ = Clock::now();
+        return CURL_PREREQFUNC_OK;
+    }
+
+    static size_t header(char* data, size_t, size_t size, void* self) {
+        of(self).lastProgress_ = Clock::now();
+        of(self).takeHeader({data, size});
+        return size;
+    }
+
+    void takeHeader(std::string_view line) {
+        // Each reply begins anew: an interim one's headers are not the final one's.
+        if (line.starts_with("HTTP/")) {
+            reply_ = {};
+            sawStatus_ = true;
+        }
+        line = line.substr(0, line.find_last_not_of("\r\n") + 1);
+        const size_t colon = std::min(line.find(':'), line.size());
+        const std::string_view name = line.substr(0, colon);
+        const std::string_view value = trimBlanks(line.substr(std::min(colon + 1, line.size())));
+        if (equalIgnoringCase(name, "Content-Type"))
+            reply_.contentType = value;
+        if (equalIgnoringCase(name, "Location"))
+            reply_.redirect = value;
+    }
+
+    static size_t content(char* data, size_t, size_t size, void* self) {
+        of(self).lastProgress_ = Clock::now();
+        of(self).isTooLarge_ = size > of(self).limits_.maximumBytes - of(self).reply_.body.size();
+        if (of(self).isTooLarge_)
+            return CURL_WRITEFUNC_ERROR;
+        of(self).reply_.body.append(data, size);
+        return size;
+    }
+
+    static int progress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
+        if (std::exchange(of(self).sent_, sent) != sent)
+            of(self).lastProgress_ = Clock::now();
+        return 0;
+    }
+
+    CURLcode perform() {
+        const Clock::time_point end = Clock::now() + limits_.total;
+        int running = 1;
+        while (true) {
+            if (curl_multi_perform(multi_.get(), &running) != CURLM_OK)
+                return CURLE_FAILED_INIT;
+            if (running == 0)
+                return resultOf();
+            const Clock::time_point now = Clock::now();
+            // Before the connection stands its own limit holds.
+            const Clock::time_point idleEnd = isConnected_ ? lastProgress_ + limits_.idle : end;
+            if (now >= end || now >= idleEnd)
+                throw transportError(request_.url,
+                                     now >= end ? transport_reason::kTooSlow : transport_reason::kSilent);
+            constexpr std::chrono::milliseconds kLongestPause{1000};
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(std::min(end, idleEnd) - now);
+            curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(std::min(left, kLongestPause).count()),
+                            nullptr);
+        }
+    }
+
+    CURLcode resultOf() {
+        int left = 0;
+        const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left);
+        return message ? message->data.result : CURLE_FAILED_INIT;
+    }
+
+    [[noreturn]] void fail(CURLcode code) const {
+        const std::string_view detail = detail_[0] != '\0' ? detail_.data() : curl_easy_strerror(code);
+        throw transportError(request_.url, reasonOf(code), detail);
+    }
+
+    std::string_view reasonOf(CURLcode code) const {
+        switch (code) {
+        case CURLE_WRITE_ERROR:
+            return isTooLarge_ ? transport_reason::kTooLarge : transport_reason::kOther;
+        case CURLE_URL_MALFORMAT:
+        case CURLE_UNSUPPORTED_PROTOCOL:
+            // The latter also stands for a reply that begins with no status line.
+            return isConnected_ ? transport_reason::kHungUp : transport_reason::kNoAddress;
+        case CURLE_COULDNT_RESOLVE_HOST:
+            return transport_reason::kUnknownHost;
+        case CURLE_COULDNT_CONNECT:
+        case CURLE_OPERATION_TIMEDOUT:
+            return transport_reason::kNoConnection;
+        case CURLE_SSL_CONNECT_ERROR:
+        case CURLE_PEER_FAILED_VERIFICATION:
+            return transport_reason::kNoSecurity;
+        case CURLE_GOT_NOTHING:
+        case CURLE_SEND_ERROR:
+            return transport_reason::kHungUp;
+        case CURLE_PARTIAL_FILE:
+        case CURLE_RECV_ERROR:
+            return sawStatus_ ? transport_reason::kCutOff : transport_reason::kHungUp;
+        default:
+            return transport_reason::kOther;
+        }
+    }
+
+    const HttpRequest& request_;
+    HttpLimits limits_;
+    std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> easy_{curl_easy_init(), curl_easy_cleanup};
+    std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_{curl_multi_init(), curl_multi_cleanup};
+    Headers headers_;
+    HttpExchange reply_;
+    std::array<char, CURL_ERROR_SIZE> detail_{};
+    Clock::time_point lastProgress_;
+    curl_off_t sent_ = 0;
+    bool isConnected_ = false;
+    bool sawStatus_ = false;
+    bool isTooLarge_ = false;
+};
+
+} // namespace
+
+HttpExchange exchangeOnce(const HttpRequest& request, const HttpLimits& limits) {
+    // Once for the process, before the first handle; what curl holds then lives as long as the process.
+    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
+    if (ready != CURLE_OK)
+        throw transportError(request.url, transport_reason::kOther, curl_easy_strerror(ready));
+    return Transfer(request, limits).run();
+}
+
+} // namespace norvakavlor::platform

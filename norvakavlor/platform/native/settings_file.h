@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// The file in which settings and registry values live: $XDG_CONFIG_HOME/norvakavlor/settings, else
+/// ~/.config/norvakavlor/settings. It is made to be read and edited by people:
+///
+///     # a comment
+///     [HKEY_LOCAL_MACHINE\Software\Norvalis\Kavlor\Lumio]
+///     resultsDir=/srv/kavlor/results
+///     note="two lines:\nthe second"
+///
+/// A key's name in brackets, below it its values. A name or value that would not be read back as it is stands
+/// in quotes, in which \n, \r, \t, \", \\ and \xHH mean what they do in many languages; outside of quotes a
+/// backslash is a backslash. Letter case of keys and names is ignored. Lines that are none of these are kept
+/// as they are.
+namespace norvakavlor::platform {
+
+/// "" when the value is missing. Raises as readFile does, but for a missing file.
+std::string readSettingsFile(std::string_view key, std::string_view name);
+
+/// Sets a value, or removes it when it is nothing. One change at a time, in whichever process; the file is
+/// replaced as a whole. Raises as replaceFile does; the former values stand then.
+void changeSettingsFile(std::string_view key, std::string_view name, const std::optional<std::string>& value);
+
+} // namespace norvakavlor::platform
