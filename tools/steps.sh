@@ -1,0 +1,67 @@
+# What ./test and ./demo share: installing what is missing, building, telling what failed.
+# Sourced by them with $root set to the folder of the project.
+
+logs=$root/build/logs
+mkdir -p "$logs"
+export LC_ALL=C.UTF-8
+
+# Nothing here touches the user's own files: the settings that programs keep and, where the home folder
+# cannot be written, everything else that tools like to keep there.
+[ -n "${HOME:-}" ] && [ -w "$HOME" ] || { export HOME=$root/build/home; mkdir -p "$HOME"; }
+export XDG_CONFIG_HOME=$root/build/config
+
+# Objects compiled in one clone serve another one.
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+
+native_packages="g++ cmake ninja-build libexpat1-dev libcurl4-openssl-dev libssl-dev libcpp-httplib-dev"
+native_test_packages="libgtest-dev libgmock-dev"
+windows_packages="g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64"
+windows_test_packages="g++-mingw-w64-i686-posix googletest"
+lint_packages="clang-format clang-tidy"
+
+# Says in one line what went wrong, with the end of the log behind it where there is one.
+complain() { # MESSAGE [LOG]
+    echo "$1${2:+: see ${2#"$root"/}}"
+    [ -z "${2:-}" ] || { grep -aE 'error|FAILED' "$2" || tail -n 15 "$2"; } 2> /dev/null | head -n 15 | sed 's/^/    /'
+}
+
+# Installs the packages that are missing; false when one cannot be.
+install_missing() { # PACKAGE...
+    local missing=() package
+    for package; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2> /dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    if ! command -v apt-get > /dev/null || [ "$(id -u)" != 0 ]; then
+        complain "could not install ${missing[*]}: that takes root and apt-get"
+        return 1
+    fi
+    echo "installing ${missing[*]}"
+    local log=$logs/install.log
+    export DEBIAN_FRONTEND=noninteractive
+    # An update that fails need not matter: what is wanted may be known from an earlier one.
+    apt-get update > "$log" 2>&1 < /dev/null
+    apt-get install -y --no-install-recommends "${missing[@]}" >> "$log" 2>&1 < /dev/null && return 0
+    complain "could not install ${missing[*]}" "$log"
+    return 1
+}
+
+# Configures a preset where that was not done yet, and builds it; false when it fails.
+build() { # PRESET [TARGET...]
+    local preset=$1 log=$logs/$1-build.log
+    shift
+    echo "building: $preset"
+    if [ ! -e "$root/build/$preset/build.ninja" ]; then
+        (cd "$root" && cmake --preset "$preset") > "$log" 2>&1 < /dev/null ||
+            { complain "$preset build cannot be configured" "$log"; return 1; }
+    fi
+    (cd "$root" && cmake --build --preset "$preset" ${1:+--target "$@"}) > "$log" 2>&1 < /dev/null && return 0
+    complain "$preset build failed" "$log"
+    return 1
+}
+
+# Ends what Wine left running in the project's own prefix.
+stop_wine() {
+    [ ! -d "$root/build/wine" ] || ! command -v wineserver > /dev/null ||
+        WINEPREFIX=$root/build/wine WINEDEBUG=-all wineserver -k > /dev/null 2>&1
+}
