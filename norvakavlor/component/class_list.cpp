@@ -1,5 +1,7 @@
 #include <norvakavlor/component/class_list.h>
 
+#include <algorithm>
+#include <iterator>
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_list.h>
 #include <norvakavlor/assessment/question_pool.h>
@@ -22,6 +24,7 @@
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/title_filename.h>
 #include <norvakavlor/students/students.h>
+#include <vector>
 
 namespace norvakavlor {
 namespace {
@@ -82,21 +85,32 @@ constexpr ClassTable kFurther[] = {
     &KeyedCollection<std::string>::classInfo,
 };
 
+std::vector<ClassTable>& creatable() {
+    static std::vector<ClassTable> tables(std::begin(kCreatable), std::end(kCreatable));
+    return tables;
+}
+
 } // namespace
 
-std::span<const ClassTable> creatableClasses() { return kCreatable; }
+std::span<const ClassTable> creatableClasses() { return creatable(); }
 std::span<const ClassTable> furtherClasses() { return kFurther; }
+
+const ClassInfo* findCreatableClass(std::string_view name) {
+    const auto found = std::ranges::find_if(
+        creatable(), [&](ClassTable table) { return equalIgnoringCase(table().name, name); });
+    return found == creatable().end() ? nullptr : &(*found)();
+}
 
 Ref<Object> CreateObject(std::string_view programmaticIdentifier) {
     constexpr std::string_view kPrefix = "NorvaKavlor.";
     if (equalIgnoringCase(programmaticIdentifier.substr(0, kPrefix.size()), kPrefix)) {
-        const std::string_view name = programmaticIdentifier.substr(kPrefix.size());
-        for (const ClassTable table : kCreatable) {
-            if (equalIgnoringCase(table().name, name))
-                return table().create();
-        }
+        if (const ClassInfo* info = findCreatableClass(programmaticIdentifier.substr(kPrefix.size())))
+            return info->create();
     }
     throw runtimeError(RuntimeError::CannotCreateObject);
 }
+
+ScopedClass::ScopedClass(ClassTable table) { creatable().push_back(table); }
+ScopedClass::~ScopedClass() { creatable().pop_back(); }
 
 } // namespace norvakavlor

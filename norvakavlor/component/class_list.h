@@ -14,8 +14,21 @@ std::span<const ClassTable> creatableClasses();
 /// The classes that other objects hand out: collections and the like.
 std::span<const ClassTable> furtherClasses();
 
+/// The table of a creatable class by its name, letter case ignored; null when there is none.
+const ClassInfo* findCreatableClass(std::string_view name);
+
 /// Creates an object by its programmatic identifier ("NorvaKavlor.TextBooks", letter case ignored). Raises
 /// 429 when there is no such class.
 Ref<Object> CreateObject(std::string_view programmaticIdentifier);
+
+/// While it lives, clients can create one more class, at the end of the list: a program that tests how
+/// classes are reached brings one of its own. Not for several threads at once, nor out of order.
+class ScopedClass {
+public:
+    explicit ScopedClass(ClassTable table);
+    ScopedClass(const ScopedClass&) = delete;
+    ScopedClass& operator=(const ScopedClass&) = delete;
+    ~ScopedClass();
+};
 
 } // namespace norvakavlor
