@@ -1,0 +1,187 @@
+#include "support/fixtures.h"
+
+#include <norvakavlor/assessment/preferences.h>
+#include <norvakavlor/crypto/encryption.h>
+
+namespace norvakavlor {
+namespace {
+
+using namespace norvakavlor::testing;
+
+Ref<Preferences> preferencesOf(const std::string& inside, const std::string& attributes = "") {
+    auto preferences = New<Preferences>();
+    const xml::Document document = parsed("<pref " + attributes + ">" + inside + "</pref>");
+    EXPECT_TRUE(preferences->LoadFromXMLNode(document.root()));
+    return preferences;
+}
+
+std::string saved(const Preferences& preferences) {
+    return written(
+        "pref", [&](xml::Document& document, xml::Node root) { preferences.SaveToXMLNode(document, root); });
+}
+
+TEST(Encryption, HashesTheBytesOfTheCodePage) {
+    const struct {
+        std::string text;
+        const char* digest;
+    } cases[] = {
+        {"", "d41d8cd98f00b204e9800998ecf8427e"},
+        {"abc", "900150983cd24fb0d6963f7d28e17f72"},
+        {"ABC", "902fbdd2b1df0c4f70b4a5d23525e932"},
+        {"\u00FC", "cf0eece3a23b680f6266a21aabba4d32"},     // the one byte FC
+        {"\u4E2D", "d1457b72c3fb323a2671125aef3eab5d"},     // "?"
+        {"\U0001F600", "ea03fcb8c47822bce772cf6c07d0ebbb"}, // "??"
+        {std::string(256, 'a'), "81109eec5aa1a284fb5327b10e9c16b9"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(New<Encryption>()->Encrypt(c.text), c.digest) << c.text;
+    EXPECT_EQ(errorNumber([] { EncryptPassword(std::string(257, 'a')); }), 9);
+    std::string wide;
+    for (int count = 0; count < 256; ++count)
+        wide += "\u00FC";
+    EXPECT_EQ(errorNumber([&] { EncryptPassword(wide); }), 0) << "256 characters, whatever they take";
+    EXPECT_EQ(errorNumber([&] { EncryptPassword(wide.substr(2) + "\U0001F600"); }), 9) << "a pair counts two";
+}
+
+TEST(Preferences, OfANewObjectAreWrittenWhole) {
+    EXPECT_EQ(
+        saved(*New<Preferences>()),
+        "<pref "
+        "inherited=\"1\"><loginRequired>false</loginRequired><examRetakeAllowed>false</examRetakeAllowed>"
+        "<questionRetakeAllowed>true</questionRetakeAllowed><questionRetakeCount>1</questionRetakeCount>"
+        "<displayFeedback>true</displayFeedback><detailedFeedback>true</"
+        "detailedFeedback><enablePrinting>true</enablePrinting>"
+        "<timeLimit>30</timeLimit><displayHint>false</displayHint><enableRef>true</enableRef>"
+        "<allowSelfRegister>true</allowSelfRegister><enablePause>true</enablePause>"
+        "<displayRemediation>true</displayRemediation></pref>");
+}
+
+TEST(Preferences, WriteEachFalseInItsOwnWay) {
+    const auto preferences = New<Preferences>();
+    preferences->Inherited = false;
+    preferences->StudentLoginRequired = true;
+    preferences->ExamRetakeAllowed = true;
+    preferences->QuestionRetakeAllowed = false;
+    preferences->QuestionRetakeCount = -2;
+    preferences->DisplayFeedback = preferences->DetailedFeedback = preferences->EnablePrinting = false;
+    preferences->DisplayRemediation = preferences->EnableRef = preferences->AllowSelfRegister =
+        preferences->EnablePause = false;
+    preferences->DisplayHint = true;
+    preferences->RandomQuestionOrder = true;
+    preferences->RandomQuestionLimit = 20;
+    preferences->StartDate = "1/2/2004";
+    preferences->EndDate = "soon";
+    preferences->DelayExamResultsDate = "later";
+    preferences->SetPassword("abc");
+    EXPECT_EQ(
+        saved(*preferences),
+        "<pref inherited=\"0\"><loginRequired>true</loginRequired><examRetakeAllowed>true</examRetakeAllowed>"
+        "<questionRetakeAllowed>false</questionRetakeAllowed><questionRetakeCount>-2</questionRetakeCount>"
+        "<displayFeedback>false</displayFeedback><detailedFeedback>false</detailedFeedback>"
+        "<password>900150983cd24fb0d6963f7d28e17f72</password><enablePrinting>false</"
+        "enablePrinting><timeLimit>30</timeLimit>"
+        "<randomQuestions "
+        "limit=\"20\">true</randomQuestions><startDate>1/2/2004</startDate><endDate>soon</endDate>"
+        "<displayHint>true</displayHint><enableRef>False</enableRef><allowSelfRegister>False</"
+        "allowSelfRegister>"
+        "<enablePause>False</enablePause><delayExamResultsDate>later</delayExamResultsDate>"
+        "<displayRemediation>false</displayRemediation></pref>");
+}
+
+TEST(Preferences, ReadThreeSwitchesExactlyAndTheOthersAsScriptsDo) {
+    const struct {
+        const char* word;
+        bool exact;
+        int general; // -1: raises 13
+    } cases[] = {{"true", true, 1},   {"True", false, 1}, {"TRUE", false, 1}, {"false", false, 0},
+                 {"False", false, 0}, {"1", false, 1},    {"0", false, 0},    {"0.0", false, 0},
+                 {"-1", false, 1},    {"yes", false, -1}, {"", false, -1}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.word);
+        const std::string word = c.word;
+        EXPECT_EQ(preferencesOf("<loginRequired>" + word + "</loginRequired>")->StudentLoginRequired,
+                  c.exact);
+        EXPECT_EQ(preferencesOf("<questionRetakeAllowed>" + word + "</questionRetakeAllowed>")
+                      ->QuestionRetakeAllowed,
+                  c.exact);
+        for (const char* element : {"displayHint", "enableRef", "randomQuestions"}) {
+            const std::string text = "<" + std::string(element) + ">" + word + "</" + element + ">";
+            if (c.general == -1) {
+                EXPECT_EQ(errorNumber([&] { preferencesOf(text); }), 13) << element;
+            } else if (element == std::string("displayHint")) {
+                EXPECT_EQ(preferencesOf(text)->DisplayHint, c.general == 1);
+            }
+        }
+    }
+}
+
+TEST(Preferences, ReadTheRetakeCountOnlyBesideAnExactTrue) {
+    const struct {
+        const char* inside;
+        int count;
+    } cases[] = {
+        {"<questionRetakeAllowed>true</questionRetakeAllowed><questionRetakeCount>4</questionRetakeCount>",
+         4},
+        {"<questionRetakeAllowed>true</questionRetakeAllowed>", 1},
+        {"<questionRetakeAllowed>True</questionRetakeAllowed><questionRetakeCount>4</questionRetakeCount>",
+         7},
+        {"<questionRetakeAllowed>false</questionRetakeAllowed><questionRetakeCount>x</questionRetakeCount>",
+         7},
+        {"<questionRetakeCount>4</questionRetakeCount>", 7},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.inside);
+        const auto preferences = New<Preferences>();
+        preferences->QuestionRetakeCount = 7;
+        const xml::Document document = parsed("<pref>" + std::string(c.inside) + "</pref>");
+        preferences->LoadFromXMLNode(document.root());
+        EXPECT_EQ(preferences->QuestionRetakeCount, c.count);
+    }
+}
+
+TEST(Preferences, KeepWhatADocumentLacksButThePassword) {
+    const auto preferences = New<Preferences>();
+    preferences->TimeLimit = 5;
+    preferences->RandomQuestionOrder = true;
+    preferences->Inherited = false;
+    preferences->SetPassword("abc");
+    const auto load = [&](const char* text) {
+        const xml::Document document = parsed(text);
+        preferences->LoadFromXMLNode(document.root());
+    };
+    load("<pref><randomQuestions limit='3'>False</randomQuestions></pref>");
+    EXPECT_EQ(preferences->TimeLimit, 5);
+    EXPECT_TRUE(preferences->RandomQuestionOrder) << "a false one changes nothing";
+    EXPECT_EQ(preferences->RandomQuestionLimit, 0);
+    EXPECT_TRUE(preferences->Inherited);
+    EXPECT_FALSE(preferences->ExamPWRequired);
+    EXPECT_TRUE(preferences->CheckPassword("anything"));
+    load("<pref inherited='true'><password/><randomQuestions limit='3'>1</randomQuestions></pref>");
+    EXPECT_FALSE(preferences->Inherited);
+    EXPECT_TRUE(preferences->ExamPWRequired);
+    EXPECT_FALSE(preferences->CheckPassword("")) << "an empty password locks everyone out";
+    EXPECT_EQ(preferences->RandomQuestionLimit, 3);
+    EXPECT_EQ(errorNumber([&] {
+                  load("<pref><loginRequired>true</loginRequired><timeLimit>x</timeLimit><startDate>d</"
+                       "startDate></pref>");
+              }),
+              13);
+    EXPECT_TRUE(preferences->StudentLoginRequired) << "what was read before the fault stays";
+    EXPECT_EQ(preferences->StartDate, "");
+}
+
+TEST(Preferences, AreADocumentOfTheirOwn) {
+    const TemporaryFolder folder;
+    const auto preferences = New<Preferences>();
+    preferences->SetPassword("abc");
+    EXPECT_TRUE(preferences->Save(folder.file("p.xml")));
+    const auto loaded = New<Preferences>();
+    EXPECT_TRUE(loaded->Load(folder.file("p.xml")));
+    EXPECT_TRUE(loaded->CheckPassword("abc"));
+    loaded->SetPassword("");
+    EXPECT_TRUE(loaded->CheckPassword("abd"));
+    EXPECT_FALSE(loaded->Load(folder.file("none.xml")));
+}
+
+} // namespace
+} // namespace norvakavlor
