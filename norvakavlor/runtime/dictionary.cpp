@@ -22,7 +22,7 @@ std::string Dictionary::identityOf(const Value& key) const {
     if (const auto* text = key.as<std::string>())
         return "t" + (ignoreCase_ ? upperCase(*text) : *text);
     if (const auto* object = key.as<Ref<Object>>()) {
-        return "o" + std::to_string(reinterpret_cast<uintptr_t>(object->get()));
+        return "o" + std::to_string(reinterpret_cast<uintptr_t>(*object ? (*object)->identity() : nullptr));
     }
     if (key.isEmpty())
         return "e";

@@ -23,6 +23,9 @@ public:
     /// The table of the object's own class.
     const ClassInfo& dynamicClass() const { return classInfo_(); }
 
+    /// What tells this object from another one; an object that stands for another one gives that one's.
+    virtual const void* identity() const { return this; }
+
     /// One word for whoever shows the object to the outside (its Automation wrapper), so that an object
     /// that is handed out twice is the same object there. Not owned.
     void* outside = nullptr;
