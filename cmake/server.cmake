@@ -1,0 +1,13 @@
+# The development server, and the one that misbehaves for the tests.
+file(GLOB server_sources CONFIGURE_DEPENDS tools/server/*.cpp)
+find_package(Threads REQUIRED)
+find_library(CPP_HTTPLIB cpp-httplib REQUIRED)
+add_executable(kavlor-server ${server_sources})
+target_link_libraries(kavlor-server PRIVATE norvakavlor ${CPP_HTTPLIB} Threads::Threads)
+# Debian's library is built with these; its classes have another layout without them.
+target_compile_definitions(kavlor-server PRIVATE
+    CPPHTTPLIB_OPENSSL_SUPPORT CPPHTTPLIB_ZLIB_SUPPORT CPPHTTPLIB_BROTLI_SUPPORT)
+install(TARGETS kavlor-server)
+
+add_executable(misbehaving_server tests/support/misbehaving_server.cpp)
+target_link_libraries(misbehaving_server PRIVATE Threads::Threads)

@@ -1,0 +1,98 @@
+#include "document_folder.h"
+
+#include <algorithm>
+#include <mutex>
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/xml/decode.h>
+#include <utility>
+
+namespace norvakavlor::server {
+namespace {
+
+/// Can this be the name of one entry of a folder, on any system? "*" and "?" stand for many names, ":" for a
+/// drive.
+bool isPlainName(std::string_view name) {
+    constexpr size_t kLongestName = 255;
+    return !name.empty() && name.size() <= kLongestName && name != "." && name != ".." &&
+           name.find_first_of(std::string_view("/\\:*?\0", 6)) == std::string_view::npos &&
+           !platform::isTemporaryName(name);
+}
+
+xml::Document parsedBytes(std::string_view bytes) {
+    const auto text = xml::decodeFile(bytes);
+    platform::ParseError error;
+    auto document = text ? platform::parseXml(*text, &error) : std::nullopt;
+    if (!document) {
+        throw runtimeError(RuntimeError::InvalidProcedureCall,
+                           "The document does not parse" +
+                               (error.reason.empty() ? "." : ": " + error.reason + "."));
+    }
+    return std::move(*document);
+}
+
+} // namespace
+
+DocumentFolder::DocumentFolder(std::string path) : path_(EnsureTrailingSlash(path)) {}
+
+std::string DocumentFolder::pathOf(std::string_view directory) const {
+    std::string path = path_;
+    for (size_t start = 0; start < directory.size();) {
+        const size_t end = std::min(directory.find('/', start), directory.size());
+        const std::string_view name = directory.substr(start, end - start);
+        const bool isFirst = path.size() == path_.size();
+        // The records hold what students handed in.
+        if (!name.empty() && (!isPlainName(name) || (isFirst && equalIgnoringCase(name, kGradebookFolder))))
+            throw runtimeError(RuntimeError::PathNotFound);
+        if (!name.empty())
+            path.append(name).append("/");
+        start = end + 1;
+    }
+    if (!platform::folderExists(path))
+        throw runtimeError(RuntimeError::PathNotFound);
+    return path;
+}
+
+std::string DocumentFolder::pathOf(std::string_view directory, const std::string& fileName) const {
+    const std::string folder = pathOf(directory);
+    if (!isPlainName(fileName)) {
+        throw runtimeError(RuntimeError::InvalidProcedureCall,
+                           "\"" + fileName + "\" is no name for a document.");
+    }
+    return folder + fileName;
+}
+
+std::string DocumentFolder::read(std::string_view directory, const std::string& fileName) const {
+    const std::string path = pathOf(directory, fileName);
+    const std::string bytes = reading([&] { return platform::readFile(path); });
+    auto text = xml::decodeFile(bytes);
+    if (!text)
+        throw runtimeError(RuntimeError::InvalidProcedureCall, "The document's encoding is not known.");
+    return std::move(*text);
+}
+
+void DocumentFolder::write(std::string_view directory, const std::string& fileName, std::string_view bytes) {
+    const std::string path = pathOf(directory, fileName);
+    parsedBytes(bytes);
+    const std::unique_lock lock(mutex_);
+    platform::replaceFile(path, bytes);
+}
+
+void DocumentFolder::remove(std::string_view directory, const std::string& fileName) {
+    const std::string path = pathOf(directory, fileName);
+    const std::unique_lock lock(mutex_);
+    platform::deleteFile(path);
+}
+
+xml::Document DocumentFolder::parsedFile(const std::string& path) {
+    return parsedBytes(platform::readFile(path));
+}
+
+void DocumentFolder::store(const std::string& path, const xml::Document& document) {
+    platform::replaceFile(path, document.toText());
+}
+
+} // namespace norvakavlor::server

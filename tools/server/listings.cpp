@@ -1,0 +1,126 @@
+#include "listings.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <norvakavlor/assessment/exam_files.h>
+#include <norvakavlor/lessons/lesson_files.h>
+#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/documents.h>
+#include <optional>
+
+namespace norvakavlor::server {
+namespace {
+
+/// What tells the documents of a kind from others of their folder: the name, and where names say nothing the
+/// root element.
+struct Selection {
+    NameTest name;
+    std::string_view root; ///< empty: any
+};
+
+constexpr std::array<std::pair<std::string_view, std::string_view>, 8> kRoots = {{
+    {"TextBooks", "textBookList"},
+    {"Courses", "classes"},
+    {"Objectives", "objectiveList"},
+    {"TaskPool", "taskPool"},
+    {"QuestionPool", "questionPool"},
+    {"Students", "students"},
+    {"Preferences", "pref"},
+    {"LiveExResults", "liveResults"},
+}};
+
+/// Without the parameter every type is meant.
+int32_t typeIn(const RequestTarget& target, std::string_view parameter) {
+    const std::string text = target.value(parameter);
+    return text.empty() ? -1 : toInt32(text);
+}
+
+NameTest endsIn(std::string_view suffix) {
+    return [suffix](std::string_view fileName) { return fileName.ends_with(suffix); };
+}
+
+NameTest examTest(const RequestTarget& target) {
+    const int32_t type = typeIn(target, "ExamType");
+    const std::string student = target.value("StudentID");
+    return [=](std::string_view fileName) {
+        return isExamFile(fileName, type) &&
+               (student.empty() || containsIgnoringCase(fileName, attemptMark(student)));
+    };
+}
+
+NameTest lessonTest(const RequestTarget& target) {
+    const int32_t type = typeIn(target, "LessonType");
+    return [type](std::string_view fileName) { return isLessonFile(fileName, type); };
+}
+
+Selection selectionFor(const RequestTarget& target) {
+    const std::string kind = target.value("ObjName");
+    if (kind.empty())
+        throw runtimeError(RuntimeError::InvalidProcedureCall, "The request names no kind of document.");
+    if (kind == "Exam" || kind == "ExamInfo")
+        return {examTest(target), {}};
+    if (kind == "ExamList")
+        return {endsIn("_kvql.xml"), {}};
+    if (kind == "Lesson" || kind == "TextbookLesson")
+        return {lessonTest(target), {}};
+    if (kind == "LessonMenu" || kind == "TextbookLessonMenu") {
+        return {[](std::string_view fileName) { return upperCase(fileName).ends_with("_LM.XML"); }, {}};
+    }
+    const auto known = std::ranges::find(kRoots, std::string_view(kind),
+                                         &std::pair<std::string_view, std::string_view>::first);
+    return {endsIn(".xml"), known == kRoots.end() ? std::string_view() : known->second};
+}
+
+/// A field of a listing: nothing in it may end it early.
+std::string field(std::string text) {
+    std::ranges::replace(text, ';', ',');
+    return text + ";";
+}
+
+/// A number of a document as clients convert it; nothing for what is none.
+template <class Convert> std::string numberField(std::string_view text, Convert convert) {
+    std::string number;
+    ignoringErrors([&] { number = convert(text); });
+    return field(number);
+}
+
+std::string resultFields(const std::string& fileName, xml::Node root, int fieldCount) {
+    const int16_t attempt = attemptNumber(fileName);
+    std::string fields = field(attempt == 0 ? std::string() : std::to_string(attempt));
+    fields += numberField(root.attribute("pctCorrect").value_or(""),
+                          [](std::string_view text) { return toText(toDouble(text)); });
+    fields += field(root.child("questionRef").text());
+    if (fieldCount == 6) {
+        fields += numberField(root.child("source").text(),
+                              [](std::string_view text) { return std::to_string(toInt16(text)); });
+    }
+    return fields;
+}
+
+} // namespace
+
+std::string listing(const DocumentFolder& folder, const RequestTarget& target, int examInfoFields) {
+    const Selection selection = selectionFor(target);
+    const bool withResults = target.value("ObjName") == "ExamInfo";
+    return folder.reading([&] {
+        std::string rows;
+        const LocalListing files = listLocalFiles(folder.pathOf(target.directory), selection.name);
+        for (const std::string& fileName : files.fileNames) {
+            const auto document = readLocalDocument(files.directory + fileName);
+            if (!document || fileName.find(';') != std::string::npos)
+                continue;
+            const xml::Node root = document->root();
+            if (!selection.root.empty() && root.name() != selection.root)
+                continue;
+            rows += field(root.child("title").text()) + field(fileName);
+            if (withResults)
+                rows += resultFields(fileName, root, examInfoFields);
+        }
+        return rows;
+    });
+}
+
+} // namespace norvakavlor::server

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <deque>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+
+/// The server's side of the handshake.
+namespace norvakavlor::server {
+
+/// Hands out keys and checks what clients make of them. A key that was presented well stays good until the
+/// server ends; of very many the oldest are forgotten. Several requests may use it at once.
+class SignOn {
+public:
+    /// A new key that nobody can guess.
+    std::string issueKey();
+
+    /// Does the value fit a key that was issued? From then on the pair opens the documents.
+    bool validate(const std::string& key, const std::string& value);
+
+    /// Was this pair validated before?
+    bool isOpen(const std::string& key, const std::string& value) const;
+
+private:
+    mutable std::mutex mutex_;
+    std::deque<std::string> issued_; ///< oldest first
+    std::set<std::string, std::less<>> validated_;
+};
+
+} // namespace norvakavlor::server
