@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view kSeparators = "/\\";
 
 /// A file written before text was UTF-8 is in the western code page.
-std::string asUtf8(std::string line) {
+std::string asUtf8(const std::string& line) {
     return xml::isWellFormedUtf8(line) ? line : xml::decodeReply(line, "text/plain; charset=windows-1252");
 }
 

@@ -16,6 +16,8 @@ namespace norvakavlor {
 /// compare without regard to letter case. A class holds `KeyedCollection<Student>` for shared objects and
 /// `KeyedCollection<std::string>` for texts. Appending and looking up by key or index take constant time.
 template <class T> class KeyedCollection final : public Object {
+    struct Entry;
+
 public:
     using Item_t = std::conditional_t<std::is_base_of_v<Object, T>, Ref<T>, T>;
 
@@ -77,7 +79,7 @@ public:
     /// `for (const Ref<Student>& student : *students->Students_)`. The collection must not change meanwhile.
     class Iterator {
     public:
-        explicit Iterator(const std::unique_ptr<typename KeyedCollection::Entry>* at) : at_(at) {}
+        explicit Iterator(const std::unique_ptr<Entry>* at) : at_(at) {}
         const Item_t& operator*() const { return (*at_)->item; }
         Iterator& operator++() {
             ++at_;
@@ -86,7 +88,7 @@ public:
         bool operator==(const Iterator&) const = default;
 
     private:
-        const std::unique_ptr<typename KeyedCollection::Entry>* at_;
+        const std::unique_ptr<Entry>* at_;
     };
     Iterator begin() const { return Iterator(entries_.data()); }
     Iterator end() const { return Iterator(entries_.data() + entries_.size()); }

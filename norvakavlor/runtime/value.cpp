@@ -10,6 +10,7 @@ namespace {
 
 /// One function object out of several lambdas, for std::visit.
 template <class... Functions> struct Overloads : Functions... { using Functions::operator()...; };
+template <class... Functions> Overloads(Functions...) -> Overloads<Functions...>;
 
 /// Every conversion to a number: by way of a double, which holds each of the scalar types exactly.
 template <class Number, class FromText>

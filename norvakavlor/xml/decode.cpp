@@ -69,7 +69,7 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian, bool& wellFormed) 
     const auto unitAt = [&](size_t at) -> char32_t {
         const auto first = static_cast<unsigned char>(bytes[at]);
         const auto second = static_cast<unsigned char>(bytes[at + 1]);
-        return bigEndian ? first << 8 | second : second << 8 | first;
+        return static_cast<char32_t>(bigEndian ? first << 8 | second : second << 8 | first);
     };
     const auto isLow = [&](size_t at) { return at + 1 < bytes.size() && (unitAt(at) & 0xFC00) == 0xDC00; };
     for (size_t at = 0; at + 1 < bytes.size(); at += 2) {

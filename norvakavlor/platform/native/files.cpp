@@ -66,7 +66,7 @@ bool folderExists(const std::string& path) {
 
 bool fileExists(const std::string& path) {
     const auto state = isPossible(path) ? stateOf(localPath(path)) : std::nullopt;
-    return state && !S_ISDIR(state->st_mode);
+    return state && S_ISREG(state->st_mode);
 }
 
 std::vector<std::string> fileNamesIn(const std::string& folder) {

@@ -1,0 +1,186 @@
+#include <norvakavlor/component/descriptions.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <norvakavlor/component/class_list.h>
+#include <norvakavlor/component/identifiers.h>
+#include <string_view>
+#include <vector>
+
+namespace norvakavlor {
+namespace {
+
+/// What the usual import declares, as far as it is used here: the compiler knows these types by their names.
+constexpr std::string_view kPrelude = R"(// Written by kavlor-idl from the tables of the classes; do not edit.
+
+typedef unsigned short OLECHAR;
+typedef OLECHAR *BSTR;
+typedef short VARIANT_BOOL;
+typedef double DATE;
+typedef struct tagVARIANT { hyper content[2]; } VARIANT;
+interface IUnknown;
+interface IDispatch;
+
+)";
+
+std::vector<const ClassInfo*> allClasses() {
+    std::vector<const ClassInfo*> classes;
+    for (const ClassTable table : creatableClasses())
+        classes.push_back(&table());
+    for (const ClassTable table : furtherClasses())
+        classes.push_back(&table());
+    return classes;
+}
+
+std::string quoted(std::string_view text) {
+    std::string result = "\"";
+    for (const char character : text) {
+        if (character == '"' || character == '\\')
+            result += '\\';
+        result += character;
+    }
+    return result + '"';
+}
+
+std::string dispatchId(int32_t number) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08x", static_cast<unsigned>(number));
+    return text;
+}
+
+class Writer {
+public:
+    std::string write();
+
+private:
+    void writeInterface(const ClassInfo& info);
+    void writeProperty(const Member& member);
+    void writeMethod(const Member& member);
+    void writePut(const Member& member, std::string_view kind);
+    void writeLine(const Member& member, std::string_view kind, const std::string& declaration);
+    void writeClass(const ClassInfo& info);
+
+    std::string typeName(const Type& type) const;
+    std::string parameterText(const Parameter& parameter) const;
+    std::string parameterList(const Member& member) const;
+
+    std::string text_;
+    const std::vector<const ClassInfo*> classes_ = allClasses();
+};
+
+std::string Writer::typeName(const Type& type) const {
+    switch (type.kind) {
+    case Type::Kind::None:
+        return "void";
+    case Type::Kind::Text:
+        return "BSTR";
+    case Type::Kind::Boolean:
+        return "VARIANT_BOOL";
+    case Type::Kind::Int16:
+        return "short";
+    case Type::Kind::Int32:
+        return "long";
+    case Type::Kind::Double:
+        return "double";
+    case Type::Kind::Date:
+        return "DATE";
+    case Type::Kind::Object: {
+        const std::string name = type.objectClass ? type.objectClass().name : std::string();
+        const bool known = std::ranges::find(classes_, name, &ClassInfo::name) != classes_.end();
+        return known ? "_" + name + "*" : "IDispatch*";
+    }
+    case Type::Kind::Node:
+    case Type::Kind::Document:
+        return "IDispatch*";
+    case Type::Kind::Array:
+    case Type::Kind::Any:
+        return "VARIANT";
+    }
+    return "VARIANT";
+}
+
+std::string Writer::parameterText(const Parameter& parameter) const {
+    // Results and arrays travel in the caller's own variable, and what may be left out may also be Null: only
+    // a variant holds all of these.
+    if (parameter.byReference || parameter.type.kind == Type::Kind::Array)
+        return "[in, out] VARIANT* " + parameter.name;
+    if (parameter.optional)
+        return "[in, optional] VARIANT " + parameter.name;
+    return "[in] " + typeName(parameter.type) + " " + parameter.name;
+}
+
+std::string Writer::parameterList(const Member& member) const {
+    std::string list;
+    for (const Parameter& parameter : member.parameters)
+        list += (list.empty() ? "" : ", ") + parameterText(parameter);
+    return list;
+}
+
+void Writer::writeLine(const Member& member, std::string_view kind, const std::string& declaration) {
+    text_ += "        [id(" + dispatchId(member.dispatchId) + ")" + std::string(kind) + ", helpstring(" +
+             quoted(member.help) + ")]\n            " + declaration + ";\n";
+}
+
+void Writer::writePut(const Member& member, std::string_view kind) {
+    std::string list = parameterList(member);
+    list += (list.empty() ? "[in] " : ", [in] ") + typeName(member.type) + " newValue";
+    writeLine(member, kind, "void " + member.name + "(" + list + ")");
+}
+
+void Writer::writeProperty(const Member& member) {
+    if (member.get)
+        writeLine(member, ", propget",
+                  typeName(member.type) + " " + member.name + "(" + parameterList(member) + ")");
+    if (!member.put)
+        return;
+    if (member.type.kind != Type::Kind::Object)
+        writePut(member, ", propput");
+    if (member.type.kind == Type::Kind::Object || member.type.kind == Type::Kind::Any)
+        writePut(member, ", propputref");
+}
+
+void Writer::writeMethod(const Member& member) {
+    writeLine(member, "", typeName(member.type) + " " + member.name + "(" + parameterList(member) + ")");
+}
+
+void Writer::writeInterface(const ClassInfo& info) {
+    text_ += "\n    [uuid(" + interfaceId(info.name).toText() + "), helpstring(" + quoted(info.summary) +
+             ")]\n    dispinterface _" + info.name + "\n    {\n    properties:\n    methods:\n";
+    for (const Member& member : info.members()) {
+        if (member.kind == Member::Kind::Property) {
+            writeProperty(member);
+        } else {
+            writeMethod(member);
+        }
+    }
+    if (info.elementAt)
+        text_ += "        [id(-4), propget, restricted, hidden]\n            IUnknown* _NewEnum();\n";
+    text_ += "    };\n";
+}
+
+void Writer::writeClass(const ClassInfo& info) {
+    text_ += "\n    [uuid(" + classId(info.name).toText() + "), helpstring(" + quoted(info.summary) + ")" +
+             (info.create ? "" : ", noncreatable") + "]\n    coclass " + info.name +
+             "\n    {\n        [default] dispinterface _" + info.name + ";\n    };\n";
+}
+
+std::string Writer::write() {
+    text_ = kPrelude;
+    text_ += "[uuid(" + typeLibraryId().toText() +
+             "), version(1.0), helpstring(\"NorvaKavlor 1.0\")]\nlibrary NorvaKavlor\n{\n"
+             "    importlib(\"stdole2.tlb\");\n\n";
+    // Classes may name each other in any order.
+    for (const ClassInfo* info : classes_)
+        text_ += "    dispinterface _" + info->name + ";\n";
+    for (const ClassInfo* info : classes_)
+        writeInterface(*info);
+    for (const ClassInfo* info : classes_)
+        writeClass(*info);
+    return text_ + "}\n";
+}
+
+} // namespace
+
+std::string interfaceDefinition() { return Writer().write(); }
+
+} // namespace norvakavlor

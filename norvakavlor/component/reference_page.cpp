@@ -1,0 +1,100 @@
+#include <norvakavlor/component/descriptions.h>
+
+#include <norvakavlor/component/class_list.h>
+#include <string_view>
+
+namespace norvakavlor {
+namespace {
+
+std::string typeName(const Type& type) {
+    switch (type.kind) {
+    case Type::Kind::None:
+        return "";
+    case Type::Kind::Text:
+        return "text";
+    case Type::Kind::Boolean:
+        return "boolean";
+    case Type::Kind::Int16:
+        return "16-bit integer";
+    case Type::Kind::Int32:
+        return "32-bit integer";
+    case Type::Kind::Double:
+        return "double";
+    case Type::Kind::Date:
+        return "date";
+    case Type::Kind::Object:
+        return type.objectClass ? "`" + type.objectClass().name + "`" : "object";
+    case Type::Kind::Node:
+        return "XML node";
+    case Type::Kind::Document:
+        return "XML document";
+    case Type::Kind::Array:
+        return "array";
+    case Type::Kind::Any:
+        return "any";
+    }
+    return "";
+}
+
+std::string parameterText(const Parameter& parameter) {
+    std::string text = parameter.name + ": " + typeName(parameter.type);
+    if (parameter.byReference)
+        text += ", by reference";
+    return parameter.optional ? "[" + text + "]" : text;
+}
+
+std::string signature(const Member& member) {
+    std::string text = "`" + member.name + "`";
+    if (member.kind == Member::Kind::Property && member.parameters.empty())
+        return text;
+    text += " (";
+    std::string_view separator;
+    for (const Parameter& parameter : member.parameters) {
+        text += separator;
+        text += parameterText(parameter);
+        separator = "; ";
+    }
+    return text + ")";
+}
+
+std::string access(const Member& member) {
+    if (member.kind == Member::Kind::Method)
+        return "method";
+    if (!member.get)
+        return "write-only";
+    return member.put ? "property" : "read-only";
+}
+
+void appendClass(std::string& page, const ClassInfo& info) {
+    page += "\n## " + info.name + "\n\n" + info.summary + "\n";
+    if (info.create)
+        page += "Created as `NorvaKavlor." + info.name + "`.\n";
+    if (info.elementAt)
+        page += "For Each walks it.\n";
+    if (const Member* defaultMember = info.defaultMember())
+        page += "Its default member is `" + defaultMember->name + "`.\n";
+    if (info.members().empty())
+        return;
+    page += "\n| member | | gives | |\n|---|---|---|---|\n";
+    for (const Member& member : info.members()) {
+        page += "| " + signature(member) + " | " + access(member) + " | " + typeName(member.type) + " | " +
+                member.help + " |\n";
+    }
+}
+
+} // namespace
+
+std::string referencePage() {
+    std::string page = "# Reference of the classes\n\n"
+                       "<!-- Written by kavlor-idl from the tables of the classes; do not edit. -->\n\n"
+                       "Letter case of names does not matter to scripts. Arguments in brackets may be left "
+                       "out; an object that may be left out may also be Nothing or Null.\n";
+    for (const ClassTable table : creatableClasses())
+        appendClass(page, table());
+    page += "\nThe classes below are handed out by the ones above.\n";
+    for (const ClassTable table : furtherClasses())
+        appendClass(page, table());
+    return page;
+}
+
+} // namespace norvakavlor

@@ -1,0 +1,34 @@
+// kavlor-idl FOLDER: writes what derives from the tables of the classes into the project's folder: the type
+// library's source and the reference page.
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <norvakavlor/component/descriptions.h>
+#include <string>
+
+namespace {
+
+bool write(const std::filesystem::path& path, const std::string& content) {
+    std::ofstream file(path, std::ios::binary);
+    file << content;
+    file.close();
+    if (!file)
+        std::cerr << "kavlor-idl: cannot write " << path.string() << '\n';
+    return static_cast<bool>(file);
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    if (count != 2) {
+        std::cerr << "usage: kavlor-idl FOLDER\n"
+                     "Writes norvakavlor/component/automation/NorvaKavlor.idl and docs/reference.md there.\n";
+        return 2;
+    }
+    const std::filesystem::path root = arguments[1];
+    const bool written = write(root / "norvakavlor/component/automation/NorvaKavlor.idl",
+                               norvakavlor::interfaceDefinition()) &&
+                         write(root / "docs/reference.md", norvakavlor::referencePage());
+    return written ? 0 : 1;
+}
