@@ -32,7 +32,7 @@ machine() {
     offset=$(od -An -tu4 -j60 -N4 "$1" | tr -d ' ')
     od -An -tx2 -j$((offset + 4)) -N2 "$1" | tr -d ' '
 }
-if [ -f "$1" ] && [ "$(machine "$1")" = 014c ] && [ ! -e "$WINEPREFIX/drive_c/windows/syswow64" ]; then
+if [ -f "$1" ] && [ "$(machine "$1")" = 014c ] && [ ! -e "$WINEPREFIX/drive_c/windows/syswow64/kernel32.dll" ]; then
     echo "wine.sh: no Wine for 32-bit programs" >&2
     exit 125
 fi
