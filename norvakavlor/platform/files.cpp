@@ -23,12 +23,6 @@ std::string asUtf8(const std::string& line) {
 
 } // namespace
 
-std::filesystem::path localPath(std::string_view utf8) {
-    std::u8string path(utf8.begin(), utf8.end());
-    std::ranges::replace(path, u8'\\', u8'/');
-    return path;
-}
-
 std::vector<std::string> listFiles(const std::string& folder) {
     std::vector<std::pair<std::string, std::string>> files; // by folded name, then by name
     for (std::string& name : fileNamesIn(folder)) {

@@ -9,9 +9,6 @@
 /// What both platforms' file services share, and what each brings to them.
 namespace norvakavlor::platform {
 
-/// A UTF-8 path as the file system takes it; "/" and "\" are separators alike.
-std::filesystem::path localPath(std::string_view utf8);
-
 /// The part after the last separator.
 std::string_view fileNameOf(std::string_view path);
 
@@ -25,6 +22,8 @@ bool isTemporaryNameOf(std::string_view fileName, std::string_view target);
 /// How much older than a temporary file just written another one must be to count as left behind.
 inline constexpr std::chrono::minutes kTemporaryAge{10};
 
+/// Brought by each platform: a UTF-8 path as the file system takes it; "/" and "\" are separators alike.
+std::filesystem::path localPath(std::string_view utf8);
 /// Brought by each platform: the names of the files in a folder, in any order; none when it is not there.
 std::vector<std::string> fileNamesIn(const std::string& folder);
 /// Brought by each platform: deletes the one file of exactly this name; see deleteFile.

@@ -1,5 +1,6 @@
 #include <norvakavlor/platform/files.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <norvakavlor/platform/files_back_end.h>
@@ -57,6 +58,12 @@ RuntimeError errorOfCode(int code) {
     default:
         return RuntimeError::DeviceError;
     }
+}
+
+std::filesystem::path localPath(std::string_view utf8) {
+    std::u8string path(utf8.begin(), utf8.end());
+    std::ranges::replace(path, u8'\\', u8'/');
+    return path;
 }
 
 bool folderExists(const std::string& path) {

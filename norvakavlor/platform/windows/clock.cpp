@@ -1,0 +1,14 @@
+#include <norvakavlor/platform/clock_back_end.h>
+
+#include <windows.h>
+
+namespace norvakavlor::platform {
+
+LocalTime localTime() {
+    SYSTEMTIME time{};
+    ::GetLocalTime(&time);
+    return {time.wYear, time.wMonth, time.wDay,
+            3600.0 * time.wHour + 60.0 * time.wMinute + time.wSecond + time.wMilliseconds / 1000.0};
+}
+
+} // namespace norvakavlor::platform

@@ -1,0 +1,67 @@
+#include <norvakavlor/platform/digest.h>
+
+#include <norvakavlor/runtime/error.h>
+#include <windows.h>
+
+#include <wincrypt.h>
+
+namespace norvakavlor::platform {
+namespace {
+
+/// Raises the system's error number; the description is the name of the call that failed.
+void require(BOOL success, const char* step) {
+    if (!success)
+        throw Error(static_cast<int32_t>(::GetLastError()), "NorvaKavlor", step);
+}
+
+class Provider {
+public:
+    Provider() {
+        // A second try helps where a profile has no key store yet.
+        const auto acquire = [&](DWORD flags) {
+            return ::CryptAcquireContextA(&handle_, nullptr, nullptr, PROV_RSA_FULL, flags);
+        };
+        require(acquire(CRYPT_VERIFYCONTEXT) || acquire(CRYPT_VERIFYCONTEXT | CRYPT_NEWKEYSET),
+                "CryptAcquireContext");
+    }
+    Provider(const Provider&) = delete;
+    Provider& operator=(const Provider&) = delete;
+    ~Provider() { ::CryptReleaseContext(handle_, 0); }
+    HCRYPTPROV get() const { return handle_; }
+
+private:
+    HCRYPTPROV handle_ = 0;
+};
+
+class Hash {
+public:
+    Hash(const Provider& provider, ALG_ID algorithm) {
+        require(::CryptCreateHash(provider.get(), algorithm, 0, 0, &handle_), "CryptCreateHash");
+    }
+    Hash(const Hash&) = delete;
+    Hash& operator=(const Hash&) = delete;
+    ~Hash() { ::CryptDestroyHash(handle_); }
+    HCRYPTHASH get() const { return handle_; }
+
+private:
+    HCRYPTHASH handle_ = 0;
+};
+
+template <size_t kSize> std::array<uint8_t, kSize> digestOf(std::string_view bytes, ALG_ID algorithm) {
+    const Provider provider;
+    const Hash hash(provider, algorithm);
+    require(::CryptHashData(hash.get(), reinterpret_cast<const BYTE*>(bytes.data()),
+                            static_cast<DWORD>(bytes.size()), 0),
+            "CryptHashData");
+    std::array<uint8_t, kSize> digest{};
+    DWORD length = kSize;
+    require(::CryptGetHashParam(hash.get(), HP_HASHVAL, digest.data(), &length, 0), "CryptGetHashParam");
+    return digest;
+}
+
+} // namespace
+
+std::array<uint8_t, 16> md5(std::string_view bytes) { return digestOf<16>(bytes, CALG_MD5); }
+std::array<uint8_t, 20> sha1(std::string_view bytes) { return digestOf<20>(bytes, CALG_SHA1); }
+
+} // namespace norvakavlor::platform

@@ -1,0 +1,46 @@
+#include <norvakavlor/platform/windows/file_handle.h>
+
+namespace norvakavlor::platform {
+
+FileHandle openShared(const std::filesystem::path& path, DWORD access, DWORD disposition) {
+    constexpr DWORD kAnything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return FileHandle(
+        ::CreateFileW(path.c_str(), access, kAnything, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+bool isHeldByOthers(DWORD error) {
+    // Also a file that somebody deleted and somebody else still has open is denied.
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
+RuntimeError errorOfCode(DWORD code) {
+    constexpr DWORD kDiskQuotaExceeded = 1295;
+    switch (code) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_DIRECTORY:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_NOT_READY:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_FILENAME_EXCED_RANGE:
+        return RuntimeError::PathNotFound;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_WRITE_PROTECT:
+    case ERROR_NETWORK_ACCESS_DENIED:
+        return RuntimeError::PermissionDenied;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+    case kDiskQuotaExceeded:
+    case ERROR_FILE_TOO_LARGE:
+        return RuntimeError::DiskFull;
+    default:
+        return RuntimeError::DeviceError;
+    }
+}
+
+} // namespace norvakavlor::platform

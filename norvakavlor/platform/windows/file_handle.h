@@ -1,0 +1,56 @@
+#pragma once
+
+#include <filesystem>
+#include <norvakavlor/runtime/error.h>
+#include <utility>
+#include <windows.h>
+
+namespace norvakavlor::platform {
+
+/// Owns the handle of an open file; empty when opening it failed.
+class FileHandle {
+public:
+    FileHandle() = default;
+    explicit FileHandle(HANDLE handle) : handle_(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
+    FileHandle(FileHandle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
+    FileHandle& operator=(FileHandle&& other) noexcept {
+        std::swap(handle_, other.handle_);
+        return *this;
+    }
+    ~FileHandle() { close(); }
+
+    explicit operator bool() const { return handle_ != nullptr; }
+    HANDLE get() const { return handle_; }
+    void close() {
+        if (handle_)
+            ::CloseHandle(std::exchange(handle_, nullptr));
+    }
+
+private:
+    HANDLE handle_ = nullptr;
+};
+
+/// Opens a file so that others may read, write, replace and delete it meanwhile. Empty on failure; the
+/// system's last error says why.
+FileHandle openShared(const std::filesystem::path& path, DWORD access, DWORD disposition);
+
+/// Is this the error of a file that somebody else (a reader, a scanner for viruses) holds for a moment?
+bool isHeldByOthers(DWORD error);
+
+/// Repeats a step while others hold its file, for a second at most. The step gives the system's error, 0 when
+/// it came through, and so does this.
+template <class Step> DWORD patiently(Step step) {
+    constexpr int kAttempts = 40;
+    constexpr DWORD kPause = 25; // milliseconds
+    DWORD error = step();
+    for (int attempt = 1; isHeldByOthers(error) && attempt < kAttempts; ++attempt) {
+        ::Sleep(kPause);
+        error = step();
+    }
+    return error;
+}
+
+/// The runtime's error that stands for one of the system's.
+RuntimeError errorOfCode(DWORD code);
+
+} // namespace norvakavlor::platform

@@ -1,0 +1,138 @@
+#include <norvakavlor/platform/files.h>
+
+#include <algorithm>
+#include <memory>
+#include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/platform/windows/file_handle.h>
+#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/xml/decode.h>
+
+namespace norvakavlor::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isFolder(DWORD attributes) {
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+/// The attributes of a file; INVALID_FILE_ATTRIBUTES for folders too, and for what ends like one.
+DWORD attributesOf(const fs::path& path) {
+    const DWORD attributes =
+        path.has_filename() ? ::GetFileAttributesW(path.c_str()) : INVALID_FILE_ATTRIBUTES;
+    return isFolder(attributes) ? INVALID_FILE_ATTRIBUTES : attributes;
+}
+
+/// Raises 53 when there is no such file.
+DWORD attributesOfFile(const fs::path& path) {
+    const DWORD attributes = attributesOf(path);
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        throw runtimeError(RuntimeError::FileNotFound);
+    return attributes;
+}
+
+void setAttributes(const fs::path& path, DWORD attributes) {
+    if (!::SetFileAttributesW(path.c_str(), attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes))
+        throw runtimeError(errorOfCode(::GetLastError()));
+}
+
+/// For files that a caller expects to be there.
+Error readingError(DWORD code) {
+    const RuntimeError error = errorOfCode(code);
+    return runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
+}
+
+FileHandle openForReading(const fs::path& path) {
+    FileHandle file;
+    const DWORD error = patiently([&] {
+        file = openShared(path, GENERIC_READ, OPEN_EXISTING);
+        return file ? ERROR_SUCCESS : ::GetLastError();
+    });
+    if (error != ERROR_SUCCESS)
+        throw readingError(error);
+    return file;
+}
+
+} // namespace
+
+bool folderExists(const std::string& path) { return isFolder(::GetFileAttributesW(localPath(path).c_str())); }
+
+bool fileExists(const std::string& path) { return attributesOf(localPath(path)) != INVALID_FILE_ATTRIBUTES; }
+
+std::vector<std::string> fileNamesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    const fs::path path = localPath(folder);
+    if (!isFolder(::GetFileAttributesW(path.c_str())))
+        return names;
+    WIN32_FIND_DATAW entry{};
+    const HANDLE search =
+        ::FindFirstFileExW((path / L"*").c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr, 0);
+    if (search == INVALID_HANDLE_VALUE)
+        return names;
+    const std::unique_ptr<void, decltype(&::FindClose)> closed(search, ::FindClose);
+    do {
+        if (!isFolder(entry.dwFileAttributes))
+            names.push_back(fromWide(entry.cFileName));
+    } while (::FindNextFileW(search, &entry));
+    return names;
+}
+
+std::string readFile(const std::string& path) {
+    const fs::path target = localPath(path);
+    attributesOfFile(target);
+    const FileHandle file = openForReading(target);
+    LARGE_INTEGER size{};
+    if (::GetFileType(file.get()) != FILE_TYPE_DISK || !::GetFileSizeEx(file.get(), &size) ||
+        static_cast<uint64_t>(size.QuadPart) > xml::kMaximumBytes)
+        throw runtimeError(RuntimeError::DeviceError);
+    // One byte more than it has, so that its end shows; a file that grows meanwhile is read on.
+    std::string content(static_cast<size_t>(size.QuadPart) + 1, '\0');
+    size_t length = 0;
+    for (;;) {
+        DWORD count = 0;
+        if (!::ReadFile(file.get(), content.data() + length, static_cast<DWORD>(content.size() - length),
+                        &count, nullptr))
+            throw runtimeError(errorOfCode(::GetLastError()));
+        if (count == 0)
+            break;
+        length += count;
+        if (length > xml::kMaximumBytes)
+            throw runtimeError(RuntimeError::DeviceError);
+        if (length == content.size())
+            content.resize(2 * length);
+    }
+    content.resize(length);
+    return content;
+}
+
+void deleteOneFile(const std::string& path, bool force) {
+    const fs::path target = localPath(path);
+    const DWORD attributes = attributesOfFile(target);
+    const bool isLocked = (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (isLocked && !force)
+        throw runtimeError(RuntimeError::PermissionDenied);
+    if (isLocked)
+        setAttributes(target, attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
+    const DWORD error =
+        patiently([&] { return ::DeleteFileW(target.c_str()) ? DWORD{ERROR_SUCCESS} : ::GetLastError(); });
+    if (error == ERROR_SUCCESS)
+        return;
+    if (isLocked)
+        ::SetFileAttributesW(target.c_str(), attributes);
+    throw readingError(error);
+}
+
+bool isReadOnly(const std::string& path) {
+    return (attributesOfFile(localPath(path)) & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+void setReadOnly(const std::string& path, bool readOnly) {
+    const fs::path target = localPath(path);
+    const DWORD attributes = attributesOfFile(target);
+    const DWORD wanted =
+        readOnly ? attributes | FILE_ATTRIBUTE_READONLY : attributes & ~DWORD{FILE_ATTRIBUTE_READONLY};
+    if (wanted != attributes)
+        setAttributes(target, wanted);
+}
+
+} // namespace norvakavlor::platform

@@ -1,0 +1,260 @@
+#include <norvakavlor/platform/http_back_end.h>
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <cstdint>
+#include <norvakavlor/platform/url.h>
+#include <norvakavlor/platform/windows/code_page.h>
+#include <norvakavlor/platform/windows/internet_handle.h>
+#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/runtime/text.h>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace norvakavlor::platform {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+/// A web address in the pieces that WinHTTP wants.
+struct Target {
+    bool isSecure = false;
+    std::string host;
+    INTERNET_PORT port = 0;
+    std::string resource;
+};
+
+/// The number of a port; its scheme's own when none is written. Raises for what is no number of a port.
+INTERNET_PORT portOf(std::string_view text, bool isSecure, std::string_view url) {
+    if (text.empty())
+        return isSecure ? INTERNET_DEFAULT_HTTPS_PORT : INTERNET_DEFAULT_HTTP_PORT;
+    INTERNET_PORT port = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+    if (error != std::errc() || end != text.data() + text.size() || port == 0)
+        throw transportError(url, transport_reason::kNoAddress);
+    return port;
+}
+
+Target targetOf(std::string_view url) {
+    Target target;
+    const std::string_view authority = hostOf(url);
+    const size_t authorityStart = url.find("//") + 2;
+    // The colons inside "[::1]" part no port.
+    const size_t afterBracket = authority.find(']') == std::string_view::npos ? 0 : authority.find(']');
+    const size_t colon = std::min(authority.find(':', afterBracket), authority.size());
+    target.isSecure = equalIgnoringCase(url.substr(0, 6), "https:");
+    target.host = authority.substr(0, colon);
+    target.port = portOf(authority.substr(std::min(colon + 1, authority.size())), target.isSecure, url);
+    target.resource = url.substr(authorityStart + authority.size());
+    if (!target.resource.starts_with('/'))
+        target.resource.insert(0, "/");
+    return target;
+}
+
+/// Which part of an exchange is under way: the same error means different things.
+enum class Phase { Connecting, Sending, Waiting, Receiving };
+
+std::string_view reasonOf(DWORD code, Phase phase) {
+    switch (code) {
+    case ERROR_WINHTTP_INVALID_URL:
+    case ERROR_WINHTTP_UNRECOGNIZED_SCHEME:
+        return transport_reason::kNoAddress;
+    case ERROR_WINHTTP_NAME_NOT_RESOLVED:
+        return transport_reason::kUnknownHost;
+    case ERROR_WINHTTP_CANNOT_CONNECT:
+        return transport_reason::kNoConnection;
+    case ERROR_WINHTTP_TIMEOUT:
+    case WSAETIMEDOUT:
+        return phase == Phase::Connecting ? transport_reason::kNoConnection : transport_reason::kSilent;
+    case ERROR_WINHTTP_CONNECTION_ERROR:
+    case ERROR_WINHTTP_INVALID_SERVER_RESPONSE:
+    case WSAECONNRESET:
+    case WSAECONNABORTED:
+        return phase == Phase::Receiving ? transport_reason::kCutOff : transport_reason::kHungUp;
+    default:
+        break;
+    }
+    constexpr DWORD kFirstOfCertificates = ERROR_WINHTTP_SECURE_CERT_DATE_INVALID;
+    const bool isSecurity =
+        code == ERROR_WINHTTP_SECURE_FAILURE || code == ERROR_WINHTTP_SECURE_CHANNEL_ERROR ||
+        code == ERROR_WINHTTP_SECURE_INVALID_CERT || code == kFirstOfCertificates ||
+        code == ERROR_WINHTTP_SECURE_CERT_CN_INVALID || code == ERROR_WINHTTP_SECURE_INVALID_CA ||
+        code == ERROR_WINHTTP_SECURE_CERT_REV_FAILED || code == ERROR_WINHTTP_SECURE_CERT_REVOKED ||
+        code == ERROR_WINHTTP_SECURE_CERT_WRONG_USAGE;
+    return isSecurity ? transport_reason::kNoSecurity : transport_reason::kOther;
+}
+
+/// One request and its reply, within its limits.
+class Exchange {
+public:
+    Exchange(const HttpRequest& request, const HttpLimits& limits)
+        : request_(request), limits_(limits), end_(Clock::now() + limits.total),
+          target_(targetOf(request.url)),
+          session_(::WinHttpOpen(toWide(kUserAgent).c_str(), WINHTTP_ACCESS_TYPE_NO_PROXY,
+                                 WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0)),
+          connection_(::WinHttpConnect(session_.get(), toWide(target_.host).c_str(), target_.port, 0)),
+          handle_(openRequest()) {
+        require(static_cast<bool>(handle_));
+    }
+
+    HttpExchange run() {
+        prepare();
+        send();
+        HttpExchange reply = receiveHead();
+        receiveBody(reply);
+        return reply;
+    }
+
+private:
+    HINTERNET openRequest() const {
+        // The url is encoded already, and nothing of it may become another.
+        const DWORD flags = WINHTTP_FLAG_ESCAPE_DISABLE | WINHTTP_FLAG_ESCAPE_DISABLE_QUERY |
+                            (target_.isSecure ? DWORD{WINHTTP_FLAG_SECURE} : 0);
+        return ::WinHttpOpenRequest(connection_.get(), toWide(request_.method).c_str(),
+                                    toWide(target_.resource).c_str(), nullptr, WINHTTP_NO_REFERER,
+                                    WINHTTP_DEFAULT_ACCEPT_TYPES, flags);
+    }
+
+    void require(BOOL success) const {
+        if (success)
+            return;
+        const DWORD code = ::GetLastError();
+        if (Clock::now() >= end_)
+            throw transportError(request_.url, transport_reason::kTooSlow);
+        throw transportError(request_.url, reasonOf(code, phase_), "WinHTTP " + std::to_string(code));
+    }
+
+    void setOption(DWORD option, DWORD value) const {
+        require(::WinHttpSetOption(handle_.get(), option, &value, sizeof value));
+    }
+
+    /// At most what is left of the whole time; 0 would mean for ever.
+    DWORD bounded(milliseconds limit) const {
+        const auto left = std::chrono::ceil<milliseconds>(end_ - Clock::now());
+        if (left.count() <= 0)
+            throw transportError(request_.url, transport_reason::kTooSlow);
+        return static_cast<DWORD>(std::clamp<int64_t>(std::min(limit, left).count(), 1, INT32_MAX));
+    }
+
+    void prepare() const {
+        setOption(WINHTTP_OPTION_DISABLE_FEATURE, WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_REDIRECTS |
+                                                      WINHTTP_DISABLE_AUTHENTICATION |
+                                                      WINHTTP_DISABLE_KEEP_ALIVE);
+        const int connect = static_cast<int>(bounded(limits_.connect));
+        const int idle = static_cast<int>(bounded(limits_.idle));
+        require(::WinHttpSetTimeouts(handle_.get(), connect, connect, idle, idle));
+        for (const auto& [name, value] : request_.headers) {
+            const std::wstring line = toWide(name + ": " + value);
+            require(::WinHttpAddRequestHeaders(handle_.get(), line.c_str(), static_cast<DWORD>(line.size()),
+                                               WINHTTP_ADDREQ_FLAG_ADD));
+        }
+    }
+
+    void send() {
+        require(::WinHttpSendRequest(handle_.get(), WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA,
+                                     0, static_cast<DWORD>(request_.body.size()), 0));
+        phase_ = Phase::Sending;
+        // In pieces, so that a slow receiver meets the whole time's end.
+        for (std::string_view rest = request_.body; !rest.empty();) {
+            constexpr size_t kPiece = 64u << 10;
+            setOption(WINHTTP_OPTION_SEND_TIMEOUT, bounded(limits_.idle));
+            DWORD count = 0;
+            require(::WinHttpWriteData(handle_.get(), rest.data(),
+                                       static_cast<DWORD>(std::min(rest.size(), kPiece)), &count));
+            rest.remove_prefix(count);
+        }
+    }
+
+    HttpExchange receiveHead() {
+        phase_ = Phase::Waiting;
+        waitAtMost(limits_.idle);
+        require(::WinHttpReceiveResponse(handle_.get(), nullptr));
+        phase_ = Phase::Receiving;
+        HttpExchange reply;
+        DWORD status = 0;
+        DWORD size = sizeof status;
+        require(::WinHttpQueryHeaders(handle_.get(), WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER,
+                                      WINHTTP_HEADER_NAME_BY_INDEX, &status, &size, WINHTTP_NO_HEADER_INDEX));
+        reply.status = static_cast<int>(status);
+        reply.contentType = header(WINHTTP_QUERY_CONTENT_TYPE);
+        reply.redirect = header(WINHTTP_QUERY_LOCATION);
+        return reply;
+    }
+
+    /// The silence that a waiting call bears, whichever of the two options it obeys.
+    void waitAtMost(milliseconds limit) const {
+        const DWORD time = bounded(limit);
+        setOption(WINHTTP_OPTION_RECEIVE_TIMEOUT, time);
+        setOption(WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, time);
+    }
+
+    /// A header's bytes; "" when the reply has none of that name.
+    std::string header(DWORD which) const {
+        DWORD size = 0;
+        ::WinHttpQueryHeaders(handle_.get(), which, WINHTTP_HEADER_NAME_BY_INDEX, WINHTTP_NO_OUTPUT_BUFFER,
+                              &size, WINHTTP_NO_HEADER_INDEX);
+        std::wstring value(size / sizeof(wchar_t), L'\0');
+        if (value.empty() || !::WinHttpQueryHeaders(handle_.get(), which, WINHTTP_HEADER_NAME_BY_INDEX,
+                                                    value.data(), &size, WINHTTP_NO_HEADER_INDEX))
+            return {};
+        value.resize(size / sizeof(wchar_t));
+        // WinHTTP took the bytes for text of the system's code page.
+        return toAnsi(fromWide(value));
+    }
+
+    /// The length that the reply names and must have.
+    std::optional<uint64_t> promisedLength(int status) const {
+        constexpr int kNoContent = 204;
+        constexpr int kNotModified = 304;
+        const bool hasBody = request_.method != "HEAD" && status != kNoContent && status != kNotModified;
+        const std::string text = header(WINHTTP_QUERY_CONTENT_LENGTH);
+        uint64_t length = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+        if (!hasBody || error != std::errc() || !header(WINHTTP_QUERY_TRANSFER_ENCODING).empty())
+            return std::nullopt;
+        return length;
+    }
+
+    void receiveBody(HttpExchange& reply) const {
+        const auto promised = promisedLength(reply.status);
+        if (promised && *promised > limits_.maximumBytes)
+            throw transportError(request_.url, transport_reason::kTooLarge);
+        for (;;) {
+            waitAtMost(limits_.idle);
+            DWORD available = 0;
+            require(::WinHttpQueryDataAvailable(handle_.get(), &available));
+            if (available == 0)
+                break;
+            const size_t length = reply.body.size();
+            if (available > limits_.maximumBytes - length)
+                throw transportError(request_.url, transport_reason::kTooLarge);
+            reply.body.resize(length + available);
+            DWORD count = 0;
+            require(::WinHttpReadData(handle_.get(), reply.body.data() + length, available, &count));
+            reply.body.resize(length + count);
+        }
+        // WinHTTP takes the end of a connection for the end of a reply.
+        if (promised && reply.body.size() < *promised)
+            throw transportError(request_.url, transport_reason::kCutOff);
+    }
+
+    const HttpRequest& request_;
+    HttpLimits limits_;
+    Clock::time_point end_;
+    Target target_;
+    InternetHandle session_;
+    InternetHandle connection_;
+    InternetHandle handle_;
+    Phase phase_ = Phase::Connecting;
+};
+
+} // namespace
+
+HttpExchange exchangeOnce(const HttpRequest& request, const HttpLimits& limits) {
+    return Exchange(request, limits).run();
+}
+
+} // namespace norvakavlor::platform

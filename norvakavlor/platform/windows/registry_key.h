@@ -1,0 +1,27 @@
+#pragma once
+
+#include <utility>
+#include <windows.h>
+
+namespace norvakavlor::platform {
+
+/// Owns an open registry key.
+class RegistryKey {
+public:
+    RegistryKey() = default;
+    RegistryKey(const RegistryKey&) = delete;
+    RegistryKey& operator=(const RegistryKey&) = delete;
+    ~RegistryKey() {
+        if (key_)
+            ::RegCloseKey(key_);
+    }
+
+    HKEY get() const { return key_; }
+    /// Where an opening call puts the key; asked once.
+    HKEY* put() { return &key_; }
+
+private:
+    HKEY key_ = nullptr;
+};
+
+} // namespace norvakavlor::platform

@@ -1,0 +1,198 @@
+#include <norvakavlor/platform/xml_back_end.h>
+
+#include <algorithm>
+#include <norvakavlor/platform/windows/automation_text.h>
+#include <norvakavlor/platform/windows/com_apartment.h>
+#include <norvakavlor/platform/windows/com_pointer.h>
+#include <norvakavlor/platform/windows/markup_bounds.h>
+#include <norvakavlor/xml/characters.h>
+#include <norvakavlor/xml/prolog.h>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <msxml2.h>
+
+namespace norvakavlor::platform {
+namespace {
+
+using Node = ComPointer<IXMLDOMNode>;
+
+/// The value of a text, an attribute and the like, as it stands.
+std::string valueOf(IXMLDOMNode& node) {
+    VARIANT value;
+    ::VariantInit(&value);
+    std::string text;
+    if (SUCCEEDED(node.get_nodeValue(&value)) && value.vt == VT_BSTR)
+        text = fromWide({value.bstrVal, ::SysStringLen(value.bstrVal)});
+    ::VariantClear(&value);
+    return text;
+}
+
+std::string nameOf(IXMLDOMNode& node) {
+    AutomationText name;
+    node.get_nodeName(name.put());
+    return name.utf8();
+}
+
+DOMNodeType kindOf(IXMLDOMNode& node) {
+    DOMNodeType kind = NODE_INVALID;
+    node.get_nodeType(&kind);
+    return kind;
+}
+
+bool feedAttributes(IXMLDOMNode& element, xml::TreeBuilder& builder) {
+    ComPointer<IXMLDOMNamedNodeMap> attributes;
+    long count = 0;
+    if (element.get_attributes(attributes.receive()) != S_OK || FAILED(attributes->get_length(&count)))
+        return true;
+    for (long i = 0; i < count; ++i) {
+        Node attribute;
+        if (attributes->get_item(i, attribute.receive()) == S_OK &&
+            !builder.attribute(nameOf(*attribute.get()), valueOf(*attribute.get())))
+            return false;
+    }
+    return true;
+}
+
+/// Hands one node over; of an element its start tag.
+bool feedNode(IXMLDOMNode& node, xml::TreeBuilder& builder) {
+    switch (kindOf(node)) {
+    case NODE_ELEMENT:
+        return builder.startElement(nameOf(node)) && feedAttributes(node, builder);
+    case NODE_TEXT:
+        return builder.text(valueOf(node));
+    case NODE_CDATA_SECTION:
+        return builder.cdata(valueOf(node));
+    case NODE_COMMENT:
+        return builder.comment(valueOf(node));
+    case NODE_PROCESSING_INSTRUCTION: {
+        // The declaration passes for an instruction there, and is none.
+        const std::string target = nameOf(node);
+        return target == "xml" || builder.instruction(target, valueOf(node));
+    }
+    default:
+        return true;
+    }
+}
+
+/// Walks everything inside a document, in its order, without a call for each level.
+bool feedInside(IXMLDOMNode& document, xml::TreeBuilder& builder) {
+    std::vector<Node> open; // the elements around the current node
+    Node current;
+    document.get_firstChild(current.receive());
+    while (current) {
+        if (!feedNode(*current.get(), builder))
+            return false;
+        Node next;
+        if (kindOf(*current.get()) == NODE_ELEMENT) {
+            current->get_firstChild(next.receive());
+            open.push_back(std::move(current));
+        } else {
+            current->get_nextSibling(next.receive());
+        }
+        while (!next && !open.empty()) {
+            if (!builder.endElement())
+                return false;
+            open.back()->get_nextSibling(next.receive());
+            open.pop_back();
+        }
+        current = std::move(next);
+    }
+    return true;
+}
+
+void setProperty(IXMLDOMDocument2& document, const char* name, VARIANT value) {
+    const AutomationText property(name);
+    // Not every version of the parser knows every property; what they forbid is refused before it anyway.
+    document.setProperty(property.get(), value);
+}
+
+ComPointer<IXMLDOMDocument2> newDocument() {
+    ComPointer<IXMLDOMDocument2> document;
+    if (FAILED(::CoCreateInstance(__uuidof(DOMDocument30), nullptr, CLSCTX_INPROC_SERVER,
+                                  __uuidof(IXMLDOMDocument2), reinterpret_cast<void**>(document.receive()))))
+        return {};
+    document->put_async(VARIANT_FALSE);
+    document->put_validateOnParse(VARIANT_FALSE);
+    document->put_resolveExternals(VARIANT_FALSE);
+    // Otherwise blanks between markup and a reference may be lost; the builder leaves out what is no node.
+    document->put_preserveWhiteSpace(VARIANT_TRUE);
+    VARIANT value;
+    value.vt = VT_BOOL;
+    value.boolVal = VARIANT_TRUE;
+    setProperty(*document.get(), "ProhibitDTD", value);
+    return document;
+}
+
+/// The text without an encoding in its declaration, blanks in its place: it is decoded already, and the
+/// parser would take the declared encoding for a contradiction to the 16-bit units that it gets.
+std::string withoutEncoding(std::string_view utf8) {
+    constexpr std::string_view kWord = "encoding";
+    std::string text(utf8);
+    const std::string_view encoding = xml::readDeclaration(utf8).encoding;
+    if (encoding.empty() || !xml::isName(encoding))
+        return text;
+    const auto value = static_cast<size_t>(encoding.data() - utf8.data());
+    const size_t start = utf8.rfind(kWord, value);
+    return text.replace(start, value + encoding.size() + 1 - start, value + encoding.size() + 1 - start, ' ');
+}
+
+ParseError errorOf(IXMLDOMDocument2& document) {
+    ParseError error{1, 1, "The document is not well-formed."};
+    ComPointer<IXMLDOMParseError> details;
+    if (document.get_parseError(details.receive()) != S_OK)
+        return error;
+    long line = 0;
+    long column = 0;
+    AutomationText reason;
+    details->get_line(&line);
+    details->get_linepos(&column);
+    details->get_reason(reason.put());
+    error.line = static_cast<size_t>(std::max(line, 1L));
+    error.column = static_cast<size_t>(std::max(column, 1L));
+    std::string text = reason.utf8();
+    text.erase(text.find_last_not_of(" \r\n") + 1);
+    if (!text.empty())
+        error.reason = text;
+    return error;
+}
+
+/// What the parser would let pass, or takes too long for; an empty reason when it may see the text.
+std::string findUnfit(std::string_view utf8) {
+    if (utf8.find('\0') != std::string_view::npos)
+        return "The document holds a NUL.";
+    const size_t start = utf8.find_first_not_of(" \t\r\n");
+    if (start > 0 && start != std::string_view::npos && xml::readDeclaration(utf8.substr(start)).length > 0)
+        return "A declaration must stand at the very start.";
+    const MarkupBounds bounds = boundsOf(utf8, {xml::kMaximumDepth, xml::kMaximumAttributes});
+    if (bounds.depth > xml::kMaximumDepth)
+        return "Elements are nested deeper than " + std::to_string(xml::kMaximumDepth) + ".";
+    if (bounds.attributes > xml::kMaximumAttributes)
+        return "An element has more than " + std::to_string(xml::kMaximumAttributes) + " attributes.";
+    return {};
+}
+
+} // namespace
+
+bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& error) {
+    if (const std::string reason = findUnfit(utf8); !reason.empty()) {
+        error = {1, 1, reason};
+        return false;
+    }
+    const ComApartment apartment;
+    const ComPointer<IXMLDOMDocument2> document = newDocument();
+    if (!document) {
+        error = {1, 1, "The system's XML parser is not to be had."};
+        return false;
+    }
+    const AutomationText text(withoutEncoding(utf8));
+    VARIANT_BOOL parsed = VARIANT_FALSE;
+    if (document->loadXML(text.get(), &parsed) != S_OK || parsed != VARIANT_TRUE) {
+        error = errorOf(*document.get());
+        return false;
+    }
+    return feedInside(*document.get(), builder);
+}
+
+} // namespace norvakavlor::platform
