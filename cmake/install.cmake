@@ -1,0 +1,29 @@
+# cmake --install build/native --prefix /usr/local: the library, its headers, what find_package(NorvaKavlor)
+# reads, kavlor-server. Of the Windows build the DLL with its type library is what others need.
+include(GNUInstallDirs)
+
+if(WIN32)
+    if(TARGET automation_server)
+        install(TARGETS automation_server RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+        install(FILES ${PROJECT_BINARY_DIR}/NorvaKavlor.tlb ${PROJECT_BINARY_DIR}/NorvaKavlor.idl
+            DESTINATION ${CMAKE_INSTALL_BINDIR})
+    endif()
+    return()
+endif()
+
+target_include_directories(norvakavlor PUBLIC $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+target_compile_features(norvakavlor PUBLIC cxx_std_20)
+install(TARGETS norvakavlor EXPORT NorvaKavlorTargets)
+install(DIRECTORY norvakavlor DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h"
+    PATTERN native EXCLUDE PATTERN windows EXCLUDE PATTERN automation EXCLUDE)
+
+include(CMakePackageConfigHelpers)
+set(config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/NorvaKavlor)
+configure_package_config_file(cmake/NorvaKavlorConfig.cmake.in ${PROJECT_BINARY_DIR}/NorvaKavlorConfig.cmake
+    INSTALL_DESTINATION ${config_folder})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/NorvaKavlorConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/NorvaKavlorConfig.cmake ${PROJECT_BINARY_DIR}/NorvaKavlorConfigVersion.cmake
+    DESTINATION ${config_folder})
+install(EXPORT NorvaKavlorTargets NAMESPACE NorvaKavlor:: DESTINATION ${config_folder})
