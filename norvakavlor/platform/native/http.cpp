@@ -64,6 +64,9 @@ public:
         const CURLcode result = perform();
         if (result != CURLE_OK)
             fail(result);
+        // A connection that ends within the head passes for an empty reply with curl.
+        if (!sawWholeHead_)
+            throw transportError(request_.url, transport_reason::kCutOff);
         long status = 0;
         curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
         reply_.status = static_cast<int>(status);
@@ -138,6 +141,7 @@ private:
             reply_ = {};
             sawStatus_ = true;
         }
+        sawWholeHead_ = line == "\r\n" || line == "\n";
         line = line.substr(0, line.find_last_not_of("\r\n") + 1);
         const size_t colon = std::min(line.find(':'), line.size());
         const std::string_view name = line.substr(0, colon);
@@ -233,6 +237,7 @@ private:
     curl_off_t sent_ = 0;
     bool isConnected_ = false;
     bool sawStatus_ = false;
+    bool sawWholeHead_ = false;
     bool isTooLarge_ = false;
 };
 
