@@ -1,6 +1,7 @@
 #include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <norvakavlor/platform/document_lock.h>
 #include <norvakavlor/platform/files.h>
 #include <string>
 #include <sys/resource.h>
@@ -70,12 +71,35 @@ TEST(FilesNative, ASaveGoesThroughALink) {
     EXPECT_EQ(errorNumber([&] { replaceFile(folder.file("dangling.xml"), "new"); }), 76);
 }
 
+TEST(FilesNative, ALockGoesThroughALinkAndNowhereElse) {
+    const TemporaryFolder folder;
+    folder.write("there/a.xml", "old");
+    ASSERT_EQ(::symlink("there/a.xml", folder.file("link.xml").c_str()), 0);
+    ASSERT_EQ(::symlink("nowhere/a.xml", folder.file("dangling.xml").c_str()), 0);
+    ASSERT_EQ(tryLockDocument(folder.file("link.xml")), LockResult::Taken);
+    EXPECT_EQ(tryLockDocument(folder.file("there/a.xml")), LockResult::Held);
+    replaceLockedDocument(folder.file("link.xml"), "new");
+    EXPECT_EQ(folder.read("there/a.xml"), "new");
+    EXPECT_FALSE(isReadOnly(folder.file("there/a.xml")));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link.xml")));
+    EXPECT_EQ(errorNumber([&] { tryLockDocument(folder.file("dangling.xml")); }), 76);
+    EXPECT_EQ(errorNumber([&] { createDocument(folder.file("dangling.xml"), ""); }), 76);
+    const mode_t mode = modeOf(folder.file("there"));
+    EXPECT_EQ(errorNumber([&] { tryLockDocument(folder.file("there")); }), 70);
+    EXPECT_EQ(modeOf(folder.file("there")), mode);
+    createDocument(folder.file("new.xml"), "first");
+    createDocument(folder.file("new.xml"), "second");
+    EXPECT_EQ(folder.read("new.xml"), "first");
+    EXPECT_EQ(listFiles(folder.path()), (std::vector<std::string>{"link.xml", "new.xml"}));
+}
+
 TEST(FilesNative, APipeKeepsNobodyWaiting) {
     const TemporaryFolder folder;
     const std::string pipe = folder.file("pipe");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(errorNumber([&] { readFile(pipe); }), 57);
     EXPECT_EQ(errorNumber([&] { replaceFile(pipe, "x"); }), 57);
+    EXPECT_EQ(errorNumber([&] { tryLockDocument(pipe); }), 70);
     EXPECT_EQ(firstLine(pipe), std::nullopt);
     EXPECT_EQ(listFiles(folder.path()), std::vector<std::string>());
 }

@@ -27,7 +27,8 @@ struct LockedFile {
 /// lock is not the document any more, so the path is asked again.
 std::optional<LockedFile> openLocked(const std::filesystem::path& path) {
     for (;;) {
-        FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+        // What is no plain file (a pipe) must not keep the caller waiting.
+        FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
         if (!file) {
             if (errno == ENOENT)
                 return std::nullopt;
@@ -41,6 +42,8 @@ std::optional<LockedFile> openLocked(const std::filesystem::path& path) {
         struct stat named {};
         if (::fstat(file.get(), &opened) != 0)
             throw lastError();
+        if (!S_ISREG(opened.st_mode))
+            throw runtimeError(RuntimeError::PermissionDenied);
         const bool stillNamed = ::stat(path.c_str(), &named) == 0 && named.st_ino == opened.st_ino &&
                                 named.st_dev == opened.st_dev;
         if (stillNamed)
@@ -51,7 +54,7 @@ std::optional<LockedFile> openLocked(const std::filesystem::path& path) {
 } // namespace
 
 LockResult tryLockDocument(const std::string& path) {
-    const auto locked = openLocked(localPath(path));
+    const auto locked = openLocked(targetOf(path));
     if (!locked)
         return LockResult::Missing;
     if ((locked->state.st_mode & kOwnerWrites) == 0)
@@ -62,7 +65,7 @@ LockResult tryLockDocument(const std::string& path) {
 }
 
 void replaceLockedDocument(const std::string& path, std::string_view content) {
-    const std::filesystem::path target = localPath(path);
+    const std::filesystem::path target = targetOf(path);
     auto locked = openLocked(target);
     if (!locked)
         return createDocument(path, content);
@@ -80,7 +83,7 @@ void replaceLockedDocument(const std::string& path, std::string_view content) {
 }
 
 void createDocument(const std::string& path, std::string_view content) {
-    const std::filesystem::path target = localPath(path);
+    const std::filesystem::path target = targetOf(path);
     TemporaryFile temporary(target, kAsTheUserWants);
     temporary.write(content);
     temporary.becomeNew(target);

@@ -6,26 +6,11 @@
 #include <norvakavlor/platform/native/file_descriptor.h>
 #include <norvakavlor/platform/native/temporary_file.h>
 #include <sys/stat.h>
-#include <system_error>
 
 namespace norvakavlor::platform {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Where the content goes: behind a link to the file that it names, so that the link stays one.
-fs::path targetOf(const std::string& path) {
-    if (path.find('\0') != std::string::npos)
-        throw runtimeError(RuntimeError::PathNotFound);
-    const fs::path target = localPath(path);
-    std::error_code failure;
-    if (!fs::is_symlink(target, failure))
-        return target;
-    fs::path behind = fs::canonical(target, failure);
-    if (failure)
-        throw runtimeError(RuntimeError::PathNotFound);
-    return behind;
-}
 
 /// The state of the file that is there; nothing when there is none. Raises 70 when it may not be replaced,
 /// which for the superuser too is a question of the read-only attribute, 57 when it is no plain file.

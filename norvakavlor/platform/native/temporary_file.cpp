@@ -2,9 +2,11 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <fcntl.h>
 #include <norvakavlor/platform/files_back_end.h>
 #include <string>
+#include <system_error>
 #include <tuple>
 
 namespace norvakavlor::platform {
@@ -51,6 +53,19 @@ void removeStale(const fs::path& target, time_t written) {
 
 Error lastError() { return runtimeError(errorOfCode(errno)); }
 
+fs::path targetOf(const std::string& path) {
+    if (path.find('\0') != std::string::npos)
+        throw runtimeError(RuntimeError::PathNotFound);
+    const fs::path target = localPath(path);
+    std::error_code failure;
+    if (!fs::is_symlink(target, failure))
+        return target;
+    fs::path behind = fs::canonical(target, failure);
+    if (failure)
+        throw runtimeError(RuntimeError::PathNotFound);
+    return behind;
+}
+
 TemporaryFile::TemporaryFile(const fs::path& target, mode_t mode)
     : path_(target.parent_path() / temporaryName(target.filename().string())),
       file_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
@@ -88,7 +103,15 @@ void TemporaryFile::replace(const fs::path& target) {
 }
 
 bool TemporaryFile::becomeNew(const fs::path& target) {
-    if (::link(path_.c_str(), target.c_str()) != 0) {
+    // Of the two ways each has file systems that do not know it; of a linked file the old name goes in the
+    // end.
+    const bool isRenamed =
+        ::renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0;
+    if (isRenamed) {
+        path_.clear();
+    } else if (errno == EEXIST) {
+        return false;
+    } else if (::link(path_.c_str(), target.c_str()) != 0) {
         if (errno == EEXIST)
             return false;
         throw lastError();

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <norvakavlor/platform/native/file_descriptor.h>
+#include <string>
 #include <string_view>
 #include <sys/stat.h>
 
@@ -9,6 +10,10 @@ namespace norvakavlor::platform {
 
 /// The error of the system call that failed last.
 Error lastError();
+
+/// Where the content of a path goes: behind a link to the file that it names, so that the link stays one.
+/// Raises 76 when no file can have this path.
+std::filesystem::path targetOf(const std::string& path);
 
 /// New content on its way to a target: a file of a temporary name in the target's folder, which is removed
 /// unless it took the target's place.
