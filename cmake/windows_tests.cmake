@@ -15,6 +15,7 @@ endforeach()
 add_executable(norvakavlor_tests ${test_sources})
 target_link_libraries(norvakavlor_tests PRIVATE norvakavlor gmock gtest_main)
 target_compile_options(norvakavlor_tests PRIVATE -Wa,-mbig-obj)
+compile_quickly(norvakavlor_tests)
 
 # One run for all: Wine takes half a second to start a program. 125 is wine.sh's word for "not here".
 add_test(NAME norvakavlor_tests COMMAND norvakavlor_tests)

@@ -22,7 +22,7 @@ void demo::curriculum(const Places& places) {
     for (const std::string& directory : {places.local("curriculum/"), places.web("curriculum/")}) {
         const Pools pools = loadPools(directory);
         say("  " + directory);
-        for (const std::string& module : *pools.questions->GetModules()) {
+        for (const std::string& module : pools.questions->GetModules()) {
             say("    " + module + ": " +
                 std::to_string(pools.questions->GetQuestionsByModule(module)->Count()) + " questions, " +
                 std::to_string(pools.tasks->GetTasksByModule(module)->Count()) + " tasks");

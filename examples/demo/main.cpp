@@ -10,7 +10,10 @@
 
 namespace demo {
 
-void say(const std::string& line) { std::printf("%s\n", line.c_str()); }
+void say(const std::string& line) {
+    std::printf("%s\n", line.c_str());
+    std::fflush(stdout); // a line is seen when it is said
+}
 
 void require(bool holds, const std::string& what) {
     if (!holds)

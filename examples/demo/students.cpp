@@ -25,7 +25,7 @@ void demo::students(const Places& places) {
         require(students->Authenticate("mila", "lighthouse") && !students->Authenticate("mila", "Lighthouse"),
                 "signing in");
         std::string names;
-        for (const Ref<Student>& sorted : *students->Sort("LastName", "FirstName", ""))
+        for (const Ref<Student>& sorted : students->Sort("LastName", "FirstName", ""))
             names += " " + sorted->LastName;
         say("  " + student->StudentID + " added to " + roster);
         say("   " + names);

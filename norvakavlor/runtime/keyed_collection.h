@@ -186,4 +186,9 @@ private:
     std::unordered_map<std::string, Entry*> byKey_;
 };
 
+/// `for (const std::string& module : pool->GetModules())`: walks a collection that a call has just made and
+/// keeps it alive meanwhile, which `*pool->GetModules()` would not.
+template <class T> auto begin(const Ref<KeyedCollection<T>>& collection) { return collection->begin(); }
+template <class T> auto end(const Ref<KeyedCollection<T>>& collection) { return collection->end(); }
+
 } // namespace norvakavlor
