@@ -1,5 +1,6 @@
 #include <norvakavlor/runtime/convert.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -110,38 +111,43 @@ private:
         if (rest_.empty() || std::string_view("eEdD").find(rest_.front()) == std::string_view::npos)
             return true;
         rest_.remove_prefix(1);
-        std::string exponent = "e";
         if (!take('+') && take('-'))
-            exponent += '-';
-        const size_t signLength = exponent.size();
+            exponent_ = "-";
+        const size_t signLength = exponent_.size();
         for (; !rest_.empty() && isDigit(rest_.front()); rest_.remove_prefix(1))
-            exponent += rest_.front();
-        negativeExponent_ = signLength == 2;
-        digits_ += exponent;
-        return exponent.size() > signLength;
+            exponent_ += rest_.front();
+        return exponent_.size() > signLength;
     }
 
     double value() const {
+        const std::string text = exponent_.empty() ? digits_ : digits_ + "e" + exponent_;
         double number = 0;
-        const auto [end, failure] = std::from_chars(digits_.data(), digits_.data() + digits_.size(), number);
-        // Out of range is too large, or so small that it is nothing.
-        if (failure == std::errc::result_out_of_range && !tooSmall())
-            overflow();
-        if (failure != std::errc())
-            number = 0;
+        const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (failure == std::errc::result_out_of_range) {
+            if (magnitude() > 0)
+                overflow();
+            number = 0; // so small that it is nothing
+        }
         return negative_ ? -number : number;
     }
 
-    bool tooSmall() const {
-        const bool beginsInFraction = digits_.find_first_not_of('0') == digits_.find('.');
-        return negativeExponent_ || beginsInFraction;
+    /// The power of ten that the first digit other than 0 stands for, plus one; far off for a far exponent.
+    int64_t magnitude() const {
+        int64_t exponent = 0;
+        const auto [end, failure] =
+            std::from_chars(exponent_.data(), exponent_.data() + exponent_.size(), exponent);
+        if (failure == std::errc::result_out_of_range)
+            return exponent_.starts_with('-') ? -1 : 1;
+        const size_t point = std::min(digits_.find('.'), digits_.size());
+        return exponent + static_cast<int64_t>(point) -
+               static_cast<int64_t>(digits_.find_first_of("123456789"));
     }
 
     std::string_view rest_;
-    std::string digits_;
+    std::string digits_;   ///< with the point
+    std::string exponent_; ///< with its minus sign
     bool anyDigit_ = false;
     bool negative_ = false;
-    bool negativeExponent_ = false;
     bool sign_ = false;
     bool currency_ = false;
     bool openParenthesis_ = false;

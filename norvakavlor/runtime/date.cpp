@@ -39,14 +39,16 @@ CivilTime civilTime(Date date) {
 }
 
 Date dateOf(const CivilTime& time) {
+    const auto within = [](int value, int first, int last) { return first <= value && value <= last; };
+    // Before the calendar sees them: its types hold a byte, in which day 257 would be the first.
+    const bool inRange = within(time.year, 100, 9999) && within(time.month, 1, 12) &&
+                         within(time.day, 1, 31) && within(time.hour, 0, 23) && within(time.minute, 0, 59) &&
+                         within(time.second, 0, 59);
     const std::chrono::year_month_day calendar(std::chrono::year(time.year),
                                                std::chrono::month(static_cast<unsigned>(time.month)),
                                                std::chrono::day(static_cast<unsigned>(time.day)));
-    const bool inDay = time.hour >= 0 && time.hour < 24 && time.minute >= 0 && time.minute < 60 &&
-                       time.second >= 0 && time.second < 60;
-    if (time.year < 100 || time.year > 9999 || time.month < 1 || time.day < 1 || !calendar.ok() || !inDay) {
+    if (!inRange || !calendar.ok())
         throw runtimeError(RuntimeError::TypeMismatch);
-    }
     const auto day = static_cast<double>((sys_days(calendar) - kEpoch).count());
     const double fraction = (time.hour * 3600 + time.minute * 60 + time.second) / double{kSecondsOfDay};
     return {day < 0 ? day - fraction : day + fraction};

@@ -1,8 +1,8 @@
 #include <norvakavlor/runtime/convert.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
 #include <utility>
@@ -31,9 +31,11 @@ struct Token {
     size_t digits = 0;
     std::string word;
     char separator = 0;
-    bool afterBlank = false;
 
     bool isNumber() const { return digits != 0; }
+    /// A number that only a year can be: of more than two digits, or beyond the days of a month.
+    bool isYear() const { return digits > 2 || number > 31; }
+    int asYear() const { return digits > 2 ? number : number < 30 ? 2000 + number : 1900 + number; }
 };
 
 /// Nothing when the text holds a character that no date has.
@@ -43,16 +45,13 @@ std::optional<std::vector<Token>> tokensOf(std::string_view text) {
         return (character | 0x20) >= 'a' && (character | 0x20) <= 'z';
     };
     std::vector<Token> tokens;
-    bool afterBlank = false;
     for (size_t position = 0; position < text.size();) {
         const char first = text[position];
         if (first == ' ' || first == '\t') {
-            afterBlank = true;
             ++position;
             continue;
         }
         Token token;
-        token.afterBlank = std::exchange(afterBlank, false);
         size_t end = position + 1;
         if (isDigit(first)) {
             while (end < text.size() && isDigit(text[end]))
@@ -85,10 +84,8 @@ public:
         bool hasDate = false;
         bool hasTime = false;
         while (at_ < tokens_.size()) {
-            const bool timeNext =
-                peek(0).isNumber() && (peek(1).separator == ':' || isHalfOfDay(peek(1).word));
-            if (timeNext ? std::exchange(hasTime, true) || !readTime(result)
-                         : std::exchange(hasDate, true) || !readDate(result)) {
+            if (timeFollows() ? std::exchange(hasTime, true) || !readTime(result)
+                              : std::exchange(hasDate, true) || !readDate(result)) {
                 return false;
             }
         }
@@ -115,6 +112,9 @@ private:
     static bool isHalfOfDay(std::string_view word) {
         return word == "AM" || word == "PM" || word == "A" || word == "P";
     }
+    bool timeFollows() const {
+        return peek(0).isNumber() && (peek(1).separator == ':' || isHalfOfDay(peek(1).word));
+    }
 
     bool readTime(CivilTime& result) {
         takeNumber(result.hour);
@@ -124,75 +124,64 @@ private:
             return false;
         if (isHalfOfDay(peek(0).word)) {
             const bool afternoon = tokens_[at_++].word.front() == 'P';
-            if (result.hour > 12)
-                return false;
-            result.hour = result.hour % 12 + (afternoon ? 12 : 0);
+            if (result.hour <= 12) // "14:05 PM" is what it says
+                result.hour = result.hour % 12 + (afternoon ? 12 : 0);
         }
         return true;
     }
 
-    /// A separator between two parts of a date: "/", "-", "," or only a blank.
-    void skipSeparator() {
-        if (!take('/') && !take('-'))
-            take(',');
-    }
-
+    /// Numbers and at most one month's name, with a separator or only a blank between two of them.
     bool readDate(CivilTime& result) {
         if (positionOf(kWeekdays, peek(0).word) != 0) {
             ++at_;
             take(',');
         }
-        if (readMonthName(result.month)) {
-            skipSeparator();
-            if (!takeNumber(result.day))
+        std::vector<Token> numbers;
+        int month = 0;
+        while (!timeFollows()) {
+            const int named = positionOf(kMonths, peek(0).word);
+            if (named != 0 && month == 0) {
+                month = named;
+            } else if (peek(0).isNumber()) {
+                numbers.push_back(peek(0));
+            } else {
                 return false;
-            skipSeparator();
-            return takeYear(result.year);
+            }
+            ++at_;
+            if (at_ == tokens_.size())
+                break;
+            if (take(',') && timeFollows())
+                break;
+            if ((take('/') || take('-')) && timeFollows())
+                return false;
         }
-        const Token first = peek(0);
-        if (!first.isNumber())
-            return false;
-        ++at_;
-        const Token separator = peek(0);
-        skipSeparator();
-        if (readMonthName(result.month)) {
-            result.day = first.number;
-            skipSeparator();
-            return takeYear(result.year);
-        }
-        // Three numbers want the same written separator twice.
-        if (separator.separator != '/' && separator.separator != '-')
-            return false;
-        int second = 0;
-        if (!takeNumber(second) || !take(separator.separator))
-            return false;
-        if (first.digits > 2) {
-            result.year = first.number;
-            result.month = second;
-            return takeNumber(result.day);
-        }
-        result.month = first.number;
-        result.day = second;
-        if (result.month > 12)
-            std::swap(result.month, result.day);
-        return takeYear(result.year);
+        return month != 0 ? readNamedMonth(month, numbers, result) : readNumbers(numbers, result);
     }
 
-    bool readMonthName(int& month) {
-        const int named = positionOf(kMonths, peek(0).word);
-        if (named == 0)
+    static bool readNamedMonth(int month, const std::vector<Token>& numbers, CivilTime& result) {
+        result.month = month;
+        if (numbers.size() == 1 && numbers[0].digits > 2) { // "March 2004"
+            result.day = 1;
+            result.year = numbers[0].asYear();
+            return true;
+        }
+        if (numbers.size() != 2)
             return false;
-        month = named;
-        ++at_;
+        const size_t year = numbers[0].isYear() ? 0 : 1;
+        result.year = numbers[year].asYear();
+        result.day = numbers[1 - year].number;
         return true;
     }
 
-    bool takeYear(int& year) {
-        const size_t digits = peek(0).digits;
-        if (!takeNumber(year))
+    static bool readNumbers(const std::vector<Token>& numbers, CivilTime& result) {
+        if (numbers.size() != 3)
             return false;
-        if (digits <= 2)
-            year += year < 30 ? 2000 : 1900;
+        const bool yearFirst = numbers[0].isYear();
+        result.year = numbers[yearFirst ? 0 : 2].asYear();
+        result.month = numbers[yearFirst ? 1 : 0].number;
+        result.day = numbers[yearFirst ? 2 : 1].number;
+        if (result.month > 12)
+            std::swap(result.month, result.day);
         return true;
     }
 
@@ -200,24 +189,36 @@ private:
     size_t at_ = 0;
 };
 
+/// Does the text begin as the pattern says, in which "0" stands for any digit? Takes the beginning off then.
+bool takePattern(std::string_view& text, std::string_view pattern) {
+    const auto fits = [](char wanted, char given) {
+        return wanted == '0' ? given >= '0' && given <= '9' : given == wanted;
+    };
+    if (text.size() < pattern.size() || !std::ranges::equal(pattern, text.substr(0, pattern.size()), fits))
+        return false;
+    text.remove_prefix(pattern.size());
+    return true;
+}
+
 /// "2004-03-14T14:05:09.5+01:00" without what a local time of whole seconds does not have: the "T" becomes a
-/// blank, fraction and zone go. Another text stays as it is.
+/// blank, fraction and zone go, so the time stays as its writer's clock showed it. Another text stays as it
+/// is.
 std::string withoutIsoParts(std::string_view text) {
-    std::string plain(text);
-    const bool iso =
-        plain.size() > 11 && plain[4] == '-' && plain[7] == '-' && (plain[10] == 'T' || plain[10] == 't');
-    if (!iso)
-        return plain;
+    std::string_view rest = text;
+    if (!takePattern(rest, "0000-00-00T00:00"))
+        return std::string(text);
+    takePattern(rest, ":00");
+    std::string plain(text.substr(0, text.size() - rest.size()));
     plain[10] = ' ';
-    constexpr std::string_view kTimeCharacters = "0123456789:";
-    const size_t end = plain.find_first_not_of(kTimeCharacters, 11);
-    if (end == std::string::npos)
-        return plain;
-    const std::string_view suffix = std::string_view(plain).substr(end);
-    // Only what a fraction and a zone are made of goes; anything else keeps the text from being a date.
-    if (suffix.find_first_not_of("0123456789:.,+-Zz") != std::string_view::npos)
-        return plain;
-    return plain.substr(0, end);
+    if (takePattern(rest, ".0") || takePattern(rest, ",0")) {
+        while (takePattern(rest, "0")) {
+        }
+    }
+    if (!takePattern(rest, "Z") && (takePattern(rest, "+00") || takePattern(rest, "-00"))) {
+        if (!takePattern(rest, ":00"))
+            takePattern(rest, "00");
+    }
+    return rest.empty() ? plain : std::string(text);
 }
 
 std::string twoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
@@ -242,14 +243,16 @@ Date toDate(std::string_view text) {
 
 std::string toText(Date date) {
     const CivilTime time = civilTime(date);
+    const CivilTime zero;
     const std::string day =
         std::to_string(time.month) + "/" + std::to_string(time.day) + "/" + std::to_string(time.year);
-    if (time.hour == 0 && time.minute == 0 && time.second == 0 && std::trunc(date.days) != 0)
+    const bool onZeroDay = time.year == zero.year && time.month == zero.month && time.day == zero.day;
+    if (time.hour == 0 && time.minute == 0 && time.second == 0 && !onZeroDay)
         return day;
     const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
     const std::string clock = std::to_string(hour) + ":" + twoDigits(time.minute) + ":" +
                               twoDigits(time.second) + (time.hour < 12 ? " AM" : " PM");
-    return std::trunc(date.days) == 0 ? clock : day + " " + clock;
+    return onZeroDay ? clock : day + " " + clock;
 }
 
 } // namespace norvakavlor
