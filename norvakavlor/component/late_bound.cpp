@@ -105,7 +105,8 @@ std::vector<Value> elementsOf(Object& object) {
     if (!info.elementAt)
         throw runtimeError(RuntimeError::MemberNotFound);
     std::vector<Value> elements;
-    while (std::optional<Value> element = info.elementAt(object, elements.size()))
+    uint64_t mark = 0;
+    while (std::optional<Value> element = info.elementAt(object, mark))
         elements.push_back(*std::move(element));
     return elements;
 }

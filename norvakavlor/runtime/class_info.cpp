@@ -2,6 +2,7 @@
 
 #include <norvakavlor/runtime/text.h>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace norvakavlor {
@@ -17,22 +18,21 @@ int32_t dispatchIdOf(std::string_view upperCaseName) {
 
 } // namespace
 
-const Member& ClassInfo::add(Member member) {
+void ClassInfo::add(Member member) {
     std::string key = upperCase(member.name);
     member.dispatchId = dispatchIdOf(key);
     const size_t position = members_.size();
-    // A table that contradicts itself is a fault in this library: it shows in the first test that touches it.
     if (!byDispatchId_.emplace(member.dispatchId, position).second ||
         !byName_.emplace(std::move(key), position).second) {
         throw std::logic_error("two members of " + name + " collide: " + member.name);
     }
-    return members_.emplace_back(std::move(member));
+    members_.push_back(std::move(member));
 }
 
 void ClassInfo::makeDefault(std::string_view memberName) {
     const auto found = byName_.find(upperCase(memberName));
-    if (found == byName_.end())
-        throw std::logic_error(name + " has no member to make its default");
+    if (found == byName_.end() || defaultMember())
+        throw std::logic_error(name + " cannot have this default member: " + std::string(memberName));
     Member& member = members_[found->second];
     byDispatchId_.erase(member.dispatchId);
     member.dispatchId = 0;

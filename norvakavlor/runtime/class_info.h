@@ -55,12 +55,15 @@ public:
     std::string summary;
     /// Empty for classes that only other objects hand out.
     std::function<Ref<Object>()> create;
-    /// The element that For Each yields at a position (from 0), or nothing at the end; empty where the class
-    /// is no collection. Asked anew at each step, so that a collection may change meanwhile.
-    std::function<std::optional<Value>(Object&, size_t)> elementAt;
+    /// One step of For Each: the element at a mark, or nothing at the end; empty where the class is no
+    /// collection. A walk begins with the mark 0 and each step moves it past its element. A collection may
+    /// change meanwhile: removing an element makes the walk pass over no other one.
+    std::function<std::optional<Value>(Object&, uint64_t& mark)> elementAt;
 
     const std::vector<Member>& members() const { return members_; }
-    const Member& add(Member member);
+    /// Both end the program with std::logic_error for a table that contradicts itself, which the first test
+    /// that touches it shows.
+    void add(Member member);
     void makeDefault(std::string_view name);
 
     /// Letter case is ignored. Null when there is no such member.

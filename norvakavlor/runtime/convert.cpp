@@ -120,7 +120,9 @@ private:
     }
 
     double value() const {
-        const std::string text = exponent_.empty() ? digits_ : digits_ + "e" + exponent_;
+        std::string text = digits_;
+        if (!exponent_.empty())
+            text.append("e").append(exponent_);
         double number = 0;
         const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (failure == std::errc::result_out_of_range) {

@@ -272,10 +272,11 @@ public:
         return *this;
     }
 
-    /// What For Each walks: a member function or callable `(size_t) -> std::optional<Value>`.
+    /// A step of For Each: a member function or callable `(uint64_t& mark) -> std::optional<Value>`; what it
+    /// does is told at ClassInfo::elementAt.
     template <class At> Description& enumerates(At at) {
-        info_.elementAt = [at](Object& object, size_t position) {
-            return std::invoke(at, static_cast<T&>(object), position);
+        info_.elementAt = [at](Object& object, uint64_t& mark) {
+            return std::invoke(at, static_cast<T&>(object), mark);
         };
         return *this;
     }

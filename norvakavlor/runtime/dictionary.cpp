@@ -39,10 +39,13 @@ Dictionary::Entry* Dictionary::findEntry(const Value& key) const {
 }
 
 Dictionary::Entry& Dictionary::insert(const Value& key, const Value& item) {
-    auto entry = std::make_unique<Entry>(Entry{key, item, identityOf(key)});
-    if (!byIdentity_.emplace(entry->identity, entry.get()).second) {
+    // Room first: once the key is taken nothing may fail.
+    if (entries_.size() == entries_.capacity())
+        entries_.reserve(std::max<size_t>(8, 2 * entries_.size()));
+    auto entry = std::make_unique<Entry>(Entry{key, item, identityOf(key), nextSerial_});
+    if (!byIdentity_.emplace(entry->identity, entry.get()).second)
         throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-    }
+    ++nextSerial_;
     return *entries_.emplace_back(std::move(entry));
 }
 
@@ -65,23 +68,37 @@ void Dictionary::SetItem(const Value& key, const Value& item) {
 
 void Dictionary::SetKey(const Value& key, const Value& newKey) {
     Entry* entry = findEntry(key);
-    if (!entry)
-        throw runtimeError(RuntimeError::ElementNotFound);
-    std::string identity = identityOf(newKey);
-    if (identity != entry->identity) {
-        if (!byIdentity_.emplace(identity, entry).second)
-            throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-        byIdentity_.erase(entry->identity);
-        entry->identity = std::move(identity);
+    if (!entry) {
+        insert(newKey, Value());
+        return;
     }
-    entry->key = newKey;
+    Value ownKey = newKey;
+    std::string identity = identityOf(newKey);
+    if (!byIdentity_.emplace(identity, entry).second)
+        throw runtimeError(RuntimeError::KeyAlreadyAssociated);
+    byIdentity_.erase(entry->identity);
+    entry->identity = std::move(identity);
+    std::swap(entry->key, ownKey);
+}
+
+Dictionary::Entries::iterator Dictionary::from(uint64_t serial) {
+    const auto serialOf = [](const std::unique_ptr<Entry>& entry) { return entry->serial; };
+    return std::ranges::lower_bound(entries_, serial, {}, serialOf);
+}
+
+std::optional<Value> Dictionary::elementAt(uint64_t& mark) {
+    const auto at = from(mark);
+    if (at == entries_.end())
+        return std::nullopt;
+    mark = (*at)->serial + 1;
+    return (*at)->key;
 }
 
 void Dictionary::Remove(const Value& key) {
     const Entry* entry = findEntry(key);
     if (!entry)
         throw runtimeError(RuntimeError::ElementNotFound);
-    const auto at = std::ranges::find(entries_, entry, &std::unique_ptr<Entry>::get);
+    const auto at = from(entry->serial);
     // The entry outlives its removal: releasing its item may run a client's code that looks in here.
     const std::unique_ptr<Entry> removed = std::move(*at);
     entries_.erase(at);
@@ -133,7 +150,8 @@ const ClassInfo& Dictionary::classInfo() {
             .method("Exists", &Dictionary::Exists, {"key"}, "Is there an entry under the key?")
             .property("Item", &Dictionary::Item, &Dictionary::SetItem,
                       "The item under a key; reading a missing key adds it.", {"key"})
-            .writeOnly("Key", &Dictionary::SetKey, {"key"}, "Gives an entry another key.")
+            .writeOnly("Key", &Dictionary::SetKey, {"key"},
+                       "Gives an entry another key; raises 457 when that is taken.")
             .method("Remove", &Dictionary::Remove, {"key"},
                     "Removes an entry; raises 32811 when it is missing.")
             .method("RemoveAll", &Dictionary::RemoveAll, {}, "Removes every entry.")
@@ -143,11 +161,7 @@ const ClassInfo& Dictionary::classInfo() {
             .property("CompareMode", &Dictionary::CompareMode, &Dictionary::SetCompareMode,
                       "0: keys compare exactly; 1: without regard to letter case.")
             .defaultMember("Item")
-            .enumerates([](Dictionary& self, size_t position) -> std::optional<Value> {
-                if (position >= self.entries_.size())
-                    return std::nullopt;
-                return self.entries_[position]->key;
-            })
+            .enumerates(&Dictionary::elementAt)
             .notCreatable();
     return info;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <norvakavlor/runtime/class_info.h>
 #include <optional>
@@ -12,7 +13,9 @@ namespace norvakavlor {
 
 /// Keys with items in the order in which they were added, as scripts know it from the scripting runtime: keys
 /// compare exactly (CompareMode 0) unless a client sets CompareMode 1 while it is empty. For Each gives the
-/// keys. Live: what a client changes here is what the object that holds it will save.
+/// keys. Numbers, booleans and dates of equal value are one key, whatever their types; a text is never the
+/// same key as a number; an object is a key by its identity; an array is none (5). Live: what a client
+/// changes here is what the object that holds it will save.
 class Dictionary final : public Object {
 public:
     /// Raises 457 when the key is there.
@@ -21,7 +24,8 @@ public:
     /// Reading a missing key adds it with an Empty item, as scripts are used to.
     Value Item(const Value& key);
     void SetItem(const Value& key, const Value& item);
-    /// Gives an entry another key. Raises 32811 when there is no such entry, 457 when the new key is taken.
+    /// Gives an entry another key, in its place; where there is no such entry, adds the new key with an Empty
+    /// item, as scripts are used to. Raises 457 when the new key is taken, be it by the entry itself.
     void SetKey(const Value& key, const Value& newKey);
     /// Raises 32811 when the key is missing.
     void Remove(const Value& key);
@@ -47,14 +51,20 @@ private:
         Value key;
         Value item;
         std::string identity;
+        uint64_t serial; ///< grows from entry to entry: a place that stays one while others are removed
     };
+    using Entries = std::vector<std::unique_ptr<Entry>>;
 
     std::string identityOf(const Value& key) const;
     Entry* findEntry(const Value& key) const;
     Entry& insert(const Value& key, const Value& item);
+    /// The first entry with this serial or a later one.
+    Entries::iterator from(uint64_t serial);
+    std::optional<Value> elementAt(uint64_t& mark);
 
     // The entries stay where they are in memory, so that the look-up can point at them.
-    std::vector<std::unique_ptr<Entry>> entries_;
+    Entries entries_;
+    uint64_t nextSerial_ = 0;
     std::unordered_map<std::string, Entry*> byIdentity_;
     bool ignoreCase_ = false;
 };

@@ -1,45 +1,48 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/runtime/text.h>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace norvakavlor {
 
 /// An ordered collection whose items may have a key. Items keep the order in which they were added; keys
 /// compare without regard to letter case. A class holds `KeyedCollection<Student>` for shared objects and
-/// `KeyedCollection<std::string>` for texts. Appending and looking up by key or index take constant time.
+/// `KeyedCollection<std::string>` for texts. Appending and looking up by key or index take constant time;
+/// removing shifts what follows.
 template <class T> class KeyedCollection final : public Object {
     struct Entry;
 
 public:
-    using Item_t = std::conditional_t<std::is_base_of_v<Object, T>, Ref<T>, T>;
+    /// What it holds: a reference to a shared object, or the value itself.
+    using Element = std::conditional_t<std::is_base_of_v<Object, T>, Ref<T>, T>;
 
     /// Appends an item without a key.
-    void Add(Item_t item) {
-        entries_.push_back(std::make_unique<Entry>(Entry{std::move(item), std::nullopt}));
-    }
+    void Add(Element item) { insert(entries_.size(), std::move(item), std::nullopt); }
 
     /// Appends an item under a key. Raises 457 when the key is taken; nothing is added then.
-    void Add(Item_t item, std::string_view key) { insert(entries_.size(), std::move(item), upperCase(key)); }
+    void Add(Element item, std::string_view key) { insert(entries_.size(), std::move(item), upperCase(key)); }
 
     /// The item under a key. Raises 5 when there is none.
-    Item_t& Item(std::string_view key) {
-        if (Item_t* item = find(key))
+    Element& Item(std::string_view key) {
+        if (Element* item = find(key))
             return *item;
         throw runtimeError(RuntimeError::InvalidProcedureCall);
     }
     /// The item at a position, counted from 1. Raises 9 outside the collection.
-    Item_t& Item(int32_t position) { return entries_[indexOf(position)]->item; }
+    Element& Item(int32_t position) { return entries_[indexOf(position)]->item; }
 
     /// The item under a key, or null.
-    Item_t* find(std::string_view key) {
+    Element* find(std::string_view key) {
         const auto found = byKey_.find(upperCase(key));
         return found == byKey_.end() ? nullptr : &found->second->item;
     }
@@ -50,7 +53,7 @@ public:
         const auto found = byKey_.find(upperCase(key));
         if (found == byKey_.end())
             throw runtimeError(RuntimeError::InvalidProcedureCall);
-        erase(static_cast<size_t>(positionOf(found->second)));
+        erase(positionOf(*found->second));
     }
     /// Removes the item at a position, counted from 1. Raises 9 outside the collection.
     void Remove(int32_t position) { erase(indexOf(position)); }
@@ -66,11 +69,12 @@ public:
                 byKey_.erase(*(*at)->key);
             (*at)->key = std::move(newKey);
         }
+        (*at)->place = placeAt(entries_.size());
         std::rotate(at, at + 1, entries_.end());
     }
     void clear() {
         byKey_.clear();
-        entries_.clear();
+        const auto removed = std::exchange(entries_, {});
     }
 
     int32_t Count() const { return static_cast<int32_t>(entries_.size()); }
@@ -80,7 +84,7 @@ public:
     class Iterator {
     public:
         explicit Iterator(const std::unique_ptr<Entry>* at) : at_(at) {}
-        const Item_t& operator*() const { return (*at_)->item; }
+        const Element& operator*() const { return (*at_)->item; }
         Iterator& operator++() {
             ++at_;
             return *this;
@@ -114,15 +118,35 @@ public:
 
 private:
     struct Entry {
-        Item_t item;
+        Element item;
         std::optional<std::string> key; ///< upper-cased
+        /// Grows from entry to entry, never 0. Gaps let an entry in between without touching the others, so
+        /// that a place stays a place for whoever walks along while members come and go.
+        uint64_t place = 0;
     };
 
-    void insert(size_t position, Item_t item, std::optional<std::string> key) {
-        auto entry = std::make_unique<Entry>(Entry{std::move(item), key});
-        if (key && !byKey_.emplace(std::move(*key), entry.get()).second) {
+    /// The place for an entry that is to stand at a position.
+    uint64_t placeAt(size_t position) {
+        constexpr uint64_t kGap = 1 << 20;
+        const uint64_t before = position == 0 ? 0 : entries_[position - 1]->place;
+        if (position == entries_.size())
+            return before + kGap;
+        const uint64_t between = (entries_[position]->place - before) / 2;
+        if (between != 0)
+            return before + between;
+        uint64_t place = 0;
+        for (const auto& entry : entries_)
+            entry->place = place += kGap;
+        return placeAt(position);
+    }
+
+    void insert(size_t position, Element item, std::optional<std::string> key) {
+        // Room first: once the key is taken nothing may fail.
+        if (entries_.size() == entries_.capacity())
+            entries_.reserve(std::max<size_t>(8, 2 * entries_.size()));
+        auto entry = std::make_unique<Entry>(Entry{std::move(item), key, placeAt(position)});
+        if (key && !byKey_.emplace(std::move(*key), entry.get()).second)
             throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-        }
         entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(position), std::move(entry));
     }
 
@@ -135,9 +159,12 @@ private:
             byKey_.erase(*entry->key);
     }
 
-    std::ptrdiff_t positionOf(const Entry* entry) const {
-        return std::ranges::find(entries_, entry, &std::unique_ptr<Entry>::get) - entries_.begin();
+    /// Where the first entry is whose place is this or a later one.
+    size_t positionFrom(uint64_t place) const {
+        const auto placeOf = [](const std::unique_ptr<Entry>& entry) { return entry->place; };
+        return static_cast<size_t>(std::ranges::lower_bound(entries_, place, {}, placeOf) - entries_.begin());
     }
+    size_t positionOf(const Entry& entry) const { return positionFrom(entry.place); }
 
     size_t indexOf(int32_t position) const {
         if (position < 1 || position > Count())
@@ -151,7 +178,7 @@ private:
             const auto found = byKey_.find(upperCase(*key));
             if (found == byKey_.end())
                 throw runtimeError(RuntimeError::InvalidProcedureCall);
-            return static_cast<size_t>(positionOf(found->second));
+            return positionOf(*found->second);
         }
         return indexOf(index.toInt32());
     }
@@ -167,7 +194,7 @@ private:
         std::optional<std::string> itemKey;
         if (!key.isEmpty())
             itemKey = upperCase(key.toText());
-        Item_t typed = ArgumentTraits<Item_t>::take(item);
+        Element typed = ArgumentTraits<Element>::take(item);
         if constexpr (std::is_base_of_v<Object, T>) {
             if (!typed)
                 throw runtimeError(RuntimeError::TypeMismatch);
@@ -176,9 +203,11 @@ private:
     }
     void removeLate(const Value& index) { erase(indexOf(index)); }
     Value itemLate(const Value& index) { return Value(entries_[indexOf(index)]->item); }
-    std::optional<Value> elementAt(size_t position) {
-        if (position >= entries_.size())
+    std::optional<Value> elementAt(uint64_t& mark) {
+        const size_t position = positionFrom(mark);
+        if (position == entries_.size())
             return std::nullopt;
+        mark = entries_[position]->place + 1;
         return Value(entries_[position]->item);
     }
 

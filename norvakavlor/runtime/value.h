@@ -6,6 +6,7 @@
 #include <norvakavlor/runtime/object.h>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -33,6 +34,7 @@ public:
     Value(std::string value) : storage_(std::move(value)) {}
     Value(std::string_view value) : storage_(std::string(value)) {}
     Value(const char* value) : storage_(std::string(value)) {}
+    template <class T> Value(T* pointer) = delete; // it would become a boolean; an object travels in a Ref
     template <class T> Value(const Ref<T>& object) : storage_(Ref<Object>(object)) {}
     Value(std::shared_ptr<Array> array) : storage_(std::move(array)) {}
 
