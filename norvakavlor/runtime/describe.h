@@ -17,9 +17,9 @@
 ///         static const ClassInfo info = describe<Course>("Course", "A taught offering with its sections.")
 ///             .property("ID", &Course::ID, "Key in Courses.")
 ///             .readOnly("Sections", &Course::Sections, "The sections, in document order.")
-///             .method("AddSection", &Course::AddSection, {"sectionName"}, "Adds a section; gives its
-///             number.") .method("Load", &Course::Load, {"location", {"textBooks", optional}}, "...")
-///             .method("Check", &Course::Check, {byRefResult("errCode")}, "...");
+///             .method("AddSection", &Course::AddSection, {"sectionName"}, "Adds a section.")
+///             .method("Load", &Course::Load, {"location", {"textBooks", optional}}, "Reads a document.")
+///             .method("Check", &Course::Check, {byRefResult("errCode")}, "Is the course complete?");
 ///         return info;
 ///     }
 ///

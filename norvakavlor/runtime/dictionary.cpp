@@ -72,7 +72,7 @@ void Dictionary::SetKey(const Value& key, const Value& newKey) {
         insert(newKey, Value());
         return;
     }
-    Value ownKey = newKey;
+    Value ownKey = newKey; // the old key is released at the end, when everything holds again
     std::string identity = identityOf(newKey);
     if (!byIdentity_.emplace(identity, entry).second)
         throw runtimeError(RuntimeError::KeyAlreadyAssociated);

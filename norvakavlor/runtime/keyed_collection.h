@@ -1,7 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/runtime/text.h>
@@ -83,16 +85,25 @@ public:
     /// `for (const Ref<Student>& student : *students->Students_)`. The collection must not change meanwhile.
     class Iterator {
     public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = Element;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Element*;
+        using reference = const Element&;
+
+        Iterator() = default;
         explicit Iterator(const std::unique_ptr<Entry>* at) : at_(at) {}
-        const Element& operator*() const { return (*at_)->item; }
+        reference operator*() const { return (*at_)->item; }
+        pointer operator->() const { return &(*at_)->item; }
         Iterator& operator++() {
             ++at_;
             return *this;
         }
+        Iterator operator++(int) { return Iterator(at_++); }
         bool operator==(const Iterator&) const = default;
 
     private:
-        const std::unique_ptr<Entry>* at_;
+        const std::unique_ptr<Entry>* at_ = nullptr;
     };
     Iterator begin() const { return Iterator(entries_.data()); }
     Iterator end() const { return Iterator(entries_.data() + entries_.size()); }

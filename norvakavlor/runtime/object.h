@@ -11,8 +11,8 @@ template <class T> class Ref;
 template <class T, class... Arguments> Ref<T> New(Arguments&&... arguments);
 
 /// The base of every public class and of the collections that they hand out.
-/// An object lives as long as a Ref holds it. The count is not atomic: an object belongs to one thread at a
-/// time, while different threads may use different objects.
+/// An object is made by New alone and lives as long as a Ref holds it. The count is not atomic: an object
+/// belongs to one thread at a time, while different threads may use different objects.
 class Object {
 public:
     Object() = default;

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <norvakavlor/runtime/case_table.h>
 #include <norvakavlor/runtime/utf8.h>
-#include <utility>
-#include <vector>
+#include <span>
 
 namespace norvakavlor {
 namespace {
@@ -14,8 +13,7 @@ bool isAscii(std::string_view text) {
                                [](char character) { return static_cast<unsigned char>(character) < 0x80; });
 }
 
-char32_t upperCodePoint(char32_t code) {
-    const auto ranges = upperCaseRanges();
+char32_t mapped(char32_t code, std::span<const CaseRange> ranges) {
     const auto after = std::ranges::upper_bound(ranges, code, {}, &CaseRange::first);
     if (after == ranges.begin())
         return code;
@@ -23,28 +21,6 @@ char32_t upperCodePoint(char32_t code) {
     if (code > range.last || (code - range.first) % range.step != 0)
         return code;
     return static_cast<char32_t>(static_cast<int32_t>(code) + range.distance);
-}
-
-/// The reverse of the upper-case table; where several code points share an upper case, the first of them, and
-/// an ASCII letter's is always its ASCII one.
-const std::vector<std::pair<char32_t, char32_t>>& lowerCaseTable() {
-    static const auto table = [] {
-        std::vector<std::pair<char32_t, char32_t>> pairs;
-        for (const CaseRange& range : upperCaseRanges()) {
-            for (char32_t code = range.first; code <= range.last; code += range.step) {
-                pairs.emplace_back(upperCodePoint(code), code);
-            }
-        }
-        std::ranges::stable_sort(pairs, {}, &std::pair<char32_t, char32_t>::first);
-        return pairs;
-    }();
-    return table;
-}
-
-char32_t lowerCodePoint(char32_t code) {
-    const auto& table = lowerCaseTable();
-    const auto found = std::ranges::lower_bound(table, code, {}, &std::pair<char32_t, char32_t>::first);
-    return found != table.end() && found->first == code ? found->second : code;
 }
 
 char upperAscii(char character) {
@@ -56,19 +32,17 @@ char lowerAscii(char character) {
 }
 
 /// Maps every code point; bytes that are not UTF-8 stay.
-template <class MapAscii, class MapCodePoint>
-std::string mapped(std::string_view text, MapAscii mapAscii, MapCodePoint mapCodePoint) {
-    std::string result;
+std::string mapped(std::string_view text, char (*mapAscii)(char), std::span<const CaseRange> ranges) {
+    std::string result(text);
     if (isAscii(text)) {
-        result.resize(text.size());
-        std::ranges::transform(text, result.begin(), mapAscii);
+        std::ranges::transform(result, result.begin(), mapAscii);
         return result;
     }
-    result.reserve(text.size());
+    result.clear();
     while (!text.empty()) {
         const CodePoint point = decodeCodePoint(text);
         if (point.valid) {
-            appendUtf8(result, mapCodePoint(point.value));
+            appendUtf8(result, mapped(point.value, ranges));
         } else {
             result += text.front();
         }
@@ -79,11 +53,13 @@ std::string mapped(std::string_view text, MapAscii mapAscii, MapCodePoint mapCod
 
 } // namespace
 
-std::string upperCase(std::string_view text) { return mapped(text, upperAscii, upperCodePoint); }
+std::string upperCase(std::string_view text) { return mapped(text, upperAscii, upperCaseRanges()); }
 
-std::string lowerCase(std::string_view text) { return mapped(text, lowerAscii, lowerCodePoint); }
+std::string lowerCase(std::string_view text) { return mapped(text, lowerAscii, lowerCaseRanges()); }
 
 bool equalIgnoringCase(std::string_view left, std::string_view right) {
+    if (isAscii(left) && isAscii(right))
+        return std::ranges::equal(left, right, {}, upperAscii, upperAscii);
     return upperCase(left) == upperCase(right);
 }
 

@@ -4,15 +4,15 @@
 #include <string>
 #include <string_view>
 
-/// Operations on UTF-8 text. Letter case is Unicode's simple one-to-one upper-case mapping; the locale is
-/// never asked.
+/// Operations on UTF-8 text. Letter case is Unicode's simple one-to-one mapping: no letter becomes two, and
+/// the locale is never asked.
 namespace norvakavlor {
 
 /// The text in upper case. Bytes that are not UTF-8 stay as they are.
 std::string upperCase(std::string_view text);
 std::string lowerCase(std::string_view text);
 
-/// Equal when letter case is ignored.
+/// Equal in upper case, which is how keys and names compare.
 bool equalIgnoringCase(std::string_view left, std::string_view right);
 /// Does `text` contain `part`, letter case ignored?
 bool containsIgnoringCase(std::string_view text, std::string_view part);

@@ -1,0 +1,197 @@
+#include <functional>
+#include <gmock/gmock.h>
+#include <norvakavlor/runtime/keyed_collection.h>
+#include <string>
+#include <tests/support/outcome.h>
+#include <vector>
+
+namespace norvakavlor {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::errorNumber;
+using testing::outcome;
+using Words = KeyedCollection<std::string>;
+
+std::vector<std::string> all(const Words& words) { return {words.begin(), words.end()}; }
+
+Ref<Words> words(std::initializer_list<const char*> list) {
+    auto result = New<Words>();
+    for (const char* word : list)
+        result->Add(word, word);
+    return result;
+}
+
+/// A late-bound call of a member with every argument in its place.
+Value call(Words& target, const char* member, std::vector<Value> arguments) {
+    return Words::classInfo().find(member)->get(target, arguments);
+}
+
+TEST(KeyedCollection, FindsByKeyInAnyCaseAndByPosition) {
+    const auto list = words({"Zoë", "adam", "Straße"});
+    list->Add("no key");
+    list->Add("adam again", "ADAM ");
+    const struct {
+        Value index;
+        const char* found;
+    } cases[] = {
+        {"Zoë", "Zoë"},
+        {"ZOË", "Zoë"},
+        {"zoë", "Zoë"},
+        {"Zoe", "error 5"},
+        {"ADAM", "adam"},
+        {"adam ", "adam again"},
+        {"STRAßE", "Straße"},
+        {"STRASSE", "error 5"},
+        {"no key", "error 5"},
+        {"", "error 5"},
+        {"1", "error 5"},
+        {1, "Zoë"},
+        {int16_t(4), "no key"},
+        {4.5, "no key"},
+        {5, "adam again"},
+        {0, "error 9"},
+        {6, "error 9"},
+        {-1, "error 9"},
+        {Value(), "error 9"},
+        {Value::Null(), "error 13"},
+        {Value::nothing(), "error 13"},
+    };
+    for (const auto& c : cases) {
+        const std::string found = outcome([&] { return call(*list, "item", {c.index}).toText(); });
+        EXPECT_EQ(found, c.found) << (c.index.as<std::string>() ? c.index.toText() : "");
+        if (const auto* key = c.index.as<std::string>()) {
+            EXPECT_EQ(outcome([&] { return list->Item(*key); }), c.found);
+            EXPECT_EQ(list->contains(*key), !found.starts_with("error"));
+        }
+    }
+}
+
+TEST(KeyedCollection, StaysAsItIsWhenAnAdditionFails) {
+    const auto list = words({"a", "b"});
+    const struct {
+        std::vector<Value> arguments;
+        int32_t error;
+    } cases[] = {
+        {{"x", "A", {}, {}}, 457},
+        {{"x", {}, "c", {}}, 5},
+        {{"x", {}, {}, 3}, 9},
+        {{"x", {}, 0, {}}, 9},
+        {{"x", {}, 1, 1}, 5},
+        {{"x", "x", Value::Null(), {}}, 13},
+        {{Value::Null(), "x", {}, {}}, 13},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(errorNumber([&] { call(*list, "Add", c.arguments); }), c.error);
+        EXPECT_THAT(all(*list), ElementsAre("a", "b"));
+        EXPECT_FALSE(list->contains("x"));
+    }
+    EXPECT_EQ(errorNumber([&] { list->Add("x", "B"); }), 457);
+    EXPECT_EQ(list->Count(), 2);
+}
+
+TEST(KeyedCollection, AddsBeforeAndAfterOthers) {
+    const auto list = words({"a", "b"});
+    call(*list, "Add", {"first", "1st", 1, {}});
+    call(*list, "Add", {"after a", {}, {}, "A"});
+    call(*list, "Add", {"before b", {}, "B", {}});
+    call(*list, "Add", {"last", {}, {}, 5});
+    call(*list, "Add", {"end", "end", {}, {}});
+    EXPECT_THAT(all(*list), ElementsAre("first", "a", "after a", "before b", "b", "last", "end"));
+    EXPECT_EQ(list->Item("1ST"), "first");
+
+    // Many times the same gap: positions and keys hold when the places between run out.
+    for (int number = 0; number < 200; ++number)
+        call(*list, "Add", {std::to_string(number), "k" + std::to_string(number), "a", {}});
+    EXPECT_EQ(list->Item(2), "0");
+    EXPECT_EQ(list->Item(201), "199");
+    list->Remove("k100");
+    EXPECT_EQ(list->Item(102), "101");
+    EXPECT_EQ(list->Item(201), "a");
+}
+
+TEST(KeyedCollection, RemovesAndMoves) {
+    const auto list = words({"a", "b", "c", "d"});
+    list->Remove("B");
+    list->Remove(1);
+    EXPECT_THAT(all(*list), ElementsAre("c", "d"));
+    for (const Value& gone : {Value("b"), Value("a"), Value("")})
+        EXPECT_EQ(errorNumber([&] { call(*list, "Remove", {gone}); }), 5);
+    EXPECT_EQ(errorNumber([&] { list->Remove(3); }), 9);
+    list->Add("new b", "b");
+
+    list->moveToEnd(1, "C"); // under the same key
+    EXPECT_THAT(all(*list), ElementsAre("d", "new b", "c"));
+    list->moveToEnd(1, "e");
+    EXPECT_THAT(all(*list), ElementsAre("new b", "c", "d"));
+    EXPECT_EQ(list->Item("E"), "d");
+    EXPECT_FALSE(list->contains("d"));
+    EXPECT_EQ(errorNumber([&] { list->moveToEnd(1, "c"); }), 457);
+    EXPECT_EQ(errorNumber([&] { list->moveToEnd(4, "z"); }), 9);
+    EXPECT_THAT(all(*list), ElementsAre("new b", "c", "d"));
+
+    list->clear();
+    EXPECT_TRUE(list->empty());
+    list->Add("c", "c");
+    EXPECT_THAT(all(*list), ElementsAre("c"));
+}
+
+TEST(KeyedCollection, SharesObjectsAndTakesNoOthers) {
+    using Lists = KeyedCollection<Words>;
+    const auto lists = New<Lists>();
+    const auto one = words({"a"});
+    lists->Add(one, "one");
+    const auto add = [&](const Value& item) {
+        std::vector<Value> arguments{item, {}, {}, {}};
+        Lists::classInfo().find("Add")->get(*lists, arguments);
+    };
+    add(one);
+    EXPECT_EQ(lists->Item(1), lists->Item(2));
+    lists->Item(1)->Add("b");
+    EXPECT_THAT(all(*lists->Item(2)), ElementsAre("a", "b"));
+    for (const Value& wrong : {Value("text"), Value(), Value::nothing(), Value(lists)})
+        EXPECT_EQ(errorNumber([&] { add(wrong); }), 13);
+    EXPECT_EQ(lists->Count(), 2);
+}
+
+TEST(KeyedCollection, IsWalkedWhileItChanges) {
+    using Change = std::function<void(Words&, const std::string&)>;
+    const struct {
+        const char* what;
+        Change change;
+        std::vector<std::string> seen;
+    } cases[] = {
+        {"nothing", [](Words&, const std::string&) {}, {"a", "b", "c", "d"}},
+        {"removes itself",
+         [](Words& list, const std::string& word) { list.Remove(word); },
+         {"a", "b", "c", "d"}},
+        {"removes the first", [](Words& list, const std::string&) { list.Remove(1); }, {"a", "b", "c", "d"}},
+        {"removes the last", [](Words& list, const std::string&) { list.Remove(list.Count()); }, {"a", "b"}},
+        {"clears", [](Words& list, const std::string&) { list.clear(); }, {"a"}},
+        {"appends once",
+         [](Words& list, const std::string&) { list.Count() < 6 ? list.Add("new") : void(); },
+         {"a", "b", "c", "d", "new", "new"}},
+        {"inserts at the front",
+         [](Words& list, const std::string&) {
+             call(list, "Add", {"new", {}, 1, {}});
+         },
+         {"a", "b", "c", "d"}},
+        {"moves b",
+         [](Words& list, const std::string& word) { word == "a" ? list.moveToEnd(2, "b") : void(); },
+         {"a", "c", "d", "b"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto list = words({"a", "b", "c", "d"});
+        std::vector<std::string> seen;
+        uint64_t mark = 0;
+        while (const auto element = Words::classInfo().elementAt(*list, mark)) {
+            seen.push_back(element->toText());
+            c.change(*list, seen.back());
+        }
+        EXPECT_EQ(seen, c.seen);
+    }
+}
+
+} // namespace
+} // namespace norvakavlor

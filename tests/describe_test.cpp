@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+#include <norvakavlor/runtime/describe.h>
+#include <stdexcept>
+#include <string>
+
+namespace norvakavlor {
+namespace {
+
+/// One member of each kind of type that a table reads off its class.
+class Sample final : public Object {
+public:
+    std::string Text;
+    Ref<Sample> Next;
+    bool Find(std::string_view, const Sample*, Sample&, int16_t&, std::string&) { return true; }
+    Value Anything(std::optional<std::string>) const { return {}; }
+    void Nothing(const std::shared_ptr<Array>&) {}
+
+    static const ClassInfo& classInfo();
+};
+
+Description<Sample> sample() { return describe<Sample>("Sample", "A class for tests."); }
+
+const ClassInfo& Sample::classInfo() {
+    static const ClassInfo info =
+        sample()
+            .property("Text", &Sample::Text, "A text.")
+            .readOnly("Next", &Sample::Next, "An object.")
+            .method("Find", &Sample::Find,
+                    {"text", {"maybe", optional}, "there", byRefResult("code"), byRefResult("reason")},
+                    "Takes one of each.")
+            .readOnly("Anything", &Sample::Anything, "Indexed.", {{"index", optional}})
+            .method("Nothing", &Sample::Nothing, {"values"}, "Gives nothing.")
+            .defaultMember("Anything");
+    return info;
+}
+
+TEST(Describe, ReadsTypesOffTheMembers) {
+    using Kind = Type::Kind;
+    const ClassInfo& info = Sample::classInfo();
+    const Member& find = *info.find("FIND");
+    EXPECT_EQ(find.kind, Member::Kind::Method);
+    EXPECT_EQ(find.type.kind, Kind::Boolean);
+    const struct {
+        const char* name;
+        Kind kind;
+        bool optional;
+        bool byReference;
+    } cases[] = {
+        {"text", Kind::Text, false, false},    {"maybe", Kind::Object, true, false},
+        {"there", Kind::Object, false, false}, {"code", Kind::Int16, false, true},
+        {"reason", Kind::Text, false, true},
+    };
+    ASSERT_EQ(find.parameters.size(), std::size(cases));
+    for (size_t index = 0; index < std::size(cases); ++index) {
+        const Parameter& parameter = find.parameters[index];
+        EXPECT_EQ(parameter.name, cases[index].name);
+        EXPECT_EQ(parameter.type.kind, cases[index].kind) << parameter.name;
+        EXPECT_EQ(parameter.optional, cases[index].optional) << parameter.name;
+        EXPECT_EQ(parameter.byReference, cases[index].byReference) << parameter.name;
+    }
+    EXPECT_EQ(find.parameters[1].type.objectClass, &Sample::classInfo);
+    EXPECT_EQ(info.find("Next")->type.objectClass, &Sample::classInfo);
+    EXPECT_EQ(info.find("Nothing")->type.kind, Kind::None);
+    EXPECT_EQ(info.find("Nothing")->parameters[0].type.kind, Kind::Array);
+    EXPECT_EQ(info.defaultMember()->type.kind, Kind::Any);
+    EXPECT_TRUE(info.find("text")->put);
+    EXPECT_FALSE(info.find("next")->put);
+}
+
+TEST(Describe, NumbersMembersByTheirNamesAlone) {
+    const ClassInfo& info = Sample::classInfo();
+    const ClassInfo other = sample().property("TEXT", &Sample::Text, "The same name.");
+    EXPECT_EQ(info.find("Text")->dispatchId, 1089356926); // never changes
+    EXPECT_EQ(other.find("Text")->dispatchId, info.find("Text")->dispatchId);
+    for (const Member& member : info.members())
+        EXPECT_EQ(info.find(member.dispatchId), &member);
+    EXPECT_EQ(info.find("Anything")->dispatchId, 0);
+    EXPECT_EQ(info.find(1), nullptr);
+    EXPECT_EQ(info.find("Tex"), nullptr);
+}
+
+TEST(Describe, RefusesTablesThatContradictThemselves) {
+    EXPECT_THROW(sample().property("A", &Sample::Text, "").readOnly("a", &Sample::Next, ""),
+                 std::logic_error);
+    EXPECT_THROW(sample().defaultMember("Missing"), std::logic_error);
+    EXPECT_THROW(sample()
+                     .property("A", &Sample::Text, "")
+                     .readOnly("B", &Sample::Next, "")
+                     .defaultMember("A")
+                     .defaultMember("B"),
+                 std::logic_error);
+    EXPECT_THROW(sample().method("Nothing", &Sample::Nothing, {}, ""), std::logic_error);
+    EXPECT_THROW(sample().method("Nothing", &Sample::Nothing, {"a", "b"}, ""), std::logic_error);
+}
+
+TEST(Describe, CreatesWhatClientsMayCreate) {
+    const ClassInfo creatable = sample();
+    const Ref<Object> made = creatable.create();
+    EXPECT_EQ(&made->dynamicClass(), &Sample::classInfo());
+    const ClassInfo handedOut = sample().notCreatable();
+    EXPECT_FALSE(handedOut.create);
+}
+
+} // namespace
+} // namespace norvakavlor

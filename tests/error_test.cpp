@@ -1,0 +1,47 @@
+#include <gtest/gtest.h>
+#include <new>
+#include <norvakavlor/runtime/error.h>
+#include <tests/support/fixtures.h>
+
+namespace norvakavlor {
+namespace {
+
+using testing::raised;
+
+TEST(Error, CarriesNumberSourceAndText) {
+    const Error object = objectError(641, "QuestionPool", "A text.");
+    EXPECT_EQ(static_cast<uint32_t>(object.number()), 0x80040281u);
+    EXPECT_EQ(object.source(), "QuestionPool");
+    EXPECT_STREQ(object.what(), "A text.");
+
+    const struct {
+        RuntimeError error;
+        const char* shown;
+    } cases[] = {
+        {RuntimeError::InvalidProcedureCall, "5|NorvaKavlor|Invalid procedure call or argument"},
+        {RuntimeError::Overflow, "6|NorvaKavlor|Overflow"},
+        {RuntimeError::TypeMismatch, "13|NorvaKavlor|Type mismatch"},
+        {RuntimeError::KeyAlreadyAssociated,
+         "457|NorvaKavlor|This key is already associated with an element of this collection"},
+        {RuntimeError::ElementNotFound, "32811|NorvaKavlor|Element not found"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(raised([&] { throw runtimeError(c.error); }), c.shown);
+    EXPECT_EQ(raised([] { throw runtimeError(RuntimeError::DiskFull, "Own text"); }),
+              "61|NorvaKavlor|Own text");
+}
+
+TEST(Error, IsIgnoredByNameAlone) {
+    int done = 0;
+    EXPECT_TRUE(ignoringErrors([&] { done = 1; }));
+    EXPECT_FALSE(ignoringErrors([&] {
+        done = 2;
+        throw runtimeError(RuntimeError::Overflow);
+    }));
+    EXPECT_EQ(done, 2);
+    // What is no error of the library, as a want of memory, goes on.
+    EXPECT_THROW(ignoringErrors([] { throw std::bad_alloc(); }), std::bad_alloc);
+}
+
+} // namespace
+} // namespace norvakavlor
