@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <norvakavlor/assessment/question_pool.h>
+#include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/runtime/text.h>
 
 namespace norvakavlor {
 namespace {
@@ -10,9 +12,9 @@ namespace {
 using namespace norvakavlor::testing;
 using ::testing::ElementsAre;
 
-/// Objectives o1 (module "Sheets"), o2 ("sheets") and o3 (""), a pool with the tasks t1 and t2, and question
-/// pools over them.
-class Pools : public ::testing::Test {
+/// The objectives o1 (module "Sheets"), o2 ("sheets") and o3 (""), the task t1 of o2, and question pools over
+/// them.
+class QuestionPools : public ::testing::Test {
 protected:
     void SetUp() override {
         const xml::Document list =
@@ -20,12 +22,9 @@ protected:
                    "<objective><id>o2</id><module>sheets</module></objective><objective><id>o3</id></"
                    "objective></objectiveList>");
         objectives->LoadFromXMLNode(list.root(), nullptr);
-        loadTasks("<task><id>t1</id><taskName>Sum</taskName><objectiveRef>O1</objectiveRef></task>"
-                  "<task><id>t2</id><objectiveRef>o2</objectiveRef></task>");
-    }
-    void loadTasks(std::string_view members) {
-        const xml::Document document = parsed("<taskPool>" + std::string(members) + "</taskPool>");
-        tasks->LoadFromXMLNode(document.root(), objectives.get());
+        const xml::Document pool =
+            parsed("<taskPool><task><id>t1</id><objectiveRef>o2</objectiveRef></task></taskPool>");
+        tasks->LoadFromXMLNode(pool.root(), objectives.get());
     }
     void load(std::string_view members) {
         const xml::Document document = parsed("<questionPool>" + std::string(members) + "</questionPool>");
@@ -35,9 +34,9 @@ protected:
         return written("questionPool",
                        [&](xml::Document&, xml::Node root) { questions->SaveToXMLNode(root); });
     }
-    template <class T> static std::vector<std::string> ids(const Ref<KeyedCollection<T>>& members) {
+    static std::vector<std::string> ids(const Ref<KeyedCollection<Question>>& members) {
         std::vector<std::string> result;
-        for (const Ref<T>& member : *members)
+        for (const Ref<Question>& member : *members)
             result.push_back(member->ID);
         return result;
     }
@@ -53,48 +52,7 @@ protected:
     Ref<QuestionPool> questions = New<QuestionPool>();
 };
 
-TEST_F(Pools, KeepTasksWithTheirObjectives) {
-    loadTasks(
-        "<task><id>t3</id><objectiveRef>o1</objectiveRef><baseHREF>x/</baseHREF><referenceList><reference>"
-        "<textBookRef>B1</textBookRef><referenceText>p. "
-        "1</referenceText></reference></referenceList></task>");
-    EXPECT_EQ(tasks->Tasks->Item("T1")->Objective, objectives->ObjectiveMembers->Item("o1"));
-    EXPECT_THAT(texts(tasks->GetModules()), ElementsAre("Sheets"))
-        << "the second spelling is the same module here";
-    EXPECT_THAT(ids(tasks->GetTasksByModule("Sheets")), ElementsAre("t1", "t3"));
-    EXPECT_THAT(ids(tasks->GetTasksByModule("sheets")), ElementsAre("t2")) << "but not here";
-    const Ref<Task> clone = tasks->GetTasksByModule("Sheets")->Item("t3");
-    EXPECT_NE(clone, tasks->Tasks->Item("t3"));
-    EXPECT_EQ(clone->References, tasks->Tasks->Item("t3")->References);
-    EXPECT_EQ(
-        written("taskPool", [&](xml::Document&, xml::Node root) { tasks->SaveToXMLNode(root); }),
-        "<taskPool><task><id>t1</id><taskName>Sum</taskName><objectiveRef>o1</objectiveRef><baseHREF></"
-        "baseHREF></task>"
-        "<task><id>t2</id><taskName></taskName><objectiveRef>o2</objectiveRef><baseHREF></baseHREF></task>"
-        "<task><id>t3</id><taskName></taskName><objectiveRef>o1</objectiveRef><baseHREF>x/</"
-        "baseHREF><referenceList><reference>"
-        "<textBookRef>B1</textBookRef><referenceText>p. "
-        "1</referenceText></reference></referenceList></task></taskPool>");
-    loadTasks("<task><id>bare</id></task>");
-    EXPECT_EQ(errorNumber([&] { tasks->GetTasksByModule("Sheets"); }), 91);
-    clone->SetObjectiveID("renamed");
-    EXPECT_EQ(objectives->ObjectiveMembers->Item("o1")->ID, "renamed");
-}
-
-TEST_F(Pools, RefuseBrokenTasks) {
-    const char* invalid =
-        "object 621|TaskPool.LoadFromXMLNode|TaskPool.LoadFromXMLNode: Invalid Objective ID";
-    EXPECT_EQ(raised([&] { loadTasks("<task><id>t4</id><objectiveRef>o9</objectiveRef></task>"); }), invalid);
-    EXPECT_EQ(raised([&] { loadTasks("<task><id>t4</id><objectiveRef/></task>"); }), invalid);
-    EXPECT_EQ(raised([&] { loadTasks("<task><id>T1</id></task>"); }),
-              "object 622|TaskPool.LoadFromXMLNode|TaskPool.LoadFromXMLNode: Duplicate task ID 'T1'");
-    EXPECT_EQ(tasks->Tasks->Count(), 2);
-    const xml::Document document =
-        parsed("<taskPool><task><objectiveRef>o1</objectiveRef></task></taskPool>");
-    EXPECT_EQ(raised([&] { New<TaskPool>()->LoadFromXMLNode(document.root(), nullptr); }), invalid);
-}
-
-TEST_F(Pools, RefuseBrokenQuestions) {
+TEST_F(QuestionPools, RefuseBrokenQuestions) {
     const std::string dot = "QuestionPool.LoadFromXMLNode|QuestionPool.LoadFromXMLNode: ";
     const struct {
         const char* inside;
@@ -142,7 +100,7 @@ TEST_F(Pools, RefuseBrokenQuestions) {
     EXPECT_EQ(questions->Questions->Count(), 1);
 }
 
-TEST_F(Pools, CutTheTextOutOfItsMarkup) {
+TEST_F(QuestionPools, CutTheTextOutOfItsMarkup) {
     const struct {
         const char* element;
         const char* text;
@@ -165,7 +123,7 @@ TEST_F(Pools, CutTheTextOutOfItsMarkup) {
     }
 }
 
-TEST_F(Pools, ReadMoreThanTheyWrite) {
+TEST_F(QuestionPools, ReadMoreThanTheyWrite) {
     load("<question><text>a <b>c</b></text><id>q</id><answers "
          "inorder='1'><answer>x</answer><answer>y</answer></answers>"
          "<alttext3>3</alttext3><vantel>v</vantel><hint>h</hint><objectiveRef>O1</objectiveRef><taskRef>T1</"
@@ -184,6 +142,7 @@ TEST_F(Pools, ReadMoreThanTheyWrite) {
     EXPECT_EQ(question.QuestionSetupParam, "1");
     EXPECT_THAT(texts(question.QuestionImages), ElementsAre("i.gif"));
     EXPECT_EQ(question.Task, tasks->Tasks->Item("t1"));
+    EXPECT_EQ(question.Module, "Sheets") << "the objective's, not the task's";
     const std::string text =
         "<questionPool><question><id>q</id><text>a &lt;b&gt;c&lt;/b&gt;</text><answers "
         "inorder=\"true\"><answer>x</answer>"
@@ -204,7 +163,7 @@ TEST_F(Pools, ReadMoreThanTheyWrite) {
     }
 }
 
-TEST_F(Pools, GroupQuestionsByModule) {
+TEST_F(QuestionPools, GroupQuestionsByModule) {
     load("<question><id>a</id><objectiveRef>o1</objectiveRef><hint>h</hint><answers><answer>x</answer></"
          "answers></question>"
          "<question><id>b</id></question><question><id>c</id><objectiveRef>o2</objectiveRef></question>"
@@ -225,7 +184,74 @@ TEST_F(Pools, GroupQuestionsByModule) {
     EXPECT_EQ(clone->Task->ID, "t9");
 }
 
-TEST_F(Pools, GrowInStepWithTheirDocument) {
+TEST_F(QuestionPools, LoadAlikeFromEveryEncoding) {
+    const auto document = [](const char* declaration, const char* euro, const char* umlaut) {
+        return std::string(declaration) + "<?a pool?>\r\n<questionPool>\r\n  <question><!-- c -->\r\n<id>q" +
+               umlaut + "</id>\t<text> Press <b>" + umlaut +
+               "</b> <?x y?>&amp;</text> <hint><![CDATA[a<b]]> &#x20AC; " + euro +
+               "</hint>\n <backgroundImageList> <image step='&#49;'>a.gif</image> </backgroundImageList>"
+               "</question>\r\n</questionPool><!-- end -->";
+    };
+    const std::string utf8 = document("", "\u20AC", "\u00FC");
+    std::string utf16 = "\xFF\xFE";
+    for (const char16_t unit :
+         toUtf16(document("<?xml version='1.0' encoding='UTF-16'?>", "\u20AC", "\u00FC"))) {
+        utf16 += static_cast<char>(unit & 0xFF);
+        utf16 += static_cast<char>(unit >> 8);
+    }
+    const struct {
+        const char* what;
+        std::string bytes;
+    } cases[] = {
+        {"UTF-8", utf8},
+        {"UTF-8 with a mark", "\xEF\xBB\xBF" + utf8},
+        {"UTF-16", utf16},
+        {"windows-1252", document("<?xml version='1.0' encoding='windows-1252'?>", "\x80", "\xFC")},
+    };
+    const TemporaryFolder folder;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        questions = New<QuestionPool>();
+        ASSERT_TRUE(questions->Load(folder.write("pool.xml", c.bytes), objectives.get(), tasks.get()));
+        const Question& question = *questions->Questions->Item("Q\u00DC");
+        EXPECT_EQ(question.Text, " Press <b>\u00FC</b><?x y?>&amp;");
+        EXPECT_EQ(question.Hint, "a<b \u20AC \u20AC");
+        EXPECT_TRUE(question.BGImages->find("1"));
+        EXPECT_TRUE(questions->Save(folder.file("saved.xml")));
+        EXPECT_EQ(folder.read("saved.xml"), saved());
+    }
+    for (const char* broken : {"", "<questionPool><question></questionPool>", "Object moved"}) {
+        EXPECT_FALSE(questions->Load(folder.write("pool.xml", broken), objectives.get(), tasks.get()))
+            << broken;
+    }
+    EXPECT_FALSE(questions->Load(folder.file("missing.xml"), objectives.get(), tasks.get()));
+    EXPECT_EQ(questions->Questions->Count(), 1) << "and keeps what it had";
+}
+
+TEST_F(QuestionPools, TakeAnAbsentCollectionForOneWithoutMembers) {
+    const TemporaryFolder folder;
+    const std::string plain = folder.write("plain.xml", "<questionPool><question/></questionPool>");
+    const std::string referring = folder.write(
+        "referring.xml", "<questionPool><question><objectiveRef>o1</objectiveRef></question></questionPool>");
+    const std::string task = folder.write(
+        "task.xml", "<questionPool><question><id>q</id><taskRef>t1</taskRef></question></questionPool>");
+    for (const Value& absent : {Value(), Value(Value::Null()), Value::nothing()}) {
+        questions = New<QuestionPool>();
+        EXPECT_TRUE(call(*questions, "Load", {plain, absent, absent}).toBoolean());
+        EXPECT_EQ(raised([&] {
+                      call(*questions, "Load", {referring, absent, tasks});
+                  }),
+                  "object 641|QuestionPool:LoadFromXMLNode|Invalid Objective ID");
+        EXPECT_EQ(raised([&] {
+                      call(*questions, "Load", {task, objectives, absent});
+                  }),
+                  "object 642|QuestionPool:LoadFromXMLNode|Invalid Task ID t1 in question ID q");
+    }
+    EXPECT_TRUE(call(*New<QuestionPool>(), "Load", {referring, objectives}).toBoolean());
+    EXPECT_EQ(errorNumber([&] { call(*questions, "Load", {plain, tasks, objectives}); }), 13) << "mixed up";
+}
+
+TEST_F(QuestionPools, GrowInStepWithTheirDocument) {
     // 10,000 questions with everything; a step that grew faster than the document would take minutes here.
     std::string members;
     for (int number = 0; number < 10000; ++number) {

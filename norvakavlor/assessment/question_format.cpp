@@ -84,11 +84,14 @@ void readList(KeyedCollection<std::string>& list, xml::Node node, const char* el
 std::string innerMarkup(xml::Node element) {
     constexpr size_t kStartTag = 6;
     constexpr size_t kEndTag = 7;
-    const std::string markup = element.markup();
+    std::string markup = element.markup();
     if (markup.size() < kStartTag + kEndTag)
         return {};
-    if (markup.ends_with("</text>"))
-        return markup.substr(kStartTag, markup.size() - kStartTag - kEndTag);
+    if (markup.ends_with("</text>")) {
+        markup.resize(markup.size() - kEndTag);
+        markup.erase(0, kStartTag);
+        return markup;
+    }
     // An element without content: what is cut off behind may be more than ASCII, so count characters.
     const std::u16string characters = toUtf16(markup);
     if (characters.size() < kStartTag + kEndTag)

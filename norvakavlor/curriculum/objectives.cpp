@@ -18,6 +18,13 @@ constexpr auto kReferenceText = always("referenceText", &Reference::RefText);
 
 constexpr DocumentWords kWords{"Objectives", "objectiveList"};
 
+void writeReference(const Reference& reference, xml::Node node) {
+    if (!reference.TextBook)
+        throw runtimeError(RuntimeError::ObjectNotSet);
+    node.append("textBookRef", reference.TextBook->ID);
+    write(kReferenceText, node, reference);
+}
+
 } // namespace
 
 bool Reference::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
@@ -38,12 +45,7 @@ bool Reference::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
     return true;
 }
 
-void Reference::SaveToXMLNode(xml::Document&, xml::Node node) const {
-    if (!TextBook)
-        throw runtimeError(RuntimeError::ObjectNotSet);
-    node.append("textBookRef", TextBook->ID);
-    write(kReferenceText, node, *this);
-}
+void Reference::SaveToXMLNode(xml::Document&, xml::Node node) const { writeReference(*this, node); }
 
 void Reference::SetTextBookID(const std::string& id) {
     if (!TextBook)
@@ -51,9 +53,12 @@ void Reference::SetTextBookID(const std::string& id) {
     TextBook->ID = id;
 }
 
-void saveReferences(const KeyedCollection<Reference>& references, xml::Document& document, xml::Node node) {
-    if (!references.empty())
-        saveMembers(references, "reference", document, node.append("referenceList"));
+void saveReferences(const KeyedCollection<Reference>& references, xml::Node node) {
+    if (references.empty())
+        return;
+    const xml::Node list = node.append("referenceList");
+    for (const Ref<Reference>& reference : references)
+        writeReference(*reference, list.append("reference"));
 }
 
 void loadReferences(KeyedCollection<Reference>& references, xml::Node node, TextBooks* textBooks) {
@@ -70,9 +75,9 @@ bool Objective::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
     return true;
 }
 
-void Objective::SaveToXMLNode(xml::Document& document, xml::Node node) const {
+void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const {
     write(kObjectiveFields, node, *this);
-    saveReferences(*References, document, node);
+    saveReferences(*References, node);
 }
 
 bool Objectives::Load(const std::string& location, TextBooks* textBooks) {

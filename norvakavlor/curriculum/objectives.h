@@ -67,7 +67,8 @@ public:
 };
 
 /// Appends "referenceList" with what it holds, unless there are no references: objectives and tasks alike.
-void saveReferences(const KeyedCollection<Reference>& references, xml::Document& document, xml::Node node);
+/// Raises 91 for a reference without a textbook.
+void saveReferences(const KeyedCollection<Reference>& references, xml::Node node);
 /// Adds the references of an element's "referenceList", if it has one.
 void loadReferences(KeyedCollection<Reference>& references, xml::Node node, TextBooks* textBooks);
 

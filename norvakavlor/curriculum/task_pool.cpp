@@ -50,8 +50,8 @@ void Task::SaveToXMLNode(xml::Node node) const {
     if (Objective)
         node.append("objectiveRef", Objective->ID);
     node.append("baseHREF", BaseHREF);
-    xml::Document unused; // the element grows in its own document
-    saveReferences(*References, unused, node);
+    if (References)
+        saveReferences(*References, node);
 }
 
 void Task::SetObjectiveID(const std::string& objectiveID) {
