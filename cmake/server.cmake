@@ -2,8 +2,12 @@
 file(GLOB server_sources CONFIGURE_DEPENDS tools/server/*.cpp)
 find_package(Threads REQUIRED)
 find_library(CPP_HTTPLIB cpp-httplib REQUIRED)
-add_executable(kavlor-server ${server_sources})
-target_link_libraries(kavlor-server PRIVATE norvakavlor ${CPP_HTTPLIB} Threads::Threads)
+# All but what carries the requests; tests link it.
+list(FILTER server_sources EXCLUDE REGEX "/(main|http_front)\\.cpp$")
+add_library(kavlor_service STATIC ${server_sources})
+target_link_libraries(kavlor_service PUBLIC norvakavlor)
+add_executable(kavlor-server tools/server/main.cpp tools/server/http_front.cpp)
+target_link_libraries(kavlor-server PRIVATE kavlor_service ${CPP_HTTPLIB} Threads::Threads)
 # Debian's library is built with these; its classes have another layout without them.
 target_compile_definitions(kavlor-server PRIVATE
     CPPHTTPLIB_OPENSSL_SUPPORT CPPHTTPLIB_ZLIB_SUPPORT CPPHTTPLIB_BROTLI_SUPPORT)

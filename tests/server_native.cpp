@@ -1,0 +1,139 @@
+#include "support/fixtures.h"
+
+#include <gmock/gmock.h>
+#include <norvakavlor/crypto/encryption.h>
+#include <tools/server/options.h>
+#include <tools/server/request_target.h>
+#include <tools/server/service.h>
+
+/// The parts of kavlor-server that take options, without a connection between.
+namespace norvakavlor::server {
+namespace {
+
+using norvakavlor::testing::TemporaryFolder;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+std::string posted(Service& service, const std::string& target, const std::string& body = {}) {
+    return service.answer({"POST", target, "text/plain", body}, "").text;
+}
+
+TEST(KavlorServerOptions, AreUnderstoodOrRefused) {
+    std::string fault;
+    const auto options = parseOptions({"docs", "--port", "8080", "--launch-key", "a", "--launch-key", "b",
+                                       "--exam-info-fields", "6", "--gradebook-reply", "no"},
+                                      fault);
+    ASSERT_TRUE(options) << fault;
+    EXPECT_EQ(options->folder, "docs");
+    EXPECT_EQ(options->address, "127.0.0.1");
+    EXPECT_EQ(options->port, 8080);
+    EXPECT_THAT(options->launchKeys, ElementsAre("a", "b"));
+
+    const std::vector<std::string> wrong[] = {
+        {},
+        {"docs", "more"},
+        {"docs", "--port"},
+        {"docs", "--port", "65536"},
+        {"docs", "--port", "80x"},
+        {"docs", "--exam-info-fields", "4"},
+        {"docs", "--refuse-saves", ""},
+        {"docs", "--gradebook-accept-from", "0"},
+        {"docs", "--unknown"},
+    };
+    for (const auto& arguments : wrong) {
+        EXPECT_FALSE(parseOptions(arguments, fault));
+        EXPECT_FALSE(fault.empty());
+    }
+    EXPECT_FALSE(parseOptions({"--help"}, fault));
+    EXPECT_TRUE(fault.empty());
+    for (const char* option :
+         {"--address", "--port", "--require-login", "--refuse-saves", "--launch-key", "--roster",
+          "--exam-info-fields", "--gradebook-reply", "--gradebook-accept-from"})
+        EXPECT_THAT(helpText(), HasSubstr(option));
+}
+
+TEST(KavlorServerOptions, ChangeWhatIsAnswered) {
+    const TemporaryFolder folder;
+    folder.write("x.xml", "<exam><source>3</source></exam>");
+    folder.write("x_kvqm_A_02.xml", "<exam pctCorrect='12.5'><title>T</title><source>3</source></exam>");
+
+    Service refusing({.folder = folder.path(), .refuseSaves = "Full", .examInfoFields = 6});
+    EXPECT_EQ(posted(refusing, "/SaveKavlorObject.asp?ObjName=Exam&FileName=x.xml", "<new/>"), "Full");
+    EXPECT_EQ(folder.read("x.xml"), "<exam><source>3</source></exam>");
+    EXPECT_EQ(posted(refusing, "/GetTitleFileNames.asp?ObjName=ExamInfo&ExamType=-1&"),
+              "T;x_kvqm_A_02.xml;2;12.5;;3;");
+
+    Service guarded({.folder = folder.path(), .requireLogin = true, .launchKeys = {"k1", "k2"}});
+    const std::string load = "/LoadKavlorObject.asp?ObjName=Exam&FileName=x.xml";
+    const std::string key = posted(guarded, "/LoginKey.asp");
+    const std::string pair = "LoginKey=" + key + "&LoginValue=" + EncryptPassword(key);
+    EXPECT_THAT(posted(guarded, load), HasSubstr("not logged in"));
+    EXPECT_THAT(posted(guarded, load + "&" + pair), HasSubstr("not logged in"));
+    EXPECT_EQ(posted(guarded, "/Login.asp?" + pair), "Validated");
+    EXPECT_THAT(posted(guarded, load + "&" + pair), HasSubstr("<exam>"));
+    EXPECT_THAT(posted(guarded, load + "&LoginKey=" + key), HasSubstr("not logged in"));
+    EXPECT_EQ(guarded.answer({"GET", "/x.xml?key=k2", "", ""}, "").status, 200);
+    EXPECT_EQ(guarded.answer({"GET", "/x.xml?key=k3", "", ""}, "").status, 403);
+    EXPECT_EQ(guarded.answer({"GET", "/x.xml", "", ""}, "").status, 403);
+}
+
+TEST(KavlorServerOptions, TheGradebookAcceptsWhenItIsToldTo) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::vector<std::string> replies;
+    } cases[] = {
+        {{}, {"success", "success"}},
+        {{"--gradebook-reply", "Success"}, {"Success", "Success", "Success"}},
+        {{"--gradebook-accept-from", "3"}, {"busy", "busy", "success", "success"}},
+        {{"--gradebook-accept-from", "2", "--gradebook-reply", "no"}, {"no", "success"}},
+    };
+    const TemporaryFolder folder;
+    for (const auto& c : cases) {
+        std::vector<std::string> arguments = {folder.path()};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        std::string fault;
+        Service service(*parseOptions(arguments, fault));
+        std::vector<std::string> replies;
+        while (replies.size() < c.replies.size())
+            replies.push_back(posted(service, "/gradebook", std::to_string(replies.size())));
+        EXPECT_EQ(replies, c.replies);
+    }
+    // A new run goes on counting where the last one stopped.
+    EXPECT_EQ(folder.read("gradebook/0011.txt"), "1");
+    EXPECT_EQ(folder.read("gradebook/0001.txt"), "0");
+}
+
+TEST(KavlorServerLog, MasksKeysAndStaysOneLine) {
+    const struct {
+        const char* target;
+        const char* shown;
+    } cases[] = {
+        {"/x.xml?key=dracoqz1", "/x.xml?key=***"},
+        {"/L.asp?ObjName=A&FileName=b&LoginKey=k&LoginValue=v",
+         "/L.asp?ObjName=A&FileName=b&LoginKey=***&LoginValue=***"},
+        {"/L.asp?a=1?KEY=2&loginkey=3", "/L.asp?a=1?KEY=***&loginkey=***"},
+        {"/x?%6Bey=1&key&monkey=2&key=", "/x?%6Bey=***&key&monkey=2&key=***"},
+        {"/\x1B[2J\xC3\xBC?a=\r\n", "/%1B[2J%C3%BC?a=%0D%0A"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(maskedTarget(c.target), c.shown);
+    EXPECT_EQ(maskedForm("&student_id=1&key=k&x=a?key=b"), "&student_id=1&key=***&x=a?key=b");
+}
+
+TEST(KavlorServerTarget, IsDecodedOnceAndAPlusStays) {
+    const RequestTarget target =
+        parseTarget("/a%20b/L.asp?ObjName=X&FileName=a+b%2520%zz%4=c&&Empty&FileName=second");
+    EXPECT_EQ(target.directory, "/a b/");
+    EXPECT_EQ(target.name, "L.asp");
+    EXPECT_EQ(target.value("FileName"), "a+b%20%zz%4=c");
+    EXPECT_EQ(target.value("Empty"), "");
+    EXPECT_EQ(target.value("filename"), "");
+    EXPECT_EQ(parseTarget("").directory, "");
+    EXPECT_EQ(percentDecoded("%"), "%");
+    EXPECT_EQ(percentDecoded("%4"), "%4");
+    EXPECT_EQ(percentDecoded("%41"), "A");
+}
+
+} // namespace
+} // namespace norvakavlor::server
