@@ -126,7 +126,8 @@ TEST(KavlorServer, ListsByTypeAndStudent) {
     EXPECT_THAT(names(New<LessonMenu>()->GetLessonMenus(folder.url())), ElementsAre("z_LM.xml"));
 
     std::vector<std::string> rows;
-    for (const Ref<ExamInfo>& row : *exam->GetExamInfo(folder.url(), "a", 2)) {
+    const auto attempts = exam->GetExamInfo(folder.url(), "a", 2);
+    for (const Ref<ExamInfo>& row : *attempts) {
         rows.push_back(row->Title + "|" + row->Filename + "|" + std::to_string(row->Attempt) + "|" +
                        std::to_string(static_cast<int>(row->PctCorrect)) + "|" + row->FirstQuestionID);
     }

@@ -30,7 +30,7 @@ using ::testing::StartsWith;
 
 constexpr auto kTransportError = static_cast<int32_t>(platform::kTransportErrorNumber);
 constexpr platform::HttpLimits kImpatient{
-    .connect = 5s, .idle = 400ms, .total = 1500ms, .maximumBytes = 1u << 20};
+    .connect = 5s, .idle = 250ms, .total = 700ms, .maximumBytes = 1u << 20};
 
 /// A validation string for one test.
 class ScopedValidation {
@@ -248,7 +248,8 @@ TEST(StoreOverHttp, TakesAListingApart) {
         SCOPED_TRACE(c.reply);
         const std::string directory = misbehaving(std::string("reply/") + c.reply);
         std::vector<std::string> rows;
-        for (const Ref<TitleFilename>& row : *listDocuments("Exam", directory, anyName)) {
+        const auto listed = listDocuments("Exam", directory, anyName);
+        for (const Ref<TitleFilename>& row : *listed) {
             rows.push_back(row->Title + "|" + row->Filename);
             EXPECT_EQ(row->Directory, directory);
         }

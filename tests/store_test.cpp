@@ -166,7 +166,8 @@ TEST(LocalStore, ListsTheDocumentsOfAKind) {
     const auto accepts = [](std::string_view name) { return name.ends_with("_kvql.xml"); };
     for (const std::string& spelled : {folder.path(), folder.path().substr(0, folder.path().size() - 1)}) {
         std::vector<std::string> rows;
-        for (const Ref<TitleFilename>& row : *listDocuments("ExamList", spelled, accepts)) {
+        const auto listed = listDocuments("ExamList", spelled, accepts);
+        for (const Ref<TitleFilename>& row : *listed) {
             rows.push_back(row->Title + "|" + row->Filename);
             EXPECT_EQ(row->Directory, folder.path());
         }

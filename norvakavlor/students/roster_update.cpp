@@ -39,9 +39,11 @@ std::string updateURL(std::string_view endpoint, const std::string& location) {
 bool Students::AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
+    // The caller's may be an item of this roster, which goes with it.
+    const Ref<Student> student = theStudent;
     int32_t errCode = 0;
     std::string errDesc;
-    if (!theStudent->Validate(courses, errCode, errDesc))
+    if (!student->Validate(courses, errCode, errDesc))
         throw objectError(errCode, kSource, errDesc);
     if (!loadForUpdate(filename, courses))
         return false;
@@ -50,15 +52,15 @@ bool Students::AddStudent(const std::string& filename, const Ref<Student>& theSt
         saveAndRelease(filename, courses);
         throw objectError(635, kSource, description);
     };
-    if (idByUserName_.contains(theStudent->UserName))
-        refuse("Duplicate Username - " + theStudent->UserName);
+    if (idByUserName_.contains(student->UserName))
+        refuse("Duplicate Username - " + student->UserName);
     // A number stays used when the insertion then fails.
-    if (theStudent->StudentID.empty())
-        theStudent->StudentID = nextStudentID();
-    if (Exists(theStudent->StudentID))
-        refuse("Duplicate User ID - " + theStudent->StudentID);
-    StudentMembers->Add(theStudent, theStudent->StudentID);
-    addToIndex(*theStudent);
+    if (student->StudentID.empty())
+        student->StudentID = nextStudentID();
+    if (Exists(student->StudentID))
+        refuse("Duplicate User ID - " + student->StudentID);
+    StudentMembers->Add(student, student->StudentID);
+    addToIndex(*student);
     saveAndRelease(filename, courses);
     return true;
 }

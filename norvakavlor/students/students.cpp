@@ -92,14 +92,16 @@ bool Students::SaveToXMLNode(xml::Node rosterNode, Courses* courses) const {
 bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
+    // The caller's may be an item of this roster, which goes with it.
+    const Ref<Student> student = theStudent;
     if (!Load(filename, courses))
         return false;
     // Each step's failure is passed over. The index is keyed by user name and not by ID, so the former user
     // name finds the student until the next load.
-    ignoringErrors([&] { StudentMembers->Remove(theStudent->StudentID); });
-    idByUserName_.erase(theStudent->StudentID);
-    ignoringErrors([&] { StudentMembers->Add(theStudent, theStudent->StudentID); });
-    ignoringErrors([&] { addToIndex(*theStudent); });
+    ignoringErrors([&] { StudentMembers->Remove(student->StudentID); });
+    idByUserName_.erase(student->StudentID);
+    ignoringErrors([&] { StudentMembers->Add(student, student->StudentID); });
+    ignoringErrors([&] { addToIndex(*student); });
     ignoringErrors([&] { Save(filename, courses); });
     return true;
 }
@@ -107,11 +109,13 @@ bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& t
 bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
+    // The caller's may be an item of this roster, which goes with it.
+    const Ref<Student> student = theStudent;
     const auto remove = [&] {
         // A student that this object does not hold is gone all the same.
-        ignoringErrors([&] { StudentMembers->Remove(theStudent->StudentID); });
-        if (!theStudent->UserName.empty())
-            idByUserName_.erase(theStudent->UserName);
+        ignoringErrors([&] { StudentMembers->Remove(student->StudentID); });
+        if (!student->UserName.empty())
+            idByUserName_.erase(student->UserName);
     };
     if (!IsURL(filename)) {
         if (!Load(filename, courses))
@@ -122,7 +126,7 @@ bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& th
     // The kind is in the singular here: the roster's document stays, one student of it goes. No extra query.
     std::string url = URLBase(filename).append(kDeleteEndpoint) +
                       "?ObjName=Student&FileName=" + URLFileName(filename) +
-                      parameterUnlessEmpty("StudentID", theStudent->StudentID);
+                      parameterUnlessEmpty("StudentID", student->StudentID);
     AppendQuery(url, LoginGlobals::GetValidationString());
     const std::string refusal = postToServer(url);
     if (!refusal.empty()) {
@@ -149,7 +153,8 @@ bool Students::Authenticate(const std::string& userName, const std::string& pass
 Ref<KeyedCollection<Student>> Students::Sort(const std::string& fieldname1, const std::string& fieldname2,
                                              const std::string& fieldname3) const {
     std::vector<Ref<Student>> students;
-    for (const Ref<Student>& student : *StudentMembers) students.push_back(student);
+    for (const Ref<Student>& student : *StudentMembers)
+        students.push_back(student);
     selectionSort(students, StudentFields::named(fieldname1, fieldname2, fieldname3));
     auto sorted = New<KeyedCollection<Student>>();
     for (const Ref<Student>& student : students)
