@@ -4,7 +4,8 @@
 #include <norvakavlor/platform/windows/automation_text.h>
 #include <norvakavlor/platform/windows/com_apartment.h>
 #include <norvakavlor/platform/windows/com_pointer.h>
-#include <norvakavlor/platform/windows/markup_bounds.h>
+#include <norvakavlor/platform/windows/markup.h>
+#include <norvakavlor/platform/windows/plain_markup.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/prolog.h>
 #include <string>
@@ -17,6 +18,10 @@ namespace norvakavlor::platform {
 namespace {
 
 using Node = ComPointer<IXMLDOMNode>;
+
+// The cross compiler's libraries lack both.
+constexpr CLSID kDomDocument = {0xF5078F32, 0xC551, 0x11D3, {0x89, 0xB9, 0x00, 0x00, 0xF8, 0x1F, 0xE2, 0x21}};
+constexpr IID kIDomDocument2 = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 
 /// The value of a text, an attribute and the like, as it stands.
 std::string valueOf(IXMLDOMNode& node) {
@@ -41,66 +46,84 @@ DOMNodeType kindOf(IXMLDOMNode& node) {
     return kind;
 }
 
-bool feedAttributes(IXMLDOMNode& element, xml::TreeBuilder& builder) {
-    ComPointer<IXMLDOMNamedNodeMap> attributes;
-    long count = 0;
-    if (element.get_attributes(attributes.receive()) != S_OK || FAILED(attributes->get_length(&count)))
-        return true;
-    for (long i = 0; i < count; ++i) {
-        Node attribute;
-        if (attributes->get_item(i, attribute.receive()) == S_OK &&
-            !builder.attribute(nameOf(*attribute.get()), valueOf(*attribute.get())))
-            return false;
-    }
-    return true;
-}
+/// Hands a parsed document over to a builder, in the words of the document itself.
+class Walk {
+public:
+    Walk(const PlainMarkup& markup, xml::TreeBuilder& builder) : markup_(markup), builder_(builder) {}
 
-/// Hands one node over; of an element its start tag.
-bool feedNode(IXMLDOMNode& node, xml::TreeBuilder& builder) {
-    switch (kindOf(node)) {
-    case NODE_ELEMENT:
-        return builder.startElement(nameOf(node)) && feedAttributes(node, builder);
-    case NODE_TEXT:
-        return builder.text(valueOf(node));
-    case NODE_CDATA_SECTION:
-        return builder.cdata(valueOf(node));
-    case NODE_COMMENT:
-        return builder.comment(valueOf(node));
-    case NODE_PROCESSING_INSTRUCTION: {
-        // The declaration passes for an instruction there, and is none.
-        const std::string target = nameOf(node);
-        return target == "xml" || builder.instruction(target, valueOf(node));
-    }
-    default:
-        return true;
-    }
-}
-
-/// Walks everything inside a document, in its order, without a call for each level.
-bool feedInside(IXMLDOMNode& document, xml::TreeBuilder& builder) {
-    std::vector<Node> open; // the elements around the current node
-    Node current;
-    document.get_firstChild(current.receive());
-    while (current) {
-        if (!feedNode(*current.get(), builder))
-            return false;
-        Node next;
-        if (kindOf(*current.get()) == NODE_ELEMENT) {
-            current->get_firstChild(next.receive());
-            open.push_back(std::move(current));
-        } else {
-            current->get_nextSibling(next.receive());
-        }
-        while (!next && !open.empty()) {
-            if (!builder.endElement())
+    /// Everything inside, in its order, without a call for each level. False when the builder refuses.
+    bool feedInside(IXMLDOMNode& document) {
+        std::vector<Node> open; // the elements around the current node
+        Node current;
+        document.get_firstChild(current.receive());
+        while (current) {
+            const DOMNodeType kind = kindOf(*current.get());
+            if (!feedNode(*current.get(), kind))
                 return false;
-            open.back()->get_nextSibling(next.receive());
-            open.pop_back();
+            Node next;
+            if (kind == NODE_ELEMENT) {
+                current->get_firstChild(next.receive());
+                open.push_back(std::move(current));
+            } else {
+                current->get_nextSibling(next.receive());
+            }
+            while (!next && !open.empty()) {
+                if (!builder_.endElement())
+                    return false;
+                open.back()->get_nextSibling(next.receive());
+                open.pop_back();
+            }
+            current = std::move(next);
         }
-        current = std::move(next);
+        return true;
     }
-    return true;
-}
+
+private:
+    std::string originalNameOf(IXMLDOMNode& node) const { return markup_.originalName(nameOf(node)); }
+
+    /// Of an element its start tag.
+    bool feedNode(IXMLDOMNode& node, DOMNodeType kind) {
+        switch (kind) {
+        case NODE_ELEMENT:
+            return builder_.startElement(originalNameOf(node)) && feedAttributes(node);
+        case NODE_TEXT:
+            return builder_.text(valueOf(node));
+        case NODE_CDATA_SECTION:
+            return builder_.cdata(valueOf(node));
+        case NODE_COMMENT:
+            return builder_.comment(valueOf(node));
+        case NODE_PROCESSING_INSTRUCTION:
+            return feedInstruction(node);
+        default:
+            return true;
+        }
+    }
+
+    bool feedInstruction(IXMLDOMNode& node) {
+        const std::string target = nameOf(node);
+        if (markup_.isEmptyCData(target))
+            return builder_.cdata({});
+        // The declaration passes for an instruction there, and is none.
+        return target == "xml" || builder_.instruction(markup_.originalName(target), valueOf(node));
+    }
+
+    bool feedAttributes(IXMLDOMNode& element) {
+        ComPointer<IXMLDOMNamedNodeMap> attributes;
+        long count = 0;
+        if (element.get_attributes(attributes.receive()) != S_OK || FAILED(attributes->get_length(&count)))
+            return true;
+        for (long i = 0; i < count; ++i) {
+            Node attribute;
+            if (attributes->get_item(i, attribute.receive()) == S_OK &&
+                !builder_.attribute(originalNameOf(*attribute.get()), valueOf(*attribute.get())))
+                return false;
+        }
+        return true;
+    }
+
+    const PlainMarkup& markup_;
+    xml::TreeBuilder& builder_;
+};
 
 void setProperty(IXMLDOMDocument2& document, const char* name, VARIANT value) {
     const AutomationText property(name);
@@ -110,8 +133,8 @@ void setProperty(IXMLDOMDocument2& document, const char* name, VARIANT value) {
 
 ComPointer<IXMLDOMDocument2> newDocument() {
     ComPointer<IXMLDOMDocument2> document;
-    if (FAILED(::CoCreateInstance(__uuidof(DOMDocument30), nullptr, CLSCTX_INPROC_SERVER,
-                                  __uuidof(IXMLDOMDocument2), reinterpret_cast<void**>(document.receive()))))
+    if (FAILED(::CoCreateInstance(kDomDocument, nullptr, CLSCTX_INPROC_SERVER, kIDomDocument2,
+                                  reinterpret_cast<void**>(document.receive()))))
         return {};
     document->put_async(VARIANT_FALSE);
     document->put_validateOnParse(VARIANT_FALSE);
@@ -186,13 +209,15 @@ bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& er
         error = {1, 1, "The system's XML parser is not to be had."};
         return false;
     }
-    const AutomationText text(withoutEncoding(utf8));
+    const PlainMarkup markup(withoutEncoding(utf8));
+    const AutomationText text(markup.text());
     VARIANT_BOOL parsed = VARIANT_FALSE;
     if (document->loadXML(text.get(), &parsed) != S_OK || parsed != VARIANT_TRUE) {
         error = errorOf(*document.get());
+        error.reason = markup.originalName(error.reason);
         return false;
     }
-    return feedInside(*document.get(), builder);
+    return Walk(markup, builder).feedInside(*document.get());
 }
 
 } // namespace norvakavlor::platform
