@@ -96,6 +96,12 @@ TEST(LateBound, GivesResultsByReference) {
     EXPECT_EQ(results[2].toText(), "result");
     EXPECT_EQ(results[3].toDouble(), 2.5);
 
+    // Whatever the caller's variables hold: they only take results.
+    std::vector<Value> odd{"no number", Value::Null(), Value::nothing(), probe->Books};
+    call(*probe, "Results", odd);
+    EXPECT_EQ(odd[0].toInt16(), 7);
+    EXPECT_EQ(odd[2].toText(), "result");
+
     std::vector<Value> partly{"old", "stays"};
     call(*probe, "Partly", partly);
     EXPECT_EQ(partly[0].toText(), "set");

@@ -362,7 +362,7 @@ private:
     static Value callWith(const Function& function, Object& object, Arguments& arguments,
                           std::index_sequence<kIndexes...>) {
         std::tuple<typename detail::ParameterTraits<Parameters>::Held...> held{
-            detail::ParameterTraits<Parameters>::take(arguments[kIndexes])...};
+            takeArgument<Parameters>(arguments[kIndexes])...};
         const auto invoke = [&]() -> decltype(auto) {
             return std::invoke(function, static_cast<T&>(object),
                                detail::ParameterTraits<Parameters>::give(std::get<kIndexes>(held))...);
@@ -382,13 +382,27 @@ private:
         }
     }
 
+    /// What stands in a variable that only takes a result need not fit the result's type.
+    template <class Parameter>
+    static typename detail::ParameterTraits<Parameter>::Held takeArgument(const Value& argument) {
+        using Held = typename detail::ParameterTraits<Parameter>::Held;
+        if constexpr (detail::kIsResultReference<Parameter> &&
+                      std::is_same_v<std::remove_reference_t<Parameter>, Held>) {
+            Held held{};
+            ignoringErrors([&] { held = detail::ParameterTraits<Parameter>::take(argument); });
+            return held;
+        } else {
+            return detail::ParameterTraits<Parameter>::take(argument);
+        }
+    }
+
     template <class Parameter, class Held>
     static void writeResult([[maybe_unused]] Value& argument, [[maybe_unused]] Held& held) {
         if constexpr (std::is_same_v<Parameter, Value&>) {
             argument = held;
         } else if constexpr (detail::kIsResultReference<Parameter> && std::is_constructible_v<Value, Held>) {
             // A result that the call did not set leaves the caller's variable as it is, Empty included.
-            if (!(detail::ParameterTraits<Parameter>::take(argument) == held))
+            if (!(takeArgument<Parameter>(argument) == held))
                 argument = Value(held);
         }
     }

@@ -33,6 +33,8 @@ const char* usualText(RuntimeError error) {
         return "Division by zero";
     case RuntimeError::TypeMismatch:
         return "Type mismatch";
+    case RuntimeError::InternalError:
+        return "Internal error";
     case RuntimeError::FileNotFound:
         return "File not found";
     case RuntimeError::DeviceError:

@@ -30,6 +30,7 @@ enum class RuntimeError : int32_t {
     SubscriptOutOfRange = 9,
     DivisionByZero = 11,
     TypeMismatch = 13,
+    InternalError = 51, ///< a fault of the library itself
     FileNotFound = 53,
     DeviceError = 57, ///< reading or writing failed for another reason
     DiskFull = 61,

@@ -5,6 +5,7 @@
 #include <norvakavlor/platform/windows/com_apartment.h>
 #include <norvakavlor/platform/windows/com_pointer.h>
 #include <norvakavlor/platform/windows/markup.h>
+#include <norvakavlor/platform/windows/msxml_ids.h>
 #include <norvakavlor/platform/windows/plain_markup.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/prolog.h>
@@ -12,7 +13,6 @@
 #include <utility>
 #include <vector>
 
-#include <msxml2.h>
 
 namespace norvakavlor::platform {
 namespace {

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <norvakavlor/runtime/value.h>
+#include <oaidl.h>
+#include <vector>
+
+/// Arrays as Automation clients pass them: one dimension, elements of any type that a value can hold.
+namespace norvakavlor {
+
+/// A copy of the array in a variant (its own or by reference). One that was never dimensioned is empty.
+/// Raises 13 for more than one dimension.
+std::shared_ptr<Array> toArray(const VARIANT& variant);
+
+/// A new array of variants; the caller owns it.
+SAFEARRAY* toSafeArray(const Array& array);
+
+/// A caller's array and its copy during a call, so that elements which the call replaced are replaced in the
+/// caller's array too. Those that were left alone keep their type there.
+class LentArray {
+public:
+    /// `variant` outlives this.
+    LentArray(const VARIANT& variant, std::shared_ptr<Array> copy);
+
+    void giveBack() const;
+
+private:
+    const VARIANT& variant_;
+    std::shared_ptr<Array> copy_;
+    std::vector<Value> before_;
+};
+
+} // namespace norvakavlor

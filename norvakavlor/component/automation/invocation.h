@@ -1,0 +1,16 @@
+#pragma once
+
+#include <norvakavlor/runtime/class_info.h>
+#include <oaidl.h>
+
+/// One call of a member with a client's arguments. Results by reference and arrays that the call changed are
+/// given back to the client's variables; what it wrote to a script's XML node is put there, also when it
+/// raised. Raises what the call raises, and what late_bound.h names for arguments that do not fit.
+namespace norvakavlor {
+
+Value invokeCall(Object& object, const Member& member, const DISPPARAMS& arguments);
+
+/// Sets a property; the value is the argument of DISPID_PROPERTYPUT, or the last one.
+void invokePut(Object& object, const Member& member, const DISPPARAMS& arguments);
+
+} // namespace norvakavlor

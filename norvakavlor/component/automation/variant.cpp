@@ -1,0 +1,310 @@
+#include <norvakavlor/component/automation/variant.h>
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <norvakavlor/component/automation/arrays.h>
+#include <norvakavlor/component/automation/object_wrapper.h>
+#include <norvakavlor/platform/windows/foreign_object.h>
+#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/runtime/error.h>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+namespace norvakavlor {
+namespace {
+
+constexpr LCID kUnitedStates = 0x0409; // conversions never depend on the user's settings
+
+[[noreturn]] void mismatch() { throw runtimeError(RuntimeError::TypeMismatch); }
+
+/// Whole numbers beyond 32 bits travel as doubles.
+Value wholeNumber(int64_t number) {
+    if (number < std::numeric_limits<int32_t>::min() || number > std::numeric_limits<int32_t>::max())
+        return static_cast<double>(number);
+    return static_cast<int32_t>(number);
+}
+
+Value objectValue(IUnknown* object) {
+    if (!object)
+        return Value::nothing();
+    if (const Ref<Object> own = ownObject(*object))
+        return own;
+    return New<ForeignObject>(object);
+}
+
+/// A copy without references, with the platform's conversions for types that values do not have.
+Value converted(const VARIANT& variant, VARTYPE type) {
+    OwnedVariant result;
+    VARIANT source = variant;
+    if (FAILED(::VariantChangeTypeEx(result.get(), &source, kUnitedStates, 0, type)))
+        mismatch();
+    return toValue(*result.get());
+}
+
+/// The variant that stands for a reference to a plain variable.
+VARIANT dereferenced(const VARIANT& variant) {
+    VARIANT copy;
+    ::VariantInit(&copy);
+    copy.vt = variant.vt & static_cast<VARTYPE>(~VT_BYREF);
+    if (!variant.byref)
+        mismatch();
+    switch (copy.vt) {
+    case VT_I1:
+    case VT_UI1:
+        copy.bVal = *variant.pbVal;
+        break;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+        copy.iVal = *variant.piVal;
+        break;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+    case VT_ERROR:
+        copy.lVal = *variant.plVal;
+        break;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+        std::memcpy(&copy.llVal, variant.byref, sizeof copy.llVal);
+        break;
+    case VT_BSTR:
+        copy.bstrVal = *variant.pbstrVal;
+        break;
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        copy.punkVal = *variant.ppunkVal;
+        break;
+    case VT_DECIMAL:
+        copy.decVal = *variant.pdecVal;
+        copy.vt = VT_DECIMAL;
+        break;
+    default:
+        mismatch();
+    }
+    return copy;
+}
+
+} // namespace
+
+OwnedVariant& OwnedVariant::operator=(OwnedVariant other) noexcept {
+    std::swap(variant_, other.variant_);
+    return *this;
+}
+
+VARIANT OwnedVariant::detach() noexcept {
+    const VARIANT content = variant_;
+    ::VariantInit(&variant_);
+    return content;
+}
+
+const VARIANT& referred(const VARIANT& variant) {
+    const VARIANT* current = &variant;
+    // A script's variable may refer to another one; a circle of them would be a fault of the client.
+    for (int step = 0; current->vt == (VT_BYREF | VT_VARIANT); ++step) {
+        if (!current->pvarVal || step == 8)
+            mismatch();
+        current = current->pvarVal;
+    }
+    return *current;
+}
+
+Value toValue(const VARIANT& argument) {
+    const VARIANT& variant = referred(argument);
+    if (variant.vt & VT_ARRAY)
+        return toArray(variant);
+    if (variant.vt & VT_BYREF)
+        return toValue(dereferenced(variant));
+    switch (variant.vt) {
+    case VT_EMPTY:
+        return {};
+    case VT_NULL:
+        return Value::Null();
+    case VT_ERROR:
+        if (variant.scode != DISP_E_PARAMNOTFOUND)
+            mismatch();
+        return {};
+    case VT_BOOL:
+        return variant.boolVal != VARIANT_FALSE;
+    case VT_I1:
+        return static_cast<int16_t>(static_cast<int8_t>(variant.cVal));
+    case VT_UI1:
+        return static_cast<int16_t>(variant.bVal);
+    case VT_I2:
+        return static_cast<int16_t>(variant.iVal);
+    case VT_UI2:
+        return static_cast<int32_t>(variant.uiVal);
+    case VT_I4:
+    case VT_INT:
+        return static_cast<int32_t>(variant.lVal);
+    case VT_UI4:
+    case VT_UINT:
+        return wholeNumber(variant.ulVal);
+    case VT_I8:
+        return wholeNumber(variant.llVal);
+    case VT_R4:
+        return static_cast<double>(variant.fltVal);
+    case VT_R8:
+        return variant.dblVal;
+    case VT_DATE:
+        return Date{variant.date};
+    case VT_UI8:
+    case VT_CY:
+    case VT_DECIMAL:
+        return converted(variant, VT_R8);
+    case VT_BSTR:
+        return platform::fromWide({variant.bstrVal, ::SysStringLen(variant.bstrVal)});
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return objectValue(variant.punkVal);
+    default:
+        mismatch();
+    }
+}
+
+namespace {
+
+/// What each kind of value becomes; the variant takes over what it is given.
+struct VariantFiller {
+    VARIANT& variant;
+
+    void operator()(std::monostate) const {}
+    void operator()(Value::Null) const { variant.vt = VT_NULL; }
+    void operator()(bool value) const {
+        variant.vt = VT_BOOL;
+        variant.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+    }
+    void operator()(int16_t value) const {
+        variant.vt = VT_I2;
+        variant.iVal = value;
+    }
+    void operator()(int32_t value) const {
+        variant.vt = VT_I4;
+        variant.lVal = value;
+    }
+    void operator()(double value) const {
+        variant.vt = VT_R8;
+        variant.dblVal = value;
+    }
+    void operator()(Date value) const {
+        variant.vt = VT_DATE;
+        variant.date = value.days;
+    }
+    void operator()(const std::string& value) const {
+        const std::wstring text = platform::toWide(value);
+        variant.bstrVal = ::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+        if (!variant.bstrVal)
+            throw std::bad_alloc();
+        variant.vt = VT_BSTR;
+    }
+    void operator()(const Ref<Object>& object) const {
+        if (const auto* foreign = dynamic_cast<const ForeignObject*>(object.get())) {
+            ComPointer<IDispatch> dispatch = foreign->object.as<IDispatch>();
+            variant.vt = dispatch ? VT_DISPATCH : VT_UNKNOWN;
+            variant.punkVal = dispatch ? dispatch.detach() : ComPointer<IUnknown>(foreign->object).detach();
+            return;
+        }
+        variant.pdispVal = object ? wrapperOf(object).detach() : nullptr;
+        variant.vt = VT_DISPATCH;
+    }
+    void operator()(const std::shared_ptr<Array>& array) const {
+        variant.parray = toSafeArray(array ? *array : Array());
+        variant.vt = VT_ARRAY | VT_VARIANT;
+    }
+};
+
+/// Stores a plain value into a variable of its type; the variable owns texts and objects.
+void storePlain(VARIANT& reference, VARIANT value) {
+    switch (value.vt) {
+    case VT_I1:
+    case VT_UI1:
+        *reference.pbVal = value.bVal;
+        break;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+        *reference.piVal = value.iVal;
+        break;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+        *reference.plVal = value.lVal;
+        break;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+        std::memcpy(reference.byref, &value.llVal, sizeof value.llVal);
+        break;
+    case VT_BSTR:
+        ::SysFreeString(std::exchange(*reference.pbstrVal, value.bstrVal));
+        break;
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        if (IUnknown* former = std::exchange(*reference.ppunkVal, value.punkVal))
+            former->Release();
+        break;
+    case VT_DECIMAL:
+        value.decVal.wReserved = 0;
+        *reference.pdecVal = value.decVal;
+        break;
+    default:
+        ::VariantClear(&value);
+        mismatch();
+    }
+}
+
+} // namespace
+
+OwnedVariant toVariant(const Value& value) {
+    OwnedVariant variant;
+    std::visit(VariantFiller{*variant.get()}, value.storage());
+    return variant;
+}
+
+void assignTo(VARIANT& argument, const Value& value) {
+    auto& target = const_cast<VARIANT&>(referred(argument));
+    if (&target != &argument && !(target.vt & VT_BYREF)) {
+        OwnedVariant result = toVariant(value);
+        ::VariantClear(&target);
+        target = result.detach();
+        return;
+    }
+    if (!(target.vt & VT_BYREF))
+        return;
+    const auto type = target.vt & static_cast<VARTYPE>(~VT_BYREF);
+    if (!target.byref || (type & VT_ARRAY))
+        mismatch();
+    OwnedVariant result = toVariant(value);
+    const HRESULT outcome =
+        ::VariantChangeTypeEx(result.get(), result.get(), kUnitedStates, 0, static_cast<VARTYPE>(type));
+    if (outcome == DISP_E_OVERFLOW)
+        throw runtimeError(RuntimeError::Overflow);
+    if (FAILED(outcome))
+        mismatch();
+    storePlain(target, result.detach());
+}
+
+Value defaultValueOf(IUnknown& object) {
+    const ComPointer<IDispatch> dispatch = ComPointer<IUnknown>(&object).as<IDispatch>();
+    DISPPARAMS none{};
+    OwnedVariant result;
+    if (!dispatch ||
+        FAILED(dispatch->Invoke(DISPID_VALUE, IID_NULL, kUnitedStates, DISPATCH_PROPERTYGET | DISPATCH_METHOD,
+                                &none, result.get(), nullptr, nullptr)))
+        mismatch();
+    return toValue(*result.get());
+}
+
+} // namespace norvakavlor

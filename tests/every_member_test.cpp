@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+#include <memory>
+#include <norvakavlor/component/class_list.h>
+#include <norvakavlor/component/late_bound.h>
+#include <norvakavlor/runtime/dictionary.h>
+#include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/xml/node_object.h>
+#include <set>
+#include <string>
+#include <tests/support/fixtures.h>
+#include <vector>
+
+// Walks the tables: what holds for every class and every member, whatever it does.
+namespace norvakavlor {
+namespace {
+
+using testing::errorNumber;
+
+/// Members may leave a validation string behind, which is the thread's.
+struct NoValidationString {
+    ~NoValidationString() { LoginGlobals::StoreValidationString(""); }
+};
+
+std::vector<Ref<Object>> oneOfEachClass() {
+    std::vector<Ref<Object>> objects;
+    for (const ClassTable table : creatableClasses())
+        objects.push_back(table().create());
+    objects.push_back(New<Dictionary>());
+    objects.push_back(New<KeyedCollection<std::string>>());
+    return objects;
+}
+
+/// An argument that a client might pass: `turn` chooses among good ones and odd ones.
+class Arguments {
+public:
+    static constexpr int kTurns = 5;
+
+    explicit Arguments(int turn) : turn_(turn) {}
+
+    Value of(const Type& type) const {
+        switch (turn_) {
+        case 1:
+            return {};
+        case 2:
+            return Value::Null();
+        case 3:
+            return Value::nothing();
+        case 4:
+            return "no \xC3\xBC\xFF number";
+        default:
+            return fitting(type);
+        }
+    }
+
+private:
+    Value fitting(const Type& type) const {
+        switch (type.kind) {
+        case Type::Kind::Text:
+            return folder_.file("document.xml");
+        case Type::Kind::Boolean:
+            return true;
+        case Type::Kind::Int16:
+        case Type::Kind::Int32:
+            return int32_t(1);
+        case Type::Kind::Double:
+            return 2.5;
+        case Type::Kind::Date:
+            return Date{38060.75};
+        case Type::Kind::Object:
+            return type.objectClass && type.objectClass().create ? Value(type.objectClass().create())
+                                                                 : Value::nothing();
+        case Type::Kind::Node:
+        case Type::Kind::Document:
+            return node();
+        case Type::Kind::Array:
+            return std::make_shared<Array>(Array{0, {"a", Value(), Value::nothing()}});
+        case Type::Kind::Any:
+        case Type::Kind::None:
+            break;
+        }
+        return "1";
+    }
+
+    static Value node() {
+        auto document = std::make_shared<xml::Document>(testing::parsed(
+            "<list a=\"1\"><id>1</id>text<!-- remark --><member id=\"2\"><id>2</id><name/></member></list>"));
+        const xml::Node root = document->root();
+        return New<NodeObject>(std::move(document), root);
+    }
+
+    const int turn_;
+    const testing::TemporaryFolder folder_;
+};
+
+TEST(EveryClass, IsCreatedByItsNameAndNamedOnce) {
+    EXPECT_EQ(creatableClasses().size(), 36u);
+    std::set<std::string> names;
+    for (const ClassTable table : creatableClasses()) {
+        const Ref<Object> made = CreateObject("NorvaKavlor." + table().name);
+        EXPECT_EQ(&made->dynamicClass(), &table());
+        EXPECT_TRUE(names.insert(upperCase(table().name)).second) << table().name;
+    }
+}
+
+TEST(EveryMember, ReturnsOrRaises) {
+    const testing::RecordedMessages messages;
+    const NoValidationString afterwards;
+    for (int turn = 0; turn < Arguments::kTurns; ++turn) {
+        const Arguments arguments(turn);
+        for (const Ref<Object>& object : oneOfEachClass()) {
+            for (const Member& member : object->dynamicClass().members()) {
+                SCOPED_TRACE(object->dynamicClass().name + "." + member.name + ", turn " +
+                             std::to_string(turn));
+                std::vector<Value> values;
+                for (const Parameter& parameter : member.parameters)
+                    values.push_back(arguments.of(parameter.type));
+                // Anything but an Error that comes out of a member fails the test here.
+                errorNumber([&] { call(*object, member.name, values); });
+            }
+        }
+    }
+}
+
+TEST(EveryProperty, GivesBackWhatWasPutOrIsReadOnly) {
+    const NoValidationString afterwards;
+    const Arguments arguments(0);
+    for (const Ref<Object>& object : oneOfEachClass()) {
+        for (const Member& member : object->dynamicClass().members()) {
+            SCOPED_TRACE(object->dynamicClass().name + "." + member.name);
+            const Value value = arguments.of(member.type);
+            if (!member.put) {
+                EXPECT_EQ(errorNumber([&] { put(*object, member.name, value); }), 438);
+            } else if (member.get && member.parameters.empty()) {
+                put(*object, member.name, value);
+                const Value read = get(*object, member.name);
+                if (value.isObject()) {
+                    EXPECT_TRUE(read.toObject() == value.toObject());
+                } else {
+                    EXPECT_EQ(read.toText(), value.toText());
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace norvakavlor
