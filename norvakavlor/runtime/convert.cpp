@@ -112,7 +112,7 @@ private:
             return true;
         rest_.remove_prefix(1);
         if (!take('+') && take('-'))
-            exponent_ = "-";
+            exponent_ += '-';
         const size_t signLength = exponent_.size();
         for (; !rest_.empty() && isDigit(rest_.front()); rest_.remove_prefix(1))
             exponent_ += rest_.front();
