@@ -126,12 +126,12 @@ TEST_F(SampleCurriculum, HasLessonsOfKnownTasks) {
 
 TEST_F(SampleCurriculum, HasLaunchesAndRecordsOfKnownStudents) {
     auto exam = New<GradiumExam>();
-    ASSERT_TRUE(exam->Load(kExamples + "gradebook/exam_launch.xml", questions.get(), "none"));
+    ASSERT_TRUE(exam->Load(kExamples + "launches/exam_launch.xml", questions.get(), "none"));
     expectKnownQuestions(*exam->theExam());
     EXPECT_TRUE(students->Exists(exam->StudentID));
 
     auto lesson = New<GradiumLesson>();
-    ASSERT_TRUE(lesson->Load(kExamples + "gradebook/lesson_launch.xml", tasks.get(), "none"));
+    ASSERT_TRUE(lesson->Load(kExamples + "launches/lesson_launch.xml", tasks.get(), "none"));
     EXPECT_GT(lesson->theLesson()->Tasks->Count(), 0);
 
     auto results = New<LiveExResults>();

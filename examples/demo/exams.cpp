@@ -4,6 +4,7 @@
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_files.h>
 #include <norvakavlor/assessment/exam_list.h>
+#include <norvakavlor/students/students.h>
 
 using namespace norvakavlor;
 
@@ -31,12 +32,18 @@ void demo::exams(const Places& places) {
         require(exam->Save(directory + attempt, false), "storing the attempt");
         say("  attempt stored: " + directory + attempt);
 
+        // A server adds up the class of the roster that lies beside its exams.
+        const std::string roster = directory + "students.xml";
+        auto students = New<Students>();
+        require(students->Load(base + "curriculum/students.xml", pools.courses.get()) &&
+                    students->Save(roster, pools.courses.get()),
+                "laying the roster beside the exams");
         auto summary = New<Exam>();
         require(summary->Load(directory + "sheets_kvqm.xml", nullptr), "loading the exam of the summary");
         auto total = New<Exam>();
         total->ExamFileName = summary->ExamFileName;
-        require(total->LoadExamSummary(base + "curriculum/students.xml", pools.questions.get(),
-                                       pools.courses.get(), directory + "sheets_kvqm.xml", 1, "1", ""),
+        require(total->LoadExamSummary(roster, pools.questions.get(), pools.courses.get(),
+                                       directory + "sheets_kvqm.xml", 1, "1", ""),
                 "adding up the class");
         std::string line;
         for (const Ref<Question>& question : *total->Questions) {

@@ -1,5 +1,5 @@
 Sub Show_exams
-    Dim base, directory, exam, question, number, attempt, total, line, authored, attempts, begun, list
+    Dim base, directory, exam, question, number, attempt, total, line, authored, attempts, begun, list, students
     Say "Exams"
     LoadPools folder & "curriculum/"
     For Each base In Array(folder, server)
@@ -23,9 +23,13 @@ Sub Show_exams
         Require exam.Save(directory & attempt, False), "storing the attempt"
         Say "  attempt stored: " & directory & attempt
 
+        ' A server adds up the class of the roster that lies beside its exams.
+        Set students = CreateObject("NorvaKavlor.Students")
+        Require students.Load(base & "curriculum/students.xml", courses), "loading the roster"
+        Require students.Save(directory & "students.xml", courses), "laying the roster beside the exams"
         Set total = CreateObject("NorvaKavlor.Exam")
         total.ExamFileName = "sheets_kvqm.xml"
-        Require total.LoadExamSummary(base & "curriculum/students.xml", questions, courses, _
+        Require total.LoadExamSummary(directory & "students.xml", questions, courses, _
             directory & "sheets_kvqm.xml", 1, "1", ""), "adding up the class"
         line = ""
         For Each question In total.Questions

@@ -13,7 +13,7 @@ namespace {
 /// An exam from its launch to the accepted result, with an outage on the way.
 void exam(const demo::Places& places, const demo::Pools& pools) {
     auto launched = New<GradiumExam>();
-    demo::require(launched->Load(places.web("gradebook/exam_launch.xml"), pools.questions.get(), "none"),
+    demo::require(launched->Load(places.web("launches/exam_launch.xml"), pools.questions.get(), "none"),
                   "loading the launch document");
     demo::say("  launched for " + launched->StudentFirstName + " " + launched->StudentLastName + ": " +
               launched->theExam()->Title);
@@ -30,7 +30,7 @@ void exam(const demo::Places& places, const demo::Pools& pools) {
     launched->SubmitHost = "http://127.0.0.1:9/gradebook";
     demo::require(!launched->Save("", true), "noticing the outage");
     launched->SubmitHost = host;
-    const std::string record = places.local("gradebook/exam_record.xml");
+    const std::string record = places.local("launches/exam_record.xml");
     demo::require(launched->Save(record, true), "keeping the record");
     auto later = New<GradiumExam>();
     demo::require(later->Load(record, pools.questions.get(), "none"), "loading the record");
@@ -41,15 +41,15 @@ void exam(const demo::Places& places, const demo::Pools& pools) {
 /// A lesson likewise. Its record does not bring the lesson back, so the lesson is kept beside it.
 void lesson(const demo::Places& places, const demo::Pools& pools) {
     auto launched = New<GradiumLesson>();
-    demo::require(launched->Load(places.web("gradebook/lesson_launch.xml"), pools.tasks.get(), "none"),
+    demo::require(launched->Load(places.web("launches/lesson_launch.xml"), pools.tasks.get(), "none"),
                   "loading the launch document");
     launched->theLesson()->Tasks->Item(1)->CompletionDate = toDate("11/10/2026 9:30:00 AM");
     const std::string host = launched->SubmitHost;
     launched->SubmitHost = "http://127.0.0.1:9/gradebook";
     demo::require(!launched->Save("", true), "noticing the outage");
     launched->SubmitHost = host;
-    const std::string record = places.local("gradebook/lesson_record.xml");
-    const std::string beside = places.local("gradebook/lesson_of_record.xml");
+    const std::string record = places.local("launches/lesson_record.xml");
+    const std::string beside = places.local("launches/lesson_of_record.xml");
     demo::require(launched->Save(record, true) && launched->theLesson()->Save(beside, false), "keeping both");
 
     auto later = New<GradiumLesson>();

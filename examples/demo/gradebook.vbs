@@ -2,7 +2,7 @@
 Sub SubmitExam
     Dim launched, question, host, record, later
     Set launched = CreateObject("NorvaKavlor.GradiumExam")
-    Require launched.Load(server & "gradebook/exam_launch.xml", questions, "none"), "loading the launch document"
+    Require launched.Load(server & "launches/exam_launch.xml", questions, "none"), "loading the launch document"
     Say "  launched for " & launched.StudentFirstName & " " & launched.StudentLastName & ": " & launched.theExam.Title
     launched.theExam.RandomizeQuestions
     For Each question In launched.theExam.Questions
@@ -16,7 +16,7 @@ Sub SubmitExam
     launched.SubmitHost = "http://127.0.0.1:9/gradebook"
     Require Not launched.Save("", True), "noticing the outage"
     launched.SubmitHost = host
-    record = folder & "gradebook/exam_record.xml"
+    record = folder & "launches/exam_record.xml"
     Require launched.Save(record, True), "keeping the record"
     Set later = CreateObject("NorvaKavlor.GradiumExam")
     Require later.Load(record, questions, "none"), "loading the record"
@@ -28,15 +28,15 @@ End Sub
 Sub SubmitLesson
     Dim launched, task, host, record, beside, later, kept
     Set launched = CreateObject("NorvaKavlor.GradiumLesson")
-    Require launched.Load(server & "gradebook/lesson_launch.xml", tasks, "none"), "loading the launch document"
+    Require launched.Load(server & "launches/lesson_launch.xml", tasks, "none"), "loading the launch document"
     Set task = launched.theLesson.Tasks(1)
     task.CompletionDate = DateSerial(2026, 11, 10) + TimeSerial(9, 30, 0)
     host = launched.SubmitHost
     launched.SubmitHost = "http://127.0.0.1:9/gradebook"
     Require Not launched.Save("", True), "noticing the outage"
     launched.SubmitHost = host
-    record = folder & "gradebook/lesson_record.xml"
-    beside = folder & "gradebook/lesson_of_record.xml"
+    record = folder & "launches/lesson_record.xml"
+    beside = folder & "launches/lesson_of_record.xml"
     Require launched.Save(record, True), "keeping the record"
     Require launched.theLesson.Save(beside, False), "keeping the lesson"
 
