@@ -94,6 +94,20 @@ TEST_F(SampleCurriculum, ComesBackFromASaveAsItWas) {
     again(New<Students>(), "students.xml", courses.get());
 }
 
+TEST_F(SampleCurriculum, SignsStudentsInWithTheirPasswords) {
+    const struct {
+        const char* user;
+        const char* password;
+        bool opens;
+    } cases[] = {
+        {"ana", "sunflower", true},  {"ana", "Sunflower", false},   {"Ana", "sunflower", false},
+        {"farid", "Jasmine", true},  {"jakub", "amber 7", true},    {"kavita", "crème", true},
+        {"bjorn", "anything", true}, {"nobody", "anything", false},
+    };
+    for (const auto& [user, password, opens] : cases)
+        EXPECT_EQ(students->Authenticate(user, password), opens) << user << " " << password;
+}
+
 TEST_F(SampleCurriculum, HasExamsOfKnownQuestionsAndStudents) {
     const std::string directory = kExamples + "exams/";
     const auto rows = New<Exam>()->GetExamInfo(directory, "", -1);

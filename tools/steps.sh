@@ -46,13 +46,13 @@ install_missing() { # PACKAGE...
     return 1
 }
 
-# Configures a preset where that was not done yet, and builds it; false when it fails.
+# Configures a preset where that was not done yet, or otherwise than now, and builds it; false when it fails.
 build() { # PRESET [TARGET...]
-    local preset=$1 log=$logs/$1-build.log
+    local preset=$1 log=$logs/$1-build.log stamp=$root/build/$1/.configured
     shift
     echo "building: $preset"
-    if [ ! -e "$root/build/$preset/build.ninja" ]; then
-        (cd "$root" && cmake --preset "$preset") > "$log" 2>&1 < /dev/null ||
+    if [ "$root/CMakePresets.json" -nt "$stamp" ]; then
+        (cd "$root" && cmake --preset "$preset") > "$log" 2>&1 < /dev/null && touch "$stamp" ||
             { complain "$preset build cannot be configured" "$log"; return 1; }
     fi
     (cd "$root" && cmake --build --preset "$preset" ${1:+--target "$@"}) > "$log" 2>&1 < /dev/null && return 0
