@@ -46,15 +46,21 @@ install_missing() { # PACKAGE...
     return 1
 }
 
-# Configures a preset where that was not done yet, or otherwise than now, and builds it; false when it fails.
+# Configures a preset where that was not done yet, or otherwise than now; false when it fails.
+configure() { # PRESET
+    local log=$logs/$1-build.log stamp=$root/build/$1/.configured
+    [ "$root/CMakePresets.json" -nt "$stamp" ] || return 0
+    (cd "$root" && cmake --preset "$1") > "$log" 2>&1 < /dev/null && touch "$stamp" && return 0
+    complain "$1 build cannot be configured" "$log"
+    return 1
+}
+
+# Builds a preset, all of it or some targets; false when it fails.
 build() { # PRESET [TARGET...]
-    local preset=$1 log=$logs/$1-build.log stamp=$root/build/$1/.configured
+    local preset=$1 log=$logs/$1-build.log
     shift
     echo "building: $preset"
-    if [ "$root/CMakePresets.json" -nt "$stamp" ]; then
-        (cd "$root" && cmake --preset "$preset") > "$log" 2>&1 < /dev/null && touch "$stamp" ||
-            { complain "$preset build cannot be configured" "$log"; return 1; }
-    fi
+    configure "$preset" || return 1
     (cd "$root" && cmake --build --preset "$preset" ${1:+--target "$@"}) > "$log" 2>&1 < /dev/null && return 0
     complain "$preset build failed" "$log"
     return 1
