@@ -36,13 +36,13 @@ protected:
     }
     static std::vector<std::string> ids(const Ref<KeyedCollection<Question>>& members) {
         std::vector<std::string> result;
-        for (const Ref<Question>& member : *members)
+        for (const Ref<Question>& member : members)
             result.push_back(member->ID);
         return result;
     }
     static std::vector<std::string> texts(const Ref<KeyedCollection<std::string>>& collection) {
         std::vector<std::string> result;
-        for (const std::string& text : *collection)
+        for (const std::string& text : collection)
             result.push_back(text);
         return result;
     }
@@ -247,7 +247,8 @@ TEST_F(QuestionPools, TakeAnAbsentCollectionForOneWithoutMembers) {
                   }),
                   "object 642|QuestionPool:LoadFromXMLNode|Invalid Task ID t1 in question ID q");
     }
-    EXPECT_TRUE(call(*New<QuestionPool>(), "Load", {referring, objectives}).toBoolean());
+    questions = New<QuestionPool>();
+    EXPECT_TRUE(call(*questions, "Load", {referring, objectives}).toBoolean());
     EXPECT_EQ(errorNumber([&] { call(*questions, "Load", {plain, tasks, objectives}); }), 13) << "mixed up";
 }
 

@@ -26,8 +26,7 @@ protected:
     }
     std::vector<std::string> idsOf(const std::string& module) const {
         std::vector<std::string> result;
-        const auto found = tasks->GetTasksByModule(module);
-        for (const Ref<Task>& task : *found)
+        for (const Ref<Task>& task : tasks->GetTasksByModule(module))
             result.push_back(task->ID);
         return result;
     }

@@ -5,15 +5,15 @@
 
 using namespace norvakavlor;
 
-demo::Pools demo::loadPools(const std::string& directory) {
+demo::Pools demo::loadPools(const std::string& directory, const std::string& suffix) {
     Pools pools;
+    const auto file = [&](const char* name) { return directory + name + suffix + ".xml"; };
     require(pools.textBooks->Load(directory + "textbooks.xml"), "loading textbooks");
-    require(pools.objectives->Load(directory + "objectives.xml", pools.textBooks.get()),
-            "loading objectives");
-    require(pools.tasks->Load(directory + "taskpool.xml", pools.objectives.get()), "loading the task pool");
-    require(pools.questions->Load(directory + "questionpool.xml", pools.objectives.get(), pools.tasks.get()),
+    require(pools.objectives->Load(file("objectives"), pools.textBooks.get()), "loading objectives");
+    require(pools.tasks->Load(file("taskpool"), pools.objectives.get()), "loading the task pool");
+    require(pools.questions->Load(file("questionpool"), pools.objectives.get(), pools.tasks.get()),
             "loading the question pool");
-    require(pools.courses->Load(directory + "courses.xml", pools.textBooks.get()), "loading courses");
+    require(pools.courses->Load(file("courses"), pools.textBooks.get()), "loading courses");
     return pools;
 }
 
@@ -35,5 +35,18 @@ void demo::curriculum(const Places& places) {
                     pools.tasks->Save(directory + "taskpool_new.xml") &&
                     pools.questions->Save(directory + "questionpool_new.xml"),
                 "saving the curriculum");
+
+        // What a saved pool keeps of a question: markup has become text, the set-up is gone.
+        const Pools again = loadPools(directory, "_new");
+        const Question& before = *pools.questions->Questions->Item("SS-001");
+        const Question& after = *again.questions->Questions->Item("SS-001");
+        require(before.Text == "Select the cells <b>B2</b> to <b>D9</b>." &&
+                    after.Text == "Select the cells &lt;b&gt;B2&lt;/b&gt; to &lt;b&gt;D9&lt;/b&gt;.",
+                "escaping the markup of a text");
+        require(pools.questions->Questions->Item("SS-008")->QuestionSetupFunction == "fillSeries" &&
+                    again.questions->Questions->Item("SS-008")->QuestionSetupFunction.empty(),
+                "leaving the set-up out");
+        require(again.courses->Exists(course) && again.courses->AddCourse("Next") != course,
+                "counting on from the new course");
     }
 }

@@ -18,7 +18,8 @@ struct Pools {
     norvakavlor::Ref<norvakavlor::Courses> courses = norvakavlor::New<norvakavlor::Courses>();
 };
 
-/// `directory` is a folder or a web directory, with "/" at its end.
-Pools loadPools(const std::string& directory);
+/// `directory` is a folder or a web directory, with "/" at its end; textbooks.xml apart, the documents' names
+/// end in `suffix`.
+Pools loadPools(const std::string& directory, const std::string& suffix = "");
 
 } // namespace demo
