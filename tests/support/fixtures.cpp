@@ -7,6 +7,9 @@
 #include <norvakavlor/platform/xml_parser.h>
 #include <random>
 #include <stdexcept>
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 namespace norvakavlor::testing {
 namespace {
@@ -75,6 +78,14 @@ std::vector<std::string> TemporaryFolder::names() const {
     }
     std::ranges::sort(names);
     return names;
+}
+
+bool runsUnderWine() {
+#ifdef _WIN32
+    return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+#else
+    return false;
+#endif
 }
 
 RecordedMessages::RecordedMessages()

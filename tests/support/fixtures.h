@@ -70,6 +70,9 @@ private:
     std::filesystem::path path_;
 };
 
+/// Is the Windows here Wine's? Where that is known to do less than Windows, a row of a test says so.
+bool runsUnderWine();
+
 /// Records the messages that the user would see, as "title|text".
 class RecordedMessages {
 public:

@@ -1,18 +1,18 @@
 #include <norvakavlor/platform/document_lock.h>
 
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/windows/file_handle.h>
 #include <norvakavlor/platform/windows/temporary_file.h>
 #include <optional>
+#include <utility>
 
 namespace norvakavlor::platform {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Two processes agree by this byte, far behind the end of every document; readers never meet it. The system
-/// frees it with the handle.
+/// Testing and setting the attribute is one step for all who have this byte first, far behind the end of
+/// every document, where readers never meet it. The system frees it with the handle.
 DWORD lockByte(HANDLE file) {
     OVERLAPPED place{};
     place.OffsetHigh = 0x40000000;
@@ -34,74 +34,72 @@ bool isNamed(const BY_HANDLE_FILE_INFORMATION& opened, const fs::path& path) {
            named->nFileIndexHigh == opened.nFileIndexHigh && named->nFileIndexLow == opened.nFileIndexLow;
 }
 
-/// A document whose attribute nobody else changes while this lives.
-struct GuardedFile {
-    LockResult result = LockResult::Missing; ///< Taken when the guard stands, Held when another one does
-    FileHandle file;
-    DWORD attributes = 0;
-};
-
-/// A file that another process replaced while this one waited is not the document any more, so the path is
-/// asked again.
-GuardedFile guard(const fs::path& path) {
-    for (;;) {
-        FileHandle file = openShared(path, GENERIC_READ | FILE_WRITE_ATTRIBUTES, OPEN_EXISTING);
-        if (!file) {
-            const RuntimeError error = errorOfCode(::GetLastError());
-            if (error == RuntimeError::PathNotFound)
-                return {};
-            throw runtimeError(error);
-        }
-        if (const DWORD error = patiently([&] { return lockByte(file.get()); }); isHeldByOthers(error)) {
-            return {LockResult::Held, {}, 0};
-        } else if (error != ERROR_SUCCESS) {
-            throw runtimeError(errorOfCode(error));
-        }
-        const auto state = stateOf(file);
-        if (!state)
-            throw runtimeError(errorOfCode(::GetLastError()));
-        if (isNamed(*state, path))
-            return {LockResult::Taken, std::move(file), state->dwFileAttributes};
-    }
-}
-
-void setAttributes(const FileHandle& file, DWORD attributes) {
+void setReadOnly(const FileHandle& file, DWORD attributes) {
     FILE_BASIC_INFO change{}; // times of 0 stay as they are
-    change.FileAttributes = attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes;
+    change.FileAttributes = attributes | FILE_ATTRIBUTE_READONLY;
     if (!::SetFileInformationByHandle(file.get(), FileBasicInfo, &change, sizeof change))
         throw runtimeError(errorOfCode(::GetLastError()));
+}
+
+/// Nothing when the file opened is not the document any more: another process replaced it meanwhile.
+std::optional<LockResult> tryLockOnce(const fs::path& path) {
+    const FileHandle file = openShared(path, GENERIC_READ | FILE_WRITE_ATTRIBUTES, OPEN_EXISTING);
+    if (!file) {
+        const RuntimeError error = errorOfCode(::GetLastError());
+        if (error == RuntimeError::PathNotFound)
+            return LockResult::Missing;
+        throw runtimeError(error);
+    }
+    const DWORD error = patiently([&] { return lockByte(file.get()); });
+    if (isHeldByOthers(error))
+        return LockResult::Held;
+    const auto state = stateOf(file);
+    if (error != ERROR_SUCCESS || !state)
+        throw runtimeError(errorOfCode(error != ERROR_SUCCESS ? error : ::GetLastError()));
+    const bool isHeld = (state->dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (!isHeld)
+        setReadOnly(file, state->dwFileAttributes);
+    if (!isNamed(*state, path))
+        return std::nullopt;
+    return isHeld ? LockResult::Held : LockResult::Taken;
 }
 
 } // namespace
 
 LockResult tryLockDocument(const std::string& path) {
-    const GuardedFile document = guard(localPath(path));
-    if (document.result != LockResult::Taken)
-        return document.result;
-    if ((document.attributes & FILE_ATTRIBUTE_READONLY) != 0)
-        return LockResult::Held;
-    setAttributes(document.file, document.attributes | FILE_ATTRIBUTE_READONLY);
-    return LockResult::Taken;
+    const fs::path target = targetOf(path);
+    for (;;) {
+        // An open handle would be in the way of whoever is about to release the lock.
+        const DWORD attributes = ::GetFileAttributesW(target.c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
+            return LockResult::Held;
+        if (const auto result = tryLockOnce(target))
+            return *result;
+    }
 }
 
 void replaceLockedDocument(const std::string& path, std::string_view content) {
-    // Who waits for the lock waits for the guard until the new content stands.
-    const GuardedFile document = guard(localPath(path));
-    if (document.result == LockResult::Missing)
+    const fs::path target = targetOf(path);
+    if (!fileExists(path))
         return createDocument(path, content);
-    if (document.result == LockResult::Taken) {
-        setAttributes(document.file, document.attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
-    } else {
-        // Somebody sleeps over the guard. The lock is this process's all the same, and its content is kept.
+    std::optional<TemporaryFile> temporary;
+    try {
+        temporary.emplace(target);
+        temporary->write(content);
+        if (temporary->replaceReadOnly(target))
+            return;
+    } catch (const Error&) {
         setReadOnly(path, false);
+        throw;
     }
-    replaceFile(path, content);
+    // In two steps, then. Whoever takes the lock between them keeps it: the target is read-only again, and
+    // this save fails without harm to theirs.
+    setReadOnly(path, false);
+    temporary->replace(target);
 }
 
 void createDocument(const std::string& path, std::string_view content) {
-    const fs::path target = localPath(path);
-    if (!target.has_filename())
-        throw runtimeError(RuntimeError::PathNotFound);
+    const fs::path target = targetOf(path);
     TemporaryFile temporary(target);
     temporary.write(content);
     temporary.becomeNew(target);

@@ -37,14 +37,13 @@ FileHandle openShared(const std::filesystem::path& path, DWORD access, DWORD dis
 /// Is this the error of a file that somebody else (a reader, a scanner for viruses) holds for a moment?
 bool isHeldByOthers(DWORD error);
 
-/// Repeats a step while others hold its file, for a second at most. The step gives the system's error, 0 when
-/// it came through, and so does this.
-template <class Step> DWORD patiently(Step step) {
+/// Repeats a step while others hold its file, after pauses in milliseconds; for a second, unless told
+/// otherwise. The step gives the system's error, 0 when it came through, and so does this.
+template <class Step> DWORD patiently(Step step, DWORD pause = 25) {
     constexpr int kAttempts = 40;
-    constexpr DWORD kPause = 25; // milliseconds
     DWORD error = step();
     for (int attempt = 1; isHeldByOthers(error) && attempt < kAttempts; ++attempt) {
-        ::Sleep(kPause);
+        ::Sleep(pause);
         error = step();
     }
     return error;

@@ -146,6 +146,8 @@ private:
         const int connect = static_cast<int>(bounded(limits_.connect));
         const int idle = static_cast<int>(bounded(limits_.idle));
         require(::WinHttpSetTimeouts(handle_.get(), connect, connect, idle, idle));
+        // Wine takes the times that hold when the connection is made, Windows those of each call.
+        waitAtMost(limits_.idle);
         for (const auto& [name, value] : request_.headers) {
             const std::wstring line = toWide(name + ": " + value);
             require(::WinHttpAddRequestHeaders(handle_.get(), line.c_str(), static_cast<DWORD>(line.size()),

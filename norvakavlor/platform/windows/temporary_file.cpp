@@ -29,20 +29,34 @@ struct RenameRequest {
     wchar_t name[1];
 };
 
-/// One step for the disk even while others read the target. Only newer systems and their own file system
-/// know it.
-bool renameOverOpenFile(HANDLE file, const fs::path& target) {
-    constexpr DWORD kReplace = 1;
-    constexpr DWORD kEvenIfOpen = 2;
+/// Puts a file in the place of another in one step for the disk, and even while others read that one. Only
+/// newer systems and their own file system know it.
+bool renameOverOpenFile(const fs::path& path, const fs::path& target, bool evenIfReadOnly) {
+    constexpr DWORD kReplace = 0x1;
+    constexpr DWORD kEvenIfOpen = 0x2;
+    constexpr DWORD kEvenIfReadOnly = 0x40;
     constexpr auto kRenameWithFlags = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
     const std::wstring& name = target.native();
     const size_t nameBytes = name.size() * sizeof(wchar_t);
     std::vector<std::byte> memory(sizeof(RenameRequest) + nameBytes);
-    const RenameRequest request{kReplace | kEvenIfOpen, nullptr, static_cast<DWORD>(nameBytes), {}};
+    const RenameRequest request{kReplace | kEvenIfOpen | (evenIfReadOnly ? kEvenIfReadOnly : 0),
+                                nullptr,
+                                static_cast<DWORD>(nameBytes),
+                                {}};
     std::memcpy(memory.data(), &request, sizeof request);
     std::memcpy(memory.data() + offsetof(RenameRequest, name), name.data(), nameBytes);
-    return ::SetFileInformationByHandle(file, kRenameWithFlags, memory.data(),
-                                        static_cast<DWORD>(memory.size())) != 0;
+    const FileHandle file = openShared(path, DELETE | SYNCHRONIZE, OPEN_EXISTING);
+    return file && ::SetFileInformationByHandle(file.get(), kRenameWithFlags, memory.data(),
+                                                static_cast<DWORD>(memory.size()));
+}
+
+/// The system's error; 0 when the file is in the target's place.
+DWORD tryRename(const fs::path& path, const fs::path& target, bool evenIfReadOnly = false) {
+    constexpr DWORD kManner = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    if (renameOverOpenFile(path, target, evenIfReadOnly) ||
+        ::MoveFileExW(path.c_str(), target.c_str(), kManner))
+        return ERROR_SUCCESS;
+    return ::GetLastError();
 }
 
 /// A file made anew has its folder's access rights; the one in whose place it comes may have others. Where
@@ -53,6 +67,15 @@ void copyAccessRights(const fs::path& from, const fs::path& to) {
     std::vector<std::byte> rights(size);
     if (size > 0 && ::GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size))
         ::SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+    // Where the attribute is one of the rights (under Wine), it is none of those to copy.
+    ::SetFileAttributesW(to.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+/// Makes the new name last: with a file the disk keeps all that was done before it. The content is in place
+/// by now, so that a failure here is none of the save's.
+void flushName(const fs::path& target) {
+    if (const FileHandle file = openShared(target, GENERIC_WRITE, OPEN_EXISTING))
+        ::FlushFileBuffers(file.get());
 }
 
 /// Removes what interrupted saves of the same target left behind.
@@ -69,18 +92,41 @@ void removeStale(const fs::path& target, uint64_t written) {
     }
 }
 
+/// The file that a link names, so that the link stays one. What is no link, though it is kept in another
+/// place (in a cloud's folder), names itself.
+fs::path behindLink(const fs::path& link) {
+    const FileHandle file = openShared(link, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
+    const DWORD size = file ? ::GetFinalPathNameByHandleW(file.get(), nullptr, 0, 0) : 0;
+    std::wstring path(size, L'\0');
+    const DWORD length = size > 0 ? ::GetFinalPathNameByHandleW(file.get(), path.data(), size, 0) : 0;
+    if (length == 0 || length >= size)
+        throw runtimeError(RuntimeError::PathNotFound);
+    path.resize(length);
+    return path;
+}
+
 } // namespace
+
+fs::path targetOf(const std::string& path) {
+    fs::path target = localPath(path);
+    const DWORD attributes = ::GetFileAttributesW(target.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES && !target.has_filename())
+        throw runtimeError(RuntimeError::PathNotFound);
+    const bool isLink =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    return isLink ? behindLink(target) : target;
+}
 
 TemporaryFile::TemporaryFile(const fs::path& target)
     : path_(target.parent_path() / toWide(temporaryName(nameOf(target)))),
-      file_(openShared(path_, GENERIC_WRITE | DELETE, CREATE_NEW)) {
+      file_(openShared(path_, GENERIC_WRITE, CREATE_NEW)) {
     if (!file_)
         throw errorFor(::GetLastError());
 }
 
 TemporaryFile::~TemporaryFile() {
     file_.close();
-    if (!path_.empty() && !isOnlyCopy_)
+    if (!path_.empty())
         ::DeleteFileW(path_.c_str());
 }
 
@@ -97,38 +143,33 @@ void TemporaryFile::write(std::string_view content) {
     if (!::FlushFileBuffers(file_.get()) || !::GetFileTime(file_.get(), nullptr, nullptr, &time))
         throw errorFor(::GetLastError());
     written_ = ticksOf(time);
+    // Who moves it wants nobody else to write there.
+    file_.close();
 }
 
-DWORD TemporaryFile::tryReplace(const fs::path& target) {
-    if (renameOverOpenFile(file_.get(), target) ||
-        ::MoveFileExW(path_.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-        return ERROR_SUCCESS;
-    const DWORD error = ::GetLastError();
-    if (!isHeldByOthers(error))
-        return error;
-    // This moves an open target out of the way. Where it then fails half way, the target is gone, and the
-    // next attempt puts the content in its place.
-    if (::ReplaceFileW(target.c_str(), path_.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
-                       nullptr))
-        return ERROR_SUCCESS;
-    const DWORD halfWay = ::GetLastError();
-    if (halfWay == ERROR_UNABLE_TO_MOVE_REPLACEMENT || halfWay == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2)
-        isOnlyCopy_ = true;
-    const DWORD attributes = ::GetFileAttributesW(target.c_str());
-    const bool isLocked =
-        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
-    // Nobody lets go of a read-only file soon.
-    return isLocked ? DWORD{ERROR_WRITE_PROTECT} : error;
+void TemporaryFile::becameTarget(const fs::path& target) {
+    path_.clear();
+    flushName(target);
+    removeStale(target, written_);
 }
 
 void TemporaryFile::replace(const fs::path& target) {
     copyAccessRights(target, path_);
-    if (const DWORD error = patiently([&] { return tryReplace(target); }); error != ERROR_SUCCESS)
+    if (const DWORD error = patiently([&] { return tryRename(path_, target); }); error != ERROR_SUCCESS)
         throw errorFor(error);
-    path_.clear();
-    // Makes the new name last. The content is in place by now, so that a failure here is none of the save's.
-    ::FlushFileBuffers(file_.get());
-    removeStale(target, written_);
+    becameTarget(target);
+}
+
+bool TemporaryFile::replaceReadOnly(const fs::path& target) {
+    constexpr DWORD kShortPause = 5; // older systems let everybody wait in vain
+    copyAccessRights(target, path_);
+    const DWORD error = patiently([&] { return tryRename(path_, target, true); }, kShortPause);
+    if (isHeldByOthers(error))
+        return false;
+    if (error != ERROR_SUCCESS)
+        throw errorFor(error);
+    becameTarget(target);
+    return true;
 }
 
 bool TemporaryFile::becomeNew(const fs::path& target) {
