@@ -167,9 +167,12 @@ TEST(XmlTree, GrowsDeepAndWideWithoutStackOrSquares) {
     const xml::Node wide = document.root().append("wide");
     for (int i = 0; i < kMany; ++i)
         wide.append("w" + std::to_string(i), "t");
+    for (int i = 0; i < kMany; ++i)
+        wide.setAttribute("a" + std::to_string(i), "v");
     EXPECT_EQ(document.root().child("d").text(), "bottom");
     EXPECT_EQ(document.root().selectNodes("wide/w39999").size(), 1u);
     EXPECT_EQ(document.root().appendCopy(document.root()).child("wide").childCount(), size_t{kMany});
+    EXPECT_EQ(wide.attributes().size(), size_t{kMany});
     EXPECT_GT(document.toText().size(), size_t{2 * kMany * 7});
 }
 

@@ -270,11 +270,12 @@ void Node::setAttribute(std::string_view name, std::string_view value) const {
     if (!isElement(element))
         throw notWellFormed();
     Arena& arena = arenaOf(element);
-    const Name* const known = nameFor(arena, name);
-    if (AttributeData* const attribute = attributeOf(element, known)) {
+    // A name that is new to the document is no attribute's yet, so that nothing needs to be looked through.
+    const Name* const known = arena.find(name);
+    if (AttributeData* const attribute = known ? attributeOf(element, known) : nullptr) {
         attribute->value = arena.keep(value);
     } else {
-        link(element, arena.makeAttribute(known, value));
+        link(element, arena.makeAttribute(nameFor(arena, name), value));
     }
 }
 

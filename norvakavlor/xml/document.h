@@ -25,7 +25,7 @@ public:
     explicit operator bool() const { return data_ != nullptr; }
     friend bool operator==(Node, Node) = default;
 
-    NodeKind kind() const;
+    NodeKind kind() const; ///< of a null Node: Text
     /// Name of an element, target of a processing instruction; else empty.
     std::string_view name() const;
     /// Content of a text, CDATA section, comment or processing instruction; else empty.
