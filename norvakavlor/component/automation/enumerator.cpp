@@ -12,16 +12,16 @@ namespace {
 
 class Enumerator final : public ComObject<IEnumVARIANT> {
 public:
-    Enumerator(Ref<Object> collection, size_t position)
-        : collection_(std::move(collection)), position_(position) {}
+    Enumerator(Ref<Object> collection, uint64_t mark) : collection_(std::move(collection)), mark_(mark) {}
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* elements, ULONG* fetched) override {
         if (!elements || (count != 1 && !fetched))
             return E_INVALIDARG;
         ULONG done = 0;
+        const uint64_t start = mark_;
         const HRESULT result = guarded(nullptr, [&] {
-            for (; done < count; ++done, ++position_) {
-                const std::optional<Value> element = current();
+            for (; done < count; ++done) {
+                const std::optional<Value> element = next();
                 if (!element)
                     return S_FALSE;
                 elements[done] = toVariant(*element).detach();
@@ -30,8 +30,9 @@ public:
         });
         if (FAILED(result)) {
             // Nothing is handed over with a failure.
-            for (; done > 0; --done, --position_)
+            for (; done > 0; --done)
                 ::VariantClear(&elements[done - 1]);
+            mark_ = start;
         }
         if (fetched)
             *fetched = done;
@@ -40,8 +41,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE Skip(ULONG count) override {
         return guarded(nullptr, [&] {
-            for (; count > 0; --count, ++position_) {
-                if (!current())
+            for (; count > 0; --count) {
+                if (!next())
                     return S_FALSE;
             }
             return S_OK;
@@ -49,7 +50,7 @@ public:
     }
 
     HRESULT STDMETHODCALLTYPE Reset() override {
-        position_ = 0;
+        mark_ = 0;
         return S_OK;
     }
 
@@ -58,7 +59,7 @@ public:
             return E_POINTER;
         *result = nullptr;
         return guarded(nullptr, [&] {
-            *result = newEnumerator(collection_, position_).detach();
+            *result = newEnumerator(collection_, mark_).detach();
             return S_OK;
         });
     }
@@ -68,18 +69,16 @@ private:
         return id == __uuidof(IEnumVARIANT) ? static_cast<IEnumVARIANT*>(this) : nullptr;
     }
 
-    std::optional<Value> current() const {
-        return collection_->dynamicClass().elementAt(*collection_, position_);
-    }
+    std::optional<Value> next() { return collection_->dynamicClass().elementAt(*collection_, mark_); }
 
     const Ref<Object> collection_;
-    size_t position_;
+    uint64_t mark_; ///< as ClassInfo::elementAt has it
 };
 
 } // namespace
 
-ComPointer<IEnumVARIANT> newEnumerator(const Ref<Object>& collection, size_t position) {
-    return newComObject<IEnumVARIANT, Enumerator>(collection, position);
+ComPointer<IEnumVARIANT> newEnumerator(const Ref<Object>& collection, uint64_t mark) {
+    return newComObject<IEnumVARIANT, Enumerator>(collection, mark);
 }
 
 } // namespace norvakavlor
