@@ -41,7 +41,7 @@ Equal "For Each over a collection that grows", seen, 4
 For Each item In books
     books.Remove 1
 Next
-Equal "For Each over one that shrinks", books.Count, 2
+Equal "For Each over one that shrinks passes over none", books.Count, 0
 Set books = Nothing
 Set books = CreateObject("NorvaKavlor.TextBooks").textBooks
 books.Add book, "A"
