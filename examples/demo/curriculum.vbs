@@ -1,5 +1,5 @@
 Sub Show_curriculum
-    Dim directory, modules, name, ofModule, tasksOfModule, course, theCourse, section
+    Dim directory, modules, name, ofModule, tasksOfModule, course, theCourse, section, again
     Say "Curriculum"
     For Each directory In Array(folder & "curriculum/", server & "curriculum/")
         LoadPools directory
@@ -18,5 +18,14 @@ Sub Show_curriculum
         Require objectives.Save(directory & "objectives_new.xml"), "saving objectives"
         Require tasks.Save(directory & "taskpool_new.xml"), "saving the task pool"
         Require questions.Save(directory & "questionpool_new.xml"), "saving the question pool"
+
+        ' What a saved pool keeps of a question: markup has become text, the set-up is gone.
+        Set again = CreateObject("NorvaKavlor.QuestionPool")
+        Require again.Load(directory & "questionpool_new.xml", objectives, tasks), "loading what was saved"
+        Require questions.Questions("SS-001").Text = "Select the cells <b>B2</b> to <b>D9</b>." And _
+            again.Questions("SS-001").Text = "Select the cells &lt;b&gt;B2&lt;/b&gt; to &lt;b&gt;D9&lt;/b&gt;.", _
+            "escaping the markup of a text"
+        Require questions.Questions("SS-008").QuestionSetupFunction = "fillSeries" And _
+            again.Questions("SS-008").QuestionSetupFunction = "", "leaving the set-up out"
     Next
 End Sub

@@ -1,0 +1,380 @@
+#include <cmath>
+#include <functional>
+#include <gtest/gtest.h>
+#include <norvakavlor/component/automation/guid.h>
+#include <norvakavlor/platform/windows/foreign_object.h>
+#include <norvakavlor/runtime/dictionary.h>
+#include <objbase.h>
+#include <ocidl.h>
+#include <string>
+#include <tests/automation/client.h>
+#include <tests/support/probe.h>
+#include <vector>
+
+namespace norvakavlor {
+namespace {
+
+using namespace testing;
+
+class Dispatch : public ::testing::Test {
+protected:
+    const Ref<Probe> probe = New<Probe>();
+    const ComPointer<IDispatch> object = wrapperOf(probe);
+};
+
+constexpr HRESULT runtimeResult(int number) {
+    return static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number));
+}
+
+TEST_F(Dispatch, FindsMembersAndNamedArguments) {
+    EXPECT_EQ(idsOf(*object.get(), {L"TEXT"}), idsOf(*object.get(), {L"text"}));
+    const std::vector<DISPID> ids = idsOf(*object.get(), {L"Join", L"THIRD", L"first"});
+    EXPECT_EQ(ids[1], 2);
+    EXPECT_EQ(ids[2], 0);
+    HRESULT result = S_OK;
+    EXPECT_EQ(idsOf(*object.get(), {L"None", L"first"}, &result)[0], DISPID_UNKNOWN);
+    EXPECT_EQ(result, DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(idsOf(*object.get(), {L"Join", L"fourth"}, &result)[1], DISPID_UNKNOWN);
+    EXPECT_EQ(result, DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(idsOf(*object.get(), {L"_NewEnum"})[0], DISPID_UNKNOWN);
+    EXPECT_EQ(idsOf(*wrapperOf(probe->Books).get(), {L"_newenum"})[0], DISPID_NEWENUM);
+}
+
+TEST_F(Dispatch, TakesNamedArguments) {
+    const std::vector<DISPID> ids = idsOf(*object.get(), {L"Join", L"third", L"second"});
+    TextArgument first("a"), second("b"), third("c");
+    VARIANT values[] = {third, second, first};
+    DISPID named[] = {ids[1], ids[2]};
+    DISPPARAMS passed{values, named, 3, 2};
+    EXPECT_EQ(invoke(*object.get(), ids[0], DISPATCH_METHOD, passed).asValue().toText(), "a|b|c");
+
+    named[1] = 0; // which the positional one fills already
+    EXPECT_EQ(invoke(*object.get(), ids[0], DISPATCH_METHOD, passed).number, runtimeResult(450));
+    named[1] = 9;
+    EXPECT_EQ(invoke(*object.get(), ids[0], DISPATCH_METHOD, passed).number, runtimeResult(448));
+}
+
+TEST_F(Dispatch, TakesEveryTypeOfArgument) {
+    int16_t small = 3;
+    double real = 2.5;
+    TextArgument text("t");
+    BSTR bare = nullptr;
+    VARIANT inner = number(70000);
+    VARIANT byte = ofType(VT_UI1), signedByte = ofType(VT_I1), huge = ofType(VT_I8), date = ofType(VT_DATE),
+            money = ofType(VT_CY), single = ofType(VT_R4), truth = ofType(VT_BOOL), fault = ofType(VT_ERROR),
+            decimal = ofType(VT_DECIMAL);
+    byte.bVal = 200;
+    signedByte.cVal = -1;
+    huge.llVal = 5000000000;
+    date.date = 38060.5;
+    money.cyVal.int64 = 12500;
+    single.fltVal = 0.5f;
+    truth.boolVal = VARIANT_TRUE;
+    fault.scode = E_FAIL;
+    decimal.decVal.Lo64 = 15;
+    decimal.decVal.scale = 1;
+    decimal.vt = VT_DECIMAL;
+    const struct {
+        const char* what;
+        VARIANT argument;
+        const char* kind;
+        const char* text;
+    } cases[] = {
+        {"empty", ofType(VT_EMPTY), "Empty", ""},
+        {"left out", leftOut(), "Empty", ""},
+        {"integer", number(7), "Int32", "7"},
+        {"byte", byte, "Int16", "200"},
+        {"signed byte", signedByte, "Int16", "-1"},
+        {"beyond 32 bits", huge, "Double", "5000000000"},
+        {"single", single, "Double", "0.5"},
+        {"currency", money, "Double", "1.25"},
+        {"decimal", decimal, "Double", "1.5"},
+        {"boolean", truth, "Boolean", "True"},
+        {"date", date, "Date", "3/14/2004 12:00:00 PM"},
+        {"text", text, "Text", "t"},
+        {"a text that is null", reference(VT_BSTR, &bare), "Text", ""},
+        {"integer by reference", reference(VT_I2, &small), "Int16", "3"},
+        {"double by reference", reference(VT_R8, &real), "Double", "2.5"},
+        {"variant by reference", reference(VT_VARIANT, &inner), "Int32", "70000"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(call(*object.get(), L"KindOf", {c.argument}).asValue().toText(), c.kind);
+        if (c.argument.vt == VT_ERROR)
+            continue;
+        ASSERT_EQ(put(*object.get(), L"Anything", c.argument).result, S_OK);
+        EXPECT_EQ(probe->Anything.toText(), c.text);
+    }
+    EXPECT_EQ(call(*object.get(), L"KindOf", {ofType(VT_NULL)}).asValue().toText(), "Null");
+    EXPECT_EQ(call(*object.get(), L"KindOf", {objectArgument(nullptr)}).asValue().toText(), "Nothing");
+    EXPECT_EQ(call(*object.get(), L"KindOf", {objectArgument(object.get())}).asValue().toText(), "Object");
+    EXPECT_EQ(call(*object.get(), L"KindOf", {fault}).number, runtimeResult(13));
+    // A circle of references, as no sound client makes it, ends.
+    VARIANT circle = reference(VT_VARIANT, nullptr);
+    circle.pvarVal = &circle;
+    EXPECT_EQ(call(*object.get(), L"KindOf", {circle}).number, runtimeResult(13));
+}
+
+TEST_F(Dispatch, GivesValuesOfEveryType) {
+    const struct {
+        Value value;
+        VARTYPE type;
+    } cases[] = {
+        {{}, VT_EMPTY},
+        {Value::Null(), VT_NULL},
+        {true, VT_BOOL},
+        {int16_t(1), VT_I2},
+        {int32_t(1), VT_I4},
+        {1.5, VT_R8},
+        {Date{1}, VT_DATE},
+        {"\xC3\xA9", VT_BSTR},
+        {Value::nothing(), VT_DISPATCH},
+        {probe->Books, VT_DISPATCH},
+        {std::make_shared<Array>(Array{1, {"a", Value()}}), VT_ARRAY | VT_VARIANT},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.type);
+        probe->Anything = c.value;
+        Outcome outcome = call(*object.get(), L"Anything");
+        EXPECT_EQ(outcome.value.get()->vt, c.type);
+        const Value back = outcome.asValue();
+        if (const auto* array = back.as<std::shared_ptr<Array>>()) {
+            EXPECT_EQ((*array)->lowerBound, 1);
+            EXPECT_EQ((*array)->at(1).toText(), "a");
+            EXPECT_TRUE((*array)->at(2).isEmpty());
+        } else {
+            EXPECT_TRUE(back.storage() == c.value.storage());
+        }
+    }
+}
+
+TEST_F(Dispatch, GivesResultsBackInTheCallersTypes) {
+    VARIANT variants[4] = {};
+    EXPECT_EQ(call(*object.get(), L"Results",
+                   {reference(VT_VARIANT, &variants[0]), reference(VT_VARIANT, &variants[1]),
+                    reference(VT_VARIANT, &variants[2]), reference(VT_VARIANT, &variants[3])})
+                  .result,
+              S_OK);
+    EXPECT_EQ(variants[0].vt, VT_I2);
+    EXPECT_EQ(variants[1].lVal, 70000);
+    EXPECT_EQ(toValue(variants[2]).toText(), "result");
+    EXPECT_EQ(variants[3].dblVal, 2.5);
+    ::VariantClear(&variants[2]);
+
+    // Typed variables: an int for a short, a text that is replaced, a variant that holds a reference.
+    int first = 0;
+    double second = 0;
+    BSTR third = takeText("former");
+    float fourth = 0;
+    VARIANT inner = reference(VT_BSTR, &third);
+    EXPECT_EQ(call(*object.get(), L"Results",
+                   {reference(VT_I4, &first), reference(VT_R8, &second), reference(VT_VARIANT, &inner),
+                    reference(VT_R4, &fourth)})
+                  .result,
+              S_OK);
+    EXPECT_EQ(first, 7);
+    EXPECT_EQ(second, 70000);
+    EXPECT_EQ(giveText(third), "result");
+    EXPECT_EQ(fourth, 2.5f);
+
+    // Arguments by value take nothing; a variable that cannot hold a result is an error.
+    EXPECT_EQ(call(*object.get(), L"Results", {number(1), number(2), number(3), number(4)}).result, S_OK);
+    BYTE narrow = 0;
+    EXPECT_EQ(
+        call(*object.get(), L"Results", {number(1), reference(VT_UI1, &narrow), number(3), number(4)}).number,
+        runtimeResult(6));
+
+    // What the call does not set stays, whatever it is.
+    VARIANT set = {}, kept = number(5);
+    EXPECT_EQ(
+        call(*object.get(), L"Partly", {reference(VT_VARIANT, &set), reference(VT_VARIANT, &kept)}).result,
+        S_OK);
+    EXPECT_EQ(toValue(set).toText(), "set");
+    EXPECT_EQ(kept.vt, VT_I4);
+    ::VariantClear(&set);
+}
+
+TEST_F(Dispatch, ChangesArraysInPlace) {
+    const Ref<Dictionary> own = New<Dictionary>();
+    for (const bool nested : {false, true}) {
+        SAFEARRAY* array = ::SafeArrayCreateVector(VT_VARIANT, -1, 3);
+        VARIANT* elements = static_cast<VARIANT*>(array->pvData);
+        elements[0] = objectArgument(wrapperOf(own).detach());
+        elements[1] = ofType(VT_CY);
+        elements[2] = toVariant("last").detach();
+        // As a script passes a variable that holds an array, and as a typed client does.
+        VARIANT holder = ofType(VT_ARRAY | VT_VARIANT);
+        holder.parray = array;
+        VARIANT inner = reference(VT_ARRAY | VT_VARIANT, &array);
+        EXPECT_EQ(call(*object.get(), L"SwapEnds", {nested ? reference(VT_VARIANT, &inner) : holder}).result,
+                  S_OK);
+        EXPECT_EQ(toValue(elements[0]).toText(), "last");
+        EXPECT_TRUE(toValue(elements[2]).toObject() == Ref<Object>(own));
+        EXPECT_EQ(elements[1].vt, VT_CY) << "an element that was left alone";
+        ::SafeArrayDestroy(array);
+    }
+
+    SAFEARRAY* objects = ::SafeArrayCreateVector(VT_DISPATCH, 0, 2);
+    static_cast<IDispatch**>(objects->pvData)[1] = wrapperOf(own).detach();
+    EXPECT_EQ(call(*object.get(), L"SwapEnds", {reference(VT_ARRAY | VT_DISPATCH, &objects)}).result, S_OK);
+    EXPECT_EQ(static_cast<IDispatch**>(objects->pvData)[1], nullptr);
+    EXPECT_TRUE(ownObject(*static_cast<IDispatch**>(objects->pvData)[0]) == Ref<Object>(own));
+    ::SafeArrayDestroy(objects);
+
+    SAFEARRAYBOUND bounds[2] = {{2, 0}, {2, 0}};
+    VARIANT table = ofType(VT_ARRAY | VT_VARIANT);
+    table.parray = ::SafeArrayCreate(VT_VARIANT, 2, bounds);
+    EXPECT_EQ(call(*object.get(), L"SwapEnds", {table}).number, runtimeResult(13));
+    ::SafeArrayDestroy(table.parray);
+    // Never dimensioned: it has no ends.
+    SAFEARRAY* none = nullptr;
+    EXPECT_EQ(call(*object.get(), L"SwapEnds", {reference(VT_ARRAY | VT_VARIANT, &none)}).number,
+              runtimeResult(9));
+}
+
+TEST_F(Dispatch, ReportsEachKindOfError) {
+    TextArgument source("Class:Method"), description("What f\xC3\xA4iled"), noNumber("x");
+    const struct {
+        const char* what;
+        std::function<Outcome()> act;
+        HRESULT number;
+        const char* source;
+        const char* description;
+    } cases[] = {
+        {"an object error",
+         [&] {
+             return call(*object.get(), L"Raise",
+                         {number(static_cast<int>(0x80040281)), source, description});
+         },
+         static_cast<HRESULT>(0x80040281), "Class:Method", "What f\xC3\xA4iled"},
+        {"a plain number",
+         [&] {
+             return call(*object.get(), L"Raise", {number(641), source, description});
+         },
+         runtimeResult(641), "Class:Method", "What f\xC3\xA4iled"},
+        {"no memory", [&] { return call(*object.get(), L"RunOutOfMemory"); }, runtimeResult(7), "",
+         "Out of memory"},
+        {"a fault", [&] { return call(*object.get(), L"Fail"); }, runtimeResult(51), "NorvaKavlor",
+         "Internal error: a fault of the library"},
+        {"a wrong type", [&] { return put(*object.get(), L"Small", noNumber); }, runtimeResult(13),
+         "NorvaKavlor", "Type mismatch"},
+        {"too large", [&] { return put(*object.get(), L"Small", number(40000)); }, runtimeResult(6),
+         "NorvaKavlor", "Overflow"},
+        {"an argument left out that may not be",
+         [&] {
+             return call(*object.get(), L"Join", {leftOut(), source});
+         },
+         runtimeResult(449), "NorvaKavlor", "Argument not optional"},
+        {"too many",
+         [&] {
+             return call(*object.get(), L"TitleOf", {source, source});
+         },
+         runtimeResult(450), "NorvaKavlor", "Wrong number of arguments or invalid property assignment"},
+        {"read-only",
+         [&] { return put(*object.get(), L"Books", objectArgument(nullptr), DISPATCH_PROPERTYPUTREF); },
+         runtimeResult(438), "NorvaKavlor", "Object doesn't support this property or method"},
+        {"Nothing where an object is needed",
+         [&] { return call(*object.get(), L"TitleOf", {objectArgument(nullptr)}); }, runtimeResult(91),
+         "NorvaKavlor", "Object variable or With block variable not set"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const Outcome outcome = c.act();
+        EXPECT_EQ(outcome.result, DISP_E_EXCEPTION);
+        EXPECT_EQ(outcome.number, c.number);
+        EXPECT_EQ(outcome.source, c.source);
+        EXPECT_EQ(outcome.description, c.description);
+    }
+    // A client that wants no details gets the number as the result, and the details where it looks for them.
+    DISPPARAMS none{};
+    EXPECT_EQ(object->Invoke(idsOf(*object.get(), {L"Fail"})[0], IID_NULL, 0, DISPATCH_METHOD, &none, nullptr,
+                             nullptr, nullptr),
+              runtimeResult(51));
+    ComPointer<IErrorInfo> info;
+    ASSERT_EQ(::GetErrorInfo(0, info.receive()), S_OK);
+    BSTR text = nullptr;
+    info->GetDescription(&text);
+    EXPECT_EQ(giveText(text), "Internal error: a fault of the library");
+}
+
+TEST_F(Dispatch, AnswersWhatNoTableHolds) {
+    DISPPARAMS none{};
+    EXPECT_EQ(invoke(*object.get(), 4711, DISPATCH_METHOD, none).result, DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(invoke(*object.get(), DISPID_VALUE, DISPATCH_PROPERTYGET, none).result, DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(invoke(*object.get(), DISPID_NEWENUM, DISPATCH_PROPERTYGET, none).result,
+              DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(call(*object.get(), L"Join", {}, DISPATCH_PROPERTYGET).result, DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(put(*object.get(), L"Join", number(1)).number, runtimeResult(438));
+    DISPPARAMS noValue{};
+    EXPECT_EQ(invoke(*object.get(), idsOf(*object.get(), {L"Text"})[0], DISPATCH_PROPERTYPUT, noValue).number,
+              runtimeResult(449));
+    EXPECT_EQ(object->Invoke(0, __uuidof(IDispatch), 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
+              DISP_E_UNKNOWNINTERFACE);
+}
+
+TEST_F(Dispatch, KeepsOneIdentity) {
+    probe->Held = probe;
+    Outcome outcome = call(*object.get(), L"Held");
+    EXPECT_EQ(outcome.value.get()->pdispVal, object.get());
+    probe->Held = nullptr;
+    EXPECT_TRUE(static_cast<bool>(object.as<ISupportErrorInfo>()));
+    ComPointer<IDispatch> byInterface;
+    EXPECT_EQ(object->QueryInterface(guidsOf(Probe::classInfo()).interfaceGuid,
+                                     reinterpret_cast<void**>(byInterface.receive())),
+              S_OK);
+    EXPECT_EQ(byInterface.get(), object.get());
+
+    // An object of another library goes in and comes out as itself, and is none of ours.
+    ComPointer<IStream> stream;
+    ASSERT_EQ(::CreateStreamOnHGlobal(nullptr, TRUE, stream.receive()), S_OK);
+    VARIANT foreign = ofType(VT_UNKNOWN);
+    foreign.punkVal = stream.get();
+    EXPECT_EQ(put(*object.get(), L"Held", foreign, DISPATCH_PROPERTYPUTREF).result, S_OK);
+    EXPECT_EQ(call(*object.get(), L"Held").value.get()->punkVal, static_cast<IUnknown*>(stream.get()));
+    EXPECT_EQ(put(*object.get(), L"Book", foreign, DISPATCH_PROPERTYPUTREF).number, runtimeResult(13));
+    EXPECT_EQ(put(*object.get(), L"Text", foreign).number, runtimeResult(13)) << "it has no default value";
+    EXPECT_EQ(put(*object.get(), L"Book", objectArgument(object.get()), DISPATCH_PROPERTYPUTREF).number,
+              runtimeResult(13));
+}
+
+TEST_F(Dispatch, EnumeratesWhileTheCollectionChanges) {
+    for (const char* id : {"A", "B", "C"}) {
+        auto book = New<TextBook>();
+        book->ID = id;
+        probe->Books->Add(book, id);
+    }
+    const ComPointer<IDispatch> books = wrapperOf(probe->Books);
+    Outcome outcome = call(*books.get(), L"_NewEnum");
+    const ComPointer<IEnumVARIANT> walk =
+        ComPointer<IUnknown>(outcome.value.get()->punkVal).as<IEnumVARIANT>();
+    ASSERT_TRUE(static_cast<bool>(walk));
+    const auto next = [](const ComPointer<IEnumVARIANT>& from) -> std::string {
+        OwnedVariant element;
+        if (from->Next(1, element.get(), nullptr) != S_OK)
+            return "(end)";
+        const Ref<Object> book = toValue(*element.get()).toObject();
+        return dynamic_cast<TextBook&>(*book).ID;
+    };
+    EXPECT_EQ(next(walk), "A");
+    ComPointer<IEnumVARIANT> copy;
+    ASSERT_EQ(walk->Clone(copy.receive()), S_OK);
+    probe->Books->Remove("A");
+    EXPECT_EQ(next(walk), "B");
+    EXPECT_EQ(next(copy), "B");
+    EXPECT_EQ(walk->Skip(1), S_OK);
+    EXPECT_EQ(next(walk), "(end)");
+    probe->Books->Add(New<TextBook>(), "D");
+    EXPECT_EQ(next(walk), "");
+    EXPECT_EQ(walk->Skip(1), S_FALSE);
+    walk->Reset();
+    VARIANT several[5] = {};
+    ULONG fetched = 0;
+    EXPECT_EQ(walk->Next(5, several, &fetched), S_FALSE);
+    EXPECT_EQ(fetched, 3u);
+    for (VARIANT& element : several)
+        ::VariantClear(&element);
+    EXPECT_EQ(walk->Next(2, several, nullptr), E_INVALIDARG);
+}
+
+} // namespace
+} // namespace norvakavlor
