@@ -6,7 +6,7 @@ Sub Show_students
         Set students = CreateObject("NorvaKavlor.Students")
         Set student = CreateObject("NorvaKavlor.Student")
         student.FirstName = "Mila"
-        student.LastName = "Nov" & ChrW(225) & "k"
+        student.LastName = "Nov" & Chr(225) & "k"
         student.Course = "1"
         student.Section = "0"
         student.UserName = "mila"

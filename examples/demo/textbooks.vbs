@@ -8,7 +8,7 @@ Sub Show_textbooks
         Set book = CreateObject("NorvaKavlor.TextBook")
         book.ID = "KEYBOARD"
         book.Title = "Ten Fingers"
-        book.Author = "Zo" & ChrW(235) & " " & ChrW(197) & "ngstr" & ChrW(246) & "m"
+        book.Author = "Zo" & Chr(235) & " " & Chr(197) & "ngstr" & Chr(246) & "m"
         books.textBooks.Add book, book.ID
         Require books.Save(location), "saving " & location
 

@@ -81,7 +81,7 @@ std::optional<std::string> firstLine(const std::string& path) {
         return std::nullopt;
     if (line.starts_with("\xEF\xBB\xBF"))
         line.erase(0, 3);
-    return asUtf8(std::move(line));
+    return asUtf8(line);
 }
 
 bool holdsSeparator(std::string_view name) {
