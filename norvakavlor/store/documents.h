@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The four protocols by which documents are read, written, deleted and listed, locally and on the server.
 /// Nothing else in the library reads or writes a document.
