@@ -40,8 +40,8 @@ bool Students::AddStudent(const std::string& filename, const Ref<Student>& theSt
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
     // The caller's may be an item of this roster, which goes with it.
-    const Ref<Student> student =
-        theStudent; // NOLINT(performance-unnecessary-copy-initialization): it holds on
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it holds on.
+    const Ref<Student> student = theStudent;
     int32_t errCode = 0;
     std::string errDesc;
     if (!student->Validate(courses, errCode, errDesc))

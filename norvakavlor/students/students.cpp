@@ -93,8 +93,8 @@ bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& t
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
     // The caller's may be an item of this roster, which goes with it.
-    const Ref<Student> student =
-        theStudent; // NOLINT(performance-unnecessary-copy-initialization): it holds on
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it holds on.
+    const Ref<Student> student = theStudent;
     if (!Load(filename, courses))
         return false;
     // Each step's failure is passed over. The index is keyed by user name and not by ID, so the former user
@@ -111,8 +111,8 @@ bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& th
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
     // The caller's may be an item of this roster, which goes with it.
-    const Ref<Student> student =
-        theStudent; // NOLINT(performance-unnecessary-copy-initialization): it holds on
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it holds on.
+    const Ref<Student> student = theStudent;
     const auto remove = [&] {
         // A student that this object does not hold is gone all the same.
         ignoringErrors([&] { StudentMembers->Remove(student->StudentID); });
