@@ -20,5 +20,6 @@ target_compile_options(norvakavlor_tests PRIVATE -Wa,-mbig-obj)
 compile_quickly(norvakavlor_tests)
 
 # One run for all: Wine takes half a second to start a program. 125 is wine.sh's word for "not here".
-add_test(NAME norvakavlor_tests COMMAND norvakavlor_tests)
+add_test(NAME norvakavlor_tests COMMAND ${PROJECT_SOURCE_DIR}/tests/support/with_servers
+    ${PROJECT_SOURCE_DIR}/tests/support/wine.sh $<TARGET_FILE:norvakavlor_tests>)
 set_tests_properties(norvakavlor_tests PROPERTIES SKIP_RETURN_CODE 125)
