@@ -1,5 +1,8 @@
 #include "support/fixtures.h"
 
+#include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <norvakavlor/curriculum/courses.h>
 #include <norvakavlor/platform/clock.h>
@@ -7,6 +10,7 @@
 #include <norvakavlor/students/student_order.h>
 #include <norvakavlor/students/students.h>
 #include <random>
+#include <utility>
 
 namespace norvakavlor {
 namespace {
@@ -267,6 +271,9 @@ TEST_F(Roster, IsMadeWhenItIsNotThere) {
         "<username></username></student></students>");
     EXPECT_EQ(errorNumber([&] { roster->AddStudent(folder.file("nowhere/r.xml"), student(""), nullptr); }),
               76);
+    EXPECT_EQ(errorNumber([&] { roster->AddStudent("", student(""), nullptr); }), 76);
+    folder.write("folder/inside", "");
+    EXPECT_EQ(errorNumber([&] { roster->AddStudent(folder.file("folder"), student(""), nullptr); }), 70);
 }
 
 TEST_F(Roster, GivesUpAfterThreeWaits) {
@@ -289,6 +296,27 @@ TEST_F(Roster, GivesUpAfterThreeWaits) {
     EXPECT_FALSE(roster->AddStudent(folder.file("torn.xml"), student(""), nullptr));
     EXPECT_TRUE(platform::isReadOnly(folder.file("torn.xml"))) << "nobody writes over what does not parse";
     EXPECT_EQ(folder.read("torn.xml"), "<students");
+}
+
+TEST_F(Roster, WaitsByTheTimeOfDayAsItStands) {
+    struct GivenUp {};
+    platform::setReadOnly(file, true);
+    constexpr double kDay = 86400;
+    double elapsed = kDay - 2;
+    const auto timeOfDay = [&] { return std::fmod(elapsed, kDay); };
+    const platform::ScopedClockSource clock({.secondsSinceMidnight = timeOfDay,
+                                             .uniformRandom = [] { return 0.5; },
+                                             .seedRandom = [] {},
+                                             .sleepFor =
+                                                 [&](std::chrono::milliseconds) {
+                                                     elapsed += 0.25;
+                                                     if (elapsed > 3 * kDay)
+                                                         throw GivenUp();
+                                                 }});
+    // The first wait ends before midnight, the second would end after it.
+    EXPECT_THROW(roster->AddStudent(file, student("", "new"), nullptr), GivenUp);
+    platform::setReadOnly(file, false);
+    EXPECT_TRUE(roster->AddStudent(file, student("", "new"), nullptr)) << "a free roster wants no clock";
 }
 
 TEST_F(Roster, NumbersBeyondFiveDigitsAndBelowZero) {
@@ -365,6 +393,22 @@ TEST(StudentOrder, IsThatOfThePlainSelection) {
     }
 }
 
+TEST(StudentOrder, TakesNoLongForALargeRoster) {
+    std::mt19937 random(11);
+    const auto roster = New<Students>();
+    std::vector<Ref<Student>> students(30000);
+    for (size_t position = 0; position < students.size(); ++position)
+        students[position] = student(std::to_string(position), "", std::to_string(random() % 9000));
+    const auto start = std::chrono::steady_clock::now();
+    roster->Selectionsort(students, "lastname", "studentid", "");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2))
+        << "comparing each with each";
+    EXPECT_TRUE(std::ranges::is_sorted(
+        students, {}, [](const Ref<Student>& one) { return std::pair(one->LastName, one->StudentID); }));
+    students[7] = nullptr;
+    EXPECT_EQ(errorNumber([&] { roster->Selectionsort(students, "lastname", "", ""); }), 91);
+}
+
 TEST(StudentOrder, SortsAClientsArrayFromIndexOne) {
     const auto roster = New<Students>();
     auto values = std::make_shared<Array>();
@@ -376,6 +420,8 @@ TEST(StudentOrder, SortsAClientsArrayFromIndexOne) {
     EXPECT_EQ(values->at(1).toObject(), Ref<Object>(zebra));
     EXPECT_EQ(values->at(2).toObject(), Ref<Object>(middle));
     EXPECT_EQ(values->at(3).toObject(), Ref<Object>(last));
+    values->elements = {Value("index 0"), Value("one alone is not looked at")};
+    EXPECT_EQ(errorNumber([&] { roster->Selectionsort(values, "email", "", ""); }), 0);
     values->elements = {Value(), Value("no student"), Value(student("1"))};
     EXPECT_EQ(errorNumber([&] { roster->Selectionsort(values, "lastname", "", ""); }), 13);
     values->elements = {Value(), Value::nothing(), Value(student("1"))};

@@ -6,6 +6,11 @@
 #include <norvakavlor/runtime/text.h>
 
 namespace norvakavlor {
+namespace {
+
+constexpr size_t kDigestLength = 32;
+
+} // namespace
 
 std::string EncryptPassword(const std::string& text) {
     constexpr size_t kMaximumCharacters = 256;
@@ -31,7 +36,11 @@ std::string storedPassword(const std::string& password) {
 }
 
 bool passwordOpens(const std::string& password, bool inForce, const std::string& storedDigest) {
-    return !inForce || EncryptPassword(password) == storedDigest;
+    if (!inForce)
+        return true;
+    // Where hashing fails it gives the same text for every password, so only whole digests count.
+    const std::string digest = EncryptPassword(password);
+    return digest.size() == kDigestLength && digest == storedDigest;
 }
 
 std::string Encryption::Encrypt(const std::string& source) const { return EncryptPassword(source); }

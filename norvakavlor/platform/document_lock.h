@@ -9,15 +9,15 @@ namespace norvakavlor::platform {
 
 enum class LockResult { Taken, Held, Missing };
 
-/// Sets the read-only attribute when it is clear. Raises 70 when the attribute may not be changed, 57
-/// otherwise.
+/// Sets the read-only attribute when it is clear. Raises 70 for a folder or what else is no plain file, and
+/// when the attribute may not be changed.
 LockResult tryLockDocument(const std::string& path);
 
-/// Writes the document's new content and releases the lock in one step. Raises as replaceFile does; the lock
-/// is released then too, and the old content stands.
+/// Writes the document's new content and releases the lock in one step; makes the document when it is gone.
+/// Raises as replaceFile does; the lock is released then too, and the old content stands.
 void replaceLockedDocument(const std::string& path, std::string_view content);
 
-/// Makes a document with this content unless one is there by now. Raises as replaceFile does.
-void createDocument(const std::string& path, std::string_view content);
+/// Makes a document with this content unless one is there by now: False then. Raises as replaceFile does.
+bool createDocument(const std::string& path, std::string_view content);
 
 } // namespace norvakavlor::platform

@@ -13,14 +13,15 @@
 
 #include <chrono>
 #include <optional>
+#include <utility>
 
 namespace norvakavlor {
 namespace {
 
 constexpr const char* kSource = "students:AddStudent";
 
-/// Waits between `low` and `high` seconds by the time of day as it stands: a wait that begins just before
-/// midnight goes on until the next evening's seconds reach its end, as every client of a shared roster does.
+/// Waits between `low` and `high` seconds by the time of day as it stands: a wait that would end after
+/// midnight does not end, as with every client of a shared roster.
 void randomWait(double high, double low) {
     const double end = platform::secondsSinceMidnight() + (high - low) * platform::uniformRandom() + low;
     while (platform::secondsSinceMidnight() < end)
@@ -109,14 +110,19 @@ bool Students::loadForUpdateFromServer(const std::string& filename, Courses* cou
 bool Students::lockRosterFile(const std::string& filename, Courses* courses) const {
     constexpr int kTries = 3;
     platform::seedRandom();
+    bool wasMade = false;
     for (int tries = 0; tries < kTries;) {
         switch (platform::tryLockDocument(filename)) {
         case platform::LockResult::Taken:
             return true;
         case platform::LockResult::Missing:
+            // Where a roster was just made and is not to be had, there will be none.
+            if (std::exchange(wasMade, true))
+                return false;
             platform::createDocument(filename, rosterDocument(courses).toText());
             break;
         case platform::LockResult::Held:
+            wasMade = false;
             randomWait(3.0, 0.25);
             ++tries;
         }

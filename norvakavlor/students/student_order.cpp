@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
 #include <numeric>
 #include <set>
@@ -58,8 +59,11 @@ void selectionSort(std::span<Ref<Student>> students, const StudentFields& fields
         return;
     std::vector<SortKey> keys;
     keys.reserve(students.size());
-    for (const Ref<Student>& student : students)
+    for (const Ref<Student>& student : students) {
+        if (!student)
+            throw runtimeError(RuntimeError::ObjectNotSet);
         keys.push_back(sortKey(*student, fields));
+    }
     std::vector<size_t> rankAt = ranksOf(keys);
 
     // Where the elements of each rank stand. The selection takes the first place of the lowest rank that is

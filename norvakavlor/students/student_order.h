@@ -21,7 +21,8 @@ struct StudentFields {
 /// Sorts students in place, ascending by the upper-cased texts of the fields, compared by UTF-16 units and in
 /// no language's order. The result is that of a plain selection sort, ties included, which rosters in print
 /// rely on: at each place the earliest of the smallest elements behind it changes places with the one that
-/// stands there. Takes O(n log n). Raises 9 for an unknown first field when there are two students or more.
+/// stands there. Takes O(n log n). Raises 9 for an unknown first field and 91 for a null Ref when there are
+/// two students or more; nothing has moved then.
 void selectionSort(std::span<Ref<Student>> students, const StudentFields& fields);
 
 } // namespace norvakavlor

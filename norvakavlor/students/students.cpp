@@ -185,16 +185,25 @@ Ref<KeyedCollection<Student>> Students::Filter(const std::string& fieldname1, co
     return chosen;
 }
 
+void Students::Selectionsort(std::span<Ref<Student>> students, const std::string& field1,
+                             const std::string& field2, const std::string& field3) const {
+    selectionSort(students, StudentFields::named(field1, field2, field3));
+}
+
 void Students::Selectionsort(const std::shared_ptr<Array>& values, const std::string& field1,
                              const std::string& field2, const std::string& field3) const {
+    if (!values)
+        throw runtimeError(RuntimeError::TypeMismatch);
+    // One element alone is not looked at.
+    const int32_t last = values->upperBound();
+    if (last < 2)
+        return;
     std::vector<Ref<Student>> students;
-    for (int32_t index = 1; index <= values->upperBound(); ++index) {
+    for (int32_t index = 1; index <= last; ++index)
         students.push_back(Ref<Student>(ArgumentTraits<Student>::take(values->at(index))));
-    }
-    selectionSort(students, StudentFields::named(field1, field2, field3));
-    for (int32_t index = 1; index <= values->upperBound(); ++index) {
+    Selectionsort(students, field1, field2, field3);
+    for (int32_t index = 1; index <= last; ++index)
         values->at(index) = students[static_cast<size_t>(index) - 1];
-    }
 }
 
 bool Students::Exists(const std::string& studentID) const { return StudentMembers->contains(studentID); }
@@ -241,7 +250,10 @@ const ClassInfo& Students::classInfo() {
                      {"fieldname3", optional},
                      {"value3", optional}},
                     "A new collection of the students that match.")
-            .method("Selectionsort", &Students::Selectionsort,
+            .method("Selectionsort",
+                    static_cast<void (Students::*)(const std::shared_ptr<Array>&, const std::string&,
+                                                   const std::string&, const std::string&) const>(
+                        &Students::Selectionsort),
                     {"values", "field1", {"field2", optional}, {"field3", optional}},
                     "Sorts an array of students in place, from index 1.")
             .method("Exists", &Students::Exists, {"studentID"}, "Is there a student of this ID?");

@@ -4,6 +4,7 @@
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/students/student.h>
 #include <norvakavlor/xml/document.h>
+#include <span>
 #include <string>
 #include <unordered_map>
 
@@ -42,7 +43,8 @@ public:
     /// when another process held the lock for three tries, or when the roster does not load; the lock stays
     /// set on a local file that does not parse. Raises object errors 631 and 633 for course and section
     /// before anything is read, and 635 for a user name or ID that is taken; the roster is stored and
-    /// unlocked then, its counter included.
+    /// unlocked then, its counter included. Raises what Load raises, and 6 when the numbers for identifiers
+    /// are used up; the lock stays set on a local file then, too. A lock that stays is cleared by hand.
     bool AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses);
     /// Puts a student in the place of the one with the same ID, or adds it. No check, no lock; a failing save
     /// is passed over. False when the roster does not load. The former user name stays in the index until the
@@ -66,9 +68,13 @@ public:
     Ref<KeyedCollection<Student>> Filter(const std::string& fieldname1, const std::string& value1,
                                          const std::string& fieldname2, const std::string& value2,
                                          const std::string& fieldname3, const std::string& value3) const;
-    /// Sorts a client's array of students in place, from index 1 to its upper bound.
+    /// Sorts a client's array of students in place, from index 1 to its upper bound; index 0 is left alone.
+    /// Raises 9 as Sort does, 13 and 91 for an element that is no student or Nothing; nothing has moved then.
     void Selectionsort(const std::shared_ptr<Array>& values, const std::string& field1,
                        const std::string& field2, const std::string& field3) const;
+    /// The same for a C++ client's vector, all of it.
+    void Selectionsort(std::span<Ref<Student>> students, const std::string& field1, const std::string& field2,
+                       const std::string& field3) const;
 
     /// Is there a student of this ID?
     bool Exists(const std::string& studentID) const;

@@ -1,14 +1,14 @@
 #include <norvakavlor/platform/document_lock.h>
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/native/file_descriptor.h>
 #include <norvakavlor/platform/native/temporary_file.h>
-#include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <utility>
 
 namespace norvakavlor::platform {
@@ -17,27 +17,39 @@ namespace {
 constexpr mode_t kOwnerWrites = S_IWUSR;
 constexpr mode_t kAsTheUserWants = 0666;
 
-/// The file of a path under the system's lock, and its state. The lock ends with the object.
-struct LockedFile {
-    FileDescriptor file;
-    struct stat state;
+/// Takes the system's lock, which ends with the open file. False when somebody sleeps over it.
+bool takeSystemLock(const FileDescriptor& file) {
+    using namespace std::chrono_literals;
+    constexpr int kAttempts = 1000;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0)
+            return true;
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            throw lastError();
+        std::this_thread::sleep_for(2ms);
+    }
+    return false;
+}
+
+/// A document whose attribute nobody else changes while this lives.
+struct GuardedFile {
+    LockResult result = LockResult::Missing; ///< Taken when the guard stands, Held when another one does
+    FileDescriptor file{-1};
+    struct stat state {};
 };
 
-/// Nothing when there is no such file. A file that another process replaced while this one waited for its
-/// lock is not the document any more, so the path is asked again.
-std::optional<LockedFile> openLocked(const std::filesystem::path& path) {
+/// A file that another process replaced while this one waited is not the document any more, so the path is
+/// asked again.
+GuardedFile guard(const std::filesystem::path& path) {
     for (;;) {
         // What is no plain file (a pipe) must not keep the caller waiting.
         FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
         if (!file) {
             if (errno == ENOENT)
-                return std::nullopt;
+                return {};
             throw lastError();
         }
-        while (::flock(file.get(), LOCK_EX) != 0) {
-            if (errno != EINTR)
-                throw lastError();
-        }
+        const bool isGuarded = takeSystemLock(file);
         struct stat opened {};
         struct stat named {};
         if (::fstat(file.get(), &opened) != 0)
@@ -47,33 +59,37 @@ std::optional<LockedFile> openLocked(const std::filesystem::path& path) {
         const bool stillNamed = ::stat(path.c_str(), &named) == 0 && named.st_ino == opened.st_ino &&
                                 named.st_dev == opened.st_dev;
         if (stillNamed)
-            return LockedFile{std::move(file), opened};
+            return {isGuarded ? LockResult::Taken : LockResult::Held, std::move(file), opened};
     }
 }
 
 } // namespace
 
 LockResult tryLockDocument(const std::string& path) {
-    const auto locked = openLocked(targetOf(path));
-    if (!locked)
-        return LockResult::Missing;
-    if ((locked->state.st_mode & kOwnerWrites) == 0)
+    const GuardedFile document = guard(targetOf(path));
+    if (document.result != LockResult::Taken)
+        return document.result;
+    if ((document.state.st_mode & kOwnerWrites) == 0)
         return LockResult::Held;
-    if (::fchmod(locked->file.get(), locked->state.st_mode & 07777 & ~kOwnerWrites) != 0)
+    if (::fchmod(document.file.get(), document.state.st_mode & 07777 & ~kOwnerWrites) != 0)
         throw lastError();
     return LockResult::Taken;
 }
 
 void replaceLockedDocument(const std::string& path, std::string_view content) {
     const std::filesystem::path target = targetOf(path);
-    auto locked = openLocked(target);
-    if (!locked)
-        return createDocument(path, content);
+    // When somebody sleeps over the guard, the lock is this process's all the same, and its content is kept.
+    GuardedFile document = guard(target);
+    if (document.result == LockResult::Missing) {
+        if (!createDocument(path, content))
+            replaceFile(path, content);
+        return;
+    }
     try {
         // The new file comes unlocked, so that one rename both writes and releases.
-        locked->state.st_mode |= kOwnerWrites;
+        document.state.st_mode |= kOwnerWrites;
         TemporaryFile temporary(target, S_IRUSR | kOwnerWrites);
-        temporary.takeOwnerAndMode(locked->state);
+        temporary.takeOwnerAndMode(document.state);
         temporary.write(content);
         temporary.replace(target);
     } catch (const Error&) {
@@ -82,11 +98,11 @@ void replaceLockedDocument(const std::string& path, std::string_view content) {
     }
 }
 
-void createDocument(const std::string& path, std::string_view content) {
+bool createDocument(const std::string& path, std::string_view content) {
     const std::filesystem::path target = targetOf(path);
     TemporaryFile temporary(target, kAsTheUserWants);
     temporary.write(content);
-    temporary.becomeNew(target);
+    return temporary.becomeNew(target);
 }
 
 } // namespace norvakavlor::platform

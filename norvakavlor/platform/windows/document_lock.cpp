@@ -80,8 +80,8 @@ LockResult tryLockDocument(const std::string& path) {
 
 void replaceLockedDocument(const std::string& path, std::string_view content) {
     const fs::path target = targetOf(path);
-    if (!fileExists(path))
-        return createDocument(path, content);
+    if (!fileExists(path) && createDocument(path, content))
+        return;
     std::optional<TemporaryFile> temporary;
     try {
         temporary.emplace(target);
@@ -98,11 +98,11 @@ void replaceLockedDocument(const std::string& path, std::string_view content) {
     temporary->replace(target);
 }
 
-void createDocument(const std::string& path, std::string_view content) {
+bool createDocument(const std::string& path, std::string_view content) {
     const fs::path target = targetOf(path);
     TemporaryFile temporary(target);
     temporary.write(content);
-    temporary.becomeNew(target);
+    return temporary.becomeNew(target);
 }
 
 } // namespace norvakavlor::platform
