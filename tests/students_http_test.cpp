@@ -37,12 +37,13 @@ protected:
     void SetUp() override { receivedRequests(); }
     void TearDown() override { LoginGlobals::StoreValidationString(""); }
 
-    /// The requests since the last call, from the endpoint's name on.
+    /// The requests since the last call: method, and the address from the endpoint's name on.
     Lines requests() {
         Lines lines;
         for (const std::string& request : receivedRequests()) {
             const std::string line = requestLine(request);
-            lines.push_back(line.substr(line.find_last_of('/', line.find('?')) + 1));
+            lines.push_back(line.substr(0, line.find(' ') + 1) +
+                            line.substr(line.find_last_of('/', line.find('?')) + 1));
             lastBody = request.substr(request.find("\r\n\r\n") + 4);
         }
         return lines;

@@ -316,7 +316,7 @@ TEST_F(Roster, WaitsByTheTimeOfDayAsItStands) {
     // The first wait ends before midnight, the second would end after it.
     EXPECT_THROW(roster->AddStudent(file, student("", "new"), nullptr), GivenUp);
     platform::setReadOnly(file, false);
-    EXPECT_TRUE(roster->AddStudent(file, student("", "new"), nullptr)) << "a free roster wants no clock";
+    EXPECT_TRUE(roster->AddStudent(file, student("new", "new"), nullptr)) << "a free roster wants no clock";
 }
 
 TEST_F(Roster, NumbersBeyondFiveDigitsAndBelowZero) {
