@@ -12,10 +12,12 @@ foreach(library gtest gtest_main gmock gmock_main)
     target_compile_options(${library} PRIVATE -w) # its warnings are not ours
 endforeach()
 
-# The C++ client of the Automation server: the library and the server are linked in, so that tests may add a class.
+# The C++ client of the Automation server: the library and the server are linked in, so that tests may add a
+# class. How the library is loaded and unloaded is seen on NorvaKavlor.dll beside it.
 file(GLOB client_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/automation/*.cpp)
-add_executable(norvakavlor_tests ${test_sources} ${client_sources})
-target_link_libraries(norvakavlor_tests PRIVATE norvakavlor_automation norvakavlor gmock gtest_main)
+add_executable(norvakavlor_tests ${test_sources} ${client_sources} ${automation_folder}/NorvaKavlor.rc)
+add_dependencies(norvakavlor_tests type_library automation_server)
+target_link_libraries(norvakavlor_tests PRIVATE norvakavlor_automation norvakavlor gmock gtest_main psapi)
 target_compile_options(norvakavlor_tests PRIVATE -Wa,-mbig-obj)
 compile_quickly(norvakavlor_tests)
 
