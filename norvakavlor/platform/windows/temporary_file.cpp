@@ -67,8 +67,9 @@ void copyAccessRights(const fs::path& from, const fs::path& to) {
     std::vector<std::byte> rights(size);
     if (size > 0 && ::GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size))
         ::SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
-    // Where the attribute is one of the rights (under Wine), it is none of those to copy.
-    ::SetFileAttributesW(to.c_str(), FILE_ATTRIBUTE_NORMAL);
+    // Under Wine the read-only attribute is one of the rights, and is not to be copied. The archive attribute
+    // is what a new file has: programs for backups look for it.
+    ::SetFileAttributesW(to.c_str(), FILE_ATTRIBUTE_ARCHIVE);
 }
 
 /// Makes the new name last: with a file the disk keeps all that was done before it. The content is in place
