@@ -10,9 +10,6 @@ export LC_ALL=C.UTF-8
 [ -n "${HOME:-}" ] && [ -w "$HOME" ] || { export HOME=$root/build/home; mkdir -p "$HOME"; }
 export XDG_CONFIG_HOME=$root/build/config
 
-# Objects compiled in one clone serve another one.
-export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-
 native_packages="g++ cmake ninja-build libexpat1-dev libcurl4-openssl-dev libssl-dev libcpp-httplib-dev"
 native_test_packages="libgtest-dev libgmock-dev"
 windows_packages="g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64"
