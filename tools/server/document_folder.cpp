@@ -36,7 +36,7 @@ xml::Document parsedBytes(std::string_view bytes) {
 
 } // namespace
 
-DocumentFolder::DocumentFolder(std::string path) : path_(EnsureTrailingSlash(path)) {}
+DocumentFolder::DocumentFolder(const std::string& path) : path_(EnsureTrailingSlash(path)) {}
 
 std::string DocumentFolder::pathOf(std::string_view directory) const {
     std::string path = path_;

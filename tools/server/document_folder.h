@@ -15,7 +15,7 @@ inline constexpr std::string_view kGradebookFolder = "gradebook";
 
 class DocumentFolder {
 public:
-    explicit DocumentFolder(std::string path);
+    explicit DocumentFolder(const std::string& path);
 
     /// The folder of a web directory ("/", "/class1/"), with a "/" at its end. Raises 76 when there is none,
     /// it lies outside or is the gradebook's.

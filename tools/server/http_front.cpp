@@ -57,7 +57,7 @@ public:
                 outgoing.status = kBadRequest;
             }
         });
-        server.set_exception_handler([](const auto&, auto& outgoing, std::exception_ptr) {
+        server.set_exception_handler([](const auto&, auto& outgoing, const std::exception_ptr&) {
             constexpr int kServerError = 500;
             outgoing.status = kServerError;
             outgoing.set_content("The server could not do that.", kPlainText);
