@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <norvakavlor/component/class_list.h>
+#include <norvakavlor/component/enumerations.h>
 #include <norvakavlor/component/identifiers.h>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,7 @@ public:
     std::string write();
 
 private:
+    void writeEnumeration(const Enumeration& enumeration);
     void writeInterface(const ClassInfo& info);
     void writeProperty(const Member& member);
     void writeMethod(const Member& member);
@@ -116,6 +118,15 @@ std::string Writer::parameterList(const Member& member) const {
     return list;
 }
 
+// The compiler takes no help texts for the members.
+void Writer::writeEnumeration(const Enumeration& enumeration) {
+    text_ += "    typedef [helpstring(" + quoted(enumeration.summary) + ")] enum\n    {\n";
+    for (const Enumeration::Member& member : enumeration.members)
+        text_ += "        " + std::string(member.name) + " = " + std::to_string(member.value) + ", // " +
+                 std::string(member.help) + "\n";
+    text_ += "    } " + std::string(enumeration.name) + ";\n\n";
+}
+
 void Writer::writeLine(const Member& member, std::string_view kind, const std::string& declaration) {
     text_ += "        [id(" + dispatchId(member.dispatchId) + ")" + std::string(kind) + ", helpstring(" +
              quoted(member.help) + ")]\n            " + declaration + ";\n";
@@ -169,6 +180,8 @@ std::string Writer::write() {
     text_ += "[uuid(" + typeLibraryId().toText() +
              "), version(1.0), helpstring(\"NorvaKavlor 1.0\")]\nlibrary NorvaKavlor\n{\n"
              "    importlib(\"stdole2.tlb\");\n\n";
+    for (const Enumeration& enumeration : enumerations())
+        writeEnumeration(enumeration);
     // Classes may name each other in any order.
     for (const ClassInfo* info : classes_)
         text_ += "    dispinterface _" + info->name + ";\n";

@@ -1,6 +1,7 @@
 #include <norvakavlor/component/descriptions.h>
 
 #include <norvakavlor/component/class_list.h>
+#include <norvakavlor/component/enumerations.h>
 #include <string_view>
 
 namespace norvakavlor {
@@ -82,6 +83,15 @@ void appendClass(std::string& page, const ClassInfo& info) {
     }
 }
 
+void appendEnumeration(std::string& page, const Enumeration& enumeration) {
+    page += "\n### " + std::string(enumeration.name) + "\n\n" + std::string(enumeration.summary) +
+            "\n\n| name | number | |\n|---|---|---|\n";
+    for (const Enumeration::Member& member : enumeration.members) {
+        page += "| `" + std::string(member.name) + "` | " + std::to_string(member.value) + " | " +
+                std::string(member.help) + " |\n";
+    }
+}
+
 } // namespace
 
 std::string referencePage() {
@@ -94,6 +104,11 @@ std::string referencePage() {
     page += "\nThe classes below are handed out by the ones above.\n";
     for (const ClassTable table : furtherClasses())
         appendClass(page, table());
+    page +=
+        "\n## Named numbers\n\nThe type library has them for clients that read it; script clients write the "
+        "numbers.\n";
+    for (const Enumeration& enumeration : enumerations())
+        appendEnumeration(page, enumeration);
     return page;
 }
 
