@@ -127,7 +127,8 @@ TEST(Exam, PassesOverFaultsOfSingleQuestions) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        EXPECT_EQ(results(*examOf(std::string("<exam>") + c.questions + "</exam>", pool.get())), c.results);
+        const auto exam = examOf(std::string("<exam>") + c.questions + "</exam>", pool.get());
+        EXPECT_EQ(results(*exam), c.results);
     }
     const auto bare = examOf("<exam><questionRef>q1</questionRef></exam>", nullptr);
     EXPECT_EQ(bare->Questions->Item("q1")->Hint, "");

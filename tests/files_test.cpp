@@ -71,13 +71,18 @@ TEST(Files, ReadsBytesAsTheyAre) {
     EXPECT_EQ(errorNumber([] { readFile(""); }), 53);
 }
 
-TEST(Files, RefusesToReadBeyondTheBound) {
+TEST(Files, RefusesWhatIsBeyondTheBound) {
     const TemporaryFolder folder;
     const std::string path = folder.write("large", "");
     std::filesystem::resize_file(path, (64u << 20) + 1);
     EXPECT_EQ(errorNumber([&] { readFile(path); }), 57);
     std::filesystem::resize_file(path, 64u << 20);
-    EXPECT_EQ(readFile(path).size(), size_t{64} << 20);
+    const std::string largest = readFile(path);
+    EXPECT_EQ(largest.size(), size_t{64} << 20);
+    replaceFile(folder.file("stored"), largest);
+    EXPECT_EQ(errorNumber([&] { replaceFile(folder.file("stored"), largest + 'x'); }), 57);
+    EXPECT_EQ(readFile(folder.file("stored")).size(), largest.size());
+    EXPECT_EQ(folder.names(), (Names{"large", "stored"}));
 }
 
 TEST(Files, ReplacesAFileAsAWhole) {

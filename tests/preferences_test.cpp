@@ -44,8 +44,9 @@ TEST(Encryption, HashesTheBytesOfTheCodePage) {
 }
 
 TEST(Preferences, OfANewObjectAreWrittenWhole) {
+    const auto fresh = New<Preferences>();
     EXPECT_EQ(
-        saved(*New<Preferences>()),
+        saved(*fresh),
         "<pref "
         "inherited=\"1\"><loginRequired>false</loginRequired><examRetakeAllowed>false</examRetakeAllowed>"
         "<questionRetakeAllowed>true</questionRetakeAllowed><questionRetakeCount>1</questionRetakeCount>"

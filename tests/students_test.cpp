@@ -130,8 +130,9 @@ TEST(Student, WritesWhatItHas) {
                               "<sectionRef>8</sectionRef><username></"
                               "username><password>900150983cd24fb0d6963f7d28e17f72</password></student>";
     EXPECT_EQ(text(*someone), whole);
-    EXPECT_EQ(text(*someone->Clone()), whole);
-    EXPECT_TRUE(someone->Clone()->CheckPassword("abc"));
+    const auto copy = someone->Clone();
+    EXPECT_EQ(text(*copy), whole);
+    EXPECT_TRUE(copy->CheckPassword("abc"));
     // An element without a password clears the flag alone; the digest is written again.
     const xml::Document document = parsed("<student><id>S1</id><name/></student>");
     someone->LoadFromXMLNode(document.root(), nullptr);

@@ -21,7 +21,8 @@ std::string readFile(const std::string& path);
 
 /// Replaces the file's content as a whole: after a crash it holds the old bytes or the new. A new file is
 /// made when there is none. Raises 70 when the file is read-only, 76 when its folder is missing, 61 when the
-/// disk is full, 57 otherwise; the old content stands then and nothing is left behind.
+/// disk is full, 57 otherwise and for more than readFile reads; the old content stands then and nothing is
+/// left behind.
 void replaceFile(const std::string& path, std::string_view content);
 
 /// Deletes one file. A name that holds "*" or "?" deletes nothing and raises 53, as does a missing file; a

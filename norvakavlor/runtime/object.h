@@ -57,7 +57,9 @@ public:
 
     T* get() const { return object_; }
     T* operator->() const { return object_; }
-    T& operator*() const { return *object_; }
+    T& operator*() const& { return *object_; }
+    /// In `for (auto& item : *list->GetModules())` the result would be gone before the first round: name it.
+    T& operator*() const&& = delete;
     explicit operator bool() const { return object_ != nullptr; }
     friend bool operator==(const Ref& left, const Ref& right) { return left.object_ == right.object_; }
 

@@ -233,7 +233,7 @@ TEST(Server, LeaksNothing) {
     for (int round = 0; round < 1000; ++round)
         useOnce(server);
     const size_t before = memoryInUse();
-    for (int round = 0; round < 3000; ++round)
+    for (int round = 0; round < 10000; ++round)
         useOnce(server);
     // An object or text lost in each round would be more than this.
     EXPECT_LT(memoryInUse(), before + 128 * 1024);

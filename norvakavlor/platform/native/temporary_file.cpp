@@ -87,6 +87,7 @@ void TemporaryFile::takeOwnerAndMode(const struct stat& state) const {
 }
 
 void TemporaryFile::write(std::string_view content) {
+    checkSize(content);
     writeAll(file_, content);
     struct stat state {};
     if (::fsync(file_.get()) != 0 || ::fstat(file_.get(), &state) != 0 || !file_.close())

@@ -132,6 +132,7 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::write(std::string_view content) {
+    checkSize(content);
     while (!content.empty()) {
         constexpr size_t kPiece = 1u << 20;
         DWORD count = 0;
