@@ -91,7 +91,7 @@ const ClassInfo& Question::classInfo() {
             .method("Clone", &Question::Clone, {}, "A new question without answers, images and lists.")
             .method("SetObjectiveID", &Question::SetObjectiveID, {"objectiveID"},
                     "Renames the objective in place, or makes one.")
-            .method("SetTaskID", &Question::SetTaskID, {"taskID"},
+            .method("SetTaskID", &Question::SetTaskID, {"taskId"},
                     "Renames the task in place, or makes one.");
     return info;
 }

@@ -20,7 +20,7 @@ bool GradiumLesson::Load(const std::string& filename, TaskPool* taskPool, const 
 
 bool GradiumLesson::LoadFromXMLNode(xml::Node gradiumLessonNode, TaskPool* taskPool, const std::string& url) {
     readCourse(gradiumLessonNode);
-    const xml::Node lesson = gradiumLessonNode.selectSingleNode("LESSON/lesson");
+    const xml::Node lesson = gradiumLessonNode.child("LESSON").child("lesson");
     return !lesson || theLesson()->LoadFromXMLNode(lesson, taskPool, url);
 }
 
