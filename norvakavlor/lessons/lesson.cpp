@@ -77,10 +77,10 @@ bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std
 }
 
 bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
-    LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
     const std::string kind = lessonKind(LessonObjType);
     const bool accepted =
         saveAs({kind, "lesson"}, filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
     if (deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename)) {
         Delete(loadedFrom_);
         loadedFrom_.clear();
