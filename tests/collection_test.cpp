@@ -136,6 +136,46 @@ TEST(KeyedCollection, RemovesAndMoves) {
     EXPECT_THAT(all(*list), ElementsAre("c"));
 }
 
+// However often members are added at one spot, before or behind whoever walks, the walk sees each of the
+// first ones once and ends.
+TEST(KeyedCollection, EndsAWalkThatAddsAtEveryStep) {
+    const std::vector<Value> spots[] = {
+        {"new", {}, 1, {}},     // before all
+        {"new", {}, "m2", {}},  // before one that was seen
+        {"new", {}, {}, "m1"},  // behind one that was seen
+        {"new", {}, "m99", {}}, // before one that is still to come
+    };
+    for (const auto& spot : spots) {
+        const auto list = New<Words>();
+        for (int number = 0; number < 100; ++number)
+            list->Add("old", "m" + std::to_string(number));
+        int old = 0;
+        int steps = 0;
+        uint64_t mark = 0;
+        for (; steps < 1000; ++steps) {
+            const auto element = Words::classInfo().elementAt(*list, mark);
+            if (!element)
+                break;
+            old += element->toText() == "old";
+            if (steps >= 3 && list->Count() < 400) {
+                call(*list, "Add", spot);
+                call(*list, "Add", spot);
+            }
+        }
+        EXPECT_EQ(old, 100);
+        EXPECT_LT(steps, 1000);
+    }
+    // Where every addition halves what is left of a gap, members keep their order.
+    const auto list = words({"0", "1"});
+    for (int number = 2; number < 300; ++number)
+        call(*list, "Add", {std::to_string(number), {}, number / 2, {}});
+    std::vector<std::string> walked;
+    uint64_t mark = 0;
+    while (const auto element = Words::classInfo().elementAt(*list, mark))
+        walked.push_back(element->toText());
+    EXPECT_EQ(walked, all(*list));
+}
+
 TEST(KeyedCollection, SharesObjectsAndTakesNoOthers) {
     using Lists = KeyedCollection<Words>;
     const auto lists = New<Lists>();

@@ -136,19 +136,45 @@ private:
         uint64_t place = 0;
     };
 
-    /// The place for an entry that is to stand at a position.
+    static constexpr uint64_t kGap = uint64_t{1} << 32;
+    static constexpr uint64_t kMiddle = uint64_t{1} << 63;
+
+    /// The place for an entry that is to stand at a position. There is as much room at either end as there is
+    /// memory for; billions of additions and removals may still use one up, and then all begin anew.
     uint64_t placeAt(size_t position) {
-        constexpr uint64_t kGap = 1 << 20;
-        const uint64_t before = position == 0 ? 0 : entries_[position - 1]->place;
+        if (entries_.empty())
+            return kMiddle;
+        if (entries_.back()->place > UINT64_MAX - kGap || entries_.front()->place <= kGap) {
+            uint64_t place = kMiddle;
+            for (const auto& entry : entries_)
+                entry->place = place += kGap;
+        }
         if (position == entries_.size())
-            return before + kGap;
-        const uint64_t between = (entries_[position]->place - before) / 2;
-        if (between != 0)
-            return before + between;
-        uint64_t place = 0;
-        for (const auto& entry : entries_)
-            entry->place = place += kGap;
-        return placeAt(position);
+            return entries_.back()->place + kGap;
+        if (position == 0)
+            return entries_.front()->place - kGap;
+        return placeBetween(position);
+    }
+
+    /// Entries that are added one after the other at one spot follow each other closely; the first one there
+    /// halves the gap. A gap that is used up is made wider downwards: whoever walks along may pass over a new
+    /// entry then, and meets none twice, so that every walk ends.
+    uint64_t placeBetween(size_t position) {
+        constexpr uint64_t kStep = 1 << 12;
+        const uint64_t after = entries_[position]->place;
+        if (after - entries_[position - 1]->place < 2) {
+            uint64_t place = after;
+            for (size_t before = position; before > 0 && entries_[before - 1]->place > place - kStep;
+                 --before)
+                entries_[before - 1]->place = place -= kStep;
+        }
+        const uint64_t before = entries_[position - 1]->place;
+        const uint64_t half = (after - before) / 2;
+        const uint64_t step = std::min(half, kStep);
+        lastBetween_ = before == lastBetween_  ? before + step
+                       : after == lastBetween_ ? after - step
+                                               : before + half;
+        return lastBetween_;
     }
 
     void insert(size_t position, Element item, std::optional<std::string> key) {
@@ -223,6 +249,7 @@ private:
     }
 
     std::vector<std::unique_ptr<Entry>> entries_;
+    uint64_t lastBetween_ = 0; ///< the place that was last given between two others
     std::unordered_map<std::string, Entry*> byKey_;
 };
 
