@@ -70,12 +70,18 @@ TEST(KavlorServerOptions, ChangeWhatIsAnswered) {
     const std::string pair = "LoginKey=" + key + "&LoginValue=" + EncryptPassword(key);
     EXPECT_THAT(posted(guarded, load), HasSubstr("not logged in"));
     EXPECT_THAT(posted(guarded, load + "&" + pair), HasSubstr("not logged in"));
+    for (const std::string& wrong :
+         {pair + "0", std::string("LoginKey=abc&LoginValue=900150983cd24fb0d6963f7d28e17f72"), std::string()})
+        EXPECT_EQ(posted(guarded, "/Login.asp?" + wrong), "Not validated") << wrong;
     EXPECT_EQ(posted(guarded, "/Login.asp?" + pair), "Validated");
     EXPECT_THAT(posted(guarded, load + "&" + pair), HasSubstr("<exam>"));
     EXPECT_THAT(posted(guarded, load + "&LoginKey=" + key), HasSubstr("not logged in"));
-    EXPECT_EQ(guarded.answer({"GET", "/x.xml?key=k2", "", ""}, "").status, 200);
-    EXPECT_EQ(guarded.answer({"GET", "/x.xml?key=k3", "", ""}, "").status, 403);
-    EXPECT_EQ(guarded.answer({"GET", "/x.xml", "", ""}, "").status, 403);
+    folder.write("launch.xml", "<ORBEX_INPUTS/>");
+    for (const auto& [target, status] : {std::pair{"/launch.xml?key=k2", 200},
+                                         {"/launch.xml?key=k3", 403},
+                                         {"/launch.xml", 403},
+                                         {"/x.xml?key=k2", 404}})
+        EXPECT_EQ(guarded.answer({"GET", target, "", ""}, "").status, status) << target;
 }
 
 TEST(KavlorServerOptions, TheGradebookAcceptsWhenItIsToldTo) {

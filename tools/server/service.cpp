@@ -126,6 +126,10 @@ Reply Service::launchDocument(const RequestTarget& target, std::string_view serv
     if (!target.name.ends_with(".xml"))
         return refusal(kNotFound, "There is nothing of this name here.");
     std::string text = folder_.read(target.directory, target.name);
+    // A launch address is open to who has not logged in; no other document is to be had by it.
+    const auto document = platform::parseXml(text);
+    if (!document || document->root().name() != "ORBEX_INPUTS")
+        return refusal(kNotFound, "There is no launch document of this name here.");
     replaceAll(text, "{server}", serverAddress);
     return {.contentType = std::string(kXml), .text = std::move(text)};
 }
