@@ -255,6 +255,10 @@ const std::map<std::string, std::function<void(Visit&)>, std::less<>>& manners()
         {"wrong-declaration",
          page("<?xml version=\"1.0\" encoding=\"utf-16\"?><textBookList><textBook><id>D1</id>"
               "<title>R\xC3\xA9sum\xC3\xA9</title></textBook></textBookList>")},
+        // Lines behind the last piece are no second head.
+        {"trailer",
+         raw(head("200 OK", "Transfer-Encoding: chunked\r\nContent-Type: text/xml; charset=utf-8\r\n") +
+             "9\r\n<a>\xC3\xA9</a>\r\n0\r\nContent-Type: text/xml; charset=iso-8859-1\r\nX-Sum: 1\r\n\r\n")},
         // Replies that do not come, or not to their end.
         {"hang-up", [](Visit&) {}},
         {"half-status", raw("HTTP/1.1 2")},

@@ -140,7 +140,11 @@ private:
         if (line.starts_with("HTTP/")) {
             reply_ = {};
             sawStatus_ = true;
+            sawWholeHead_ = false;
         }
+        // What follows a whole reply in pieces tells nothing about it.
+        if (sawWholeHead_)
+            return;
         sawWholeHead_ = line == "\r\n" || line == "\n";
         line = line.substr(0, line.find_last_not_of("\r\n") + 1);
         const size_t colon = std::min(line.find(':'), line.size());
