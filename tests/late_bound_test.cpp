@@ -2,6 +2,7 @@
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/runtime/dictionary.h>
+#include <norvakavlor/xml/node_object.h>
 #include <string>
 #include <tests/support/fixtures.h>
 #include <tests/support/probe.h>
@@ -124,6 +125,15 @@ TEST(LateBound, TakesAbsentObjectsWhereTheyMayBe) {
     EXPECT_EQ(errorNumber([&] { call(*probe, "TitleOf", {Value::Null()}); }), 13);
     EXPECT_EQ(errorNumber([&] { call(*probe, "IsAbsent", {Value(New<TextBook>())}); }), 13);
     EXPECT_EQ(errorNumber([&] { call(*probe, "IsAbsent", {Value("text")}); }), 13);
+}
+
+TEST(LateBound, TakesADocumentForItsRoot) {
+    const auto document = std::make_shared<xml::Document>(
+        testing::parsed("<!-- c --><textBookList><textBook><id>A</id></textBook></textBookList>"));
+    const auto books = New<TextBooks>();
+    call(*books, "LoadFromXMLNode", {Value(New<NodeObject>(document, document->node()))});
+    EXPECT_EQ(books->textBooks->Count(), 1);
+    EXPECT_TRUE(books->Exists("A"));
 }
 
 TEST(LateBound, RefusesWhatTheTableDoesNotOffer) {

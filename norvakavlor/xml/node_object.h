@@ -25,7 +25,10 @@ template <> struct ArgumentTraits<xml::Node> {
     using Held = Ref<NodeObject>;
     static Type type() { return {Type::Kind::Node, nullptr}; }
     static Held take(const Value& value) { return ArgumentTraits<NodeObject>::take(value); }
-    static xml::Node give(Held& held) { return held->node; }
+    /// A document stands for its root.
+    static xml::Node give(Held& held) {
+        return held->node.kind() == xml::NodeKind::Document ? held->document->root() : held->node;
+    }
 };
 
 template <> struct ArgumentTraits<xml::Document> {
