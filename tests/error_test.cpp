@@ -14,19 +14,7 @@ TEST(Error, CarriesNumberSourceAndText) {
     EXPECT_EQ(object.source(), "QuestionPool");
     EXPECT_STREQ(object.what(), "A text.");
 
-    const struct {
-        RuntimeError error;
-        const char* shown;
-    } cases[] = {
-        {RuntimeError::InvalidProcedureCall, "5|NorvaKavlor|Invalid procedure call or argument"},
-        {RuntimeError::Overflow, "6|NorvaKavlor|Overflow"},
-        {RuntimeError::TypeMismatch, "13|NorvaKavlor|Type mismatch"},
-        {RuntimeError::KeyAlreadyAssociated,
-         "457|NorvaKavlor|This key is already associated with an element of this collection"},
-        {RuntimeError::ElementNotFound, "32811|NorvaKavlor|Element not found"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(raised([&] { throw runtimeError(c.error); }), c.shown);
+    EXPECT_EQ(raised([] { throw runtimeError(RuntimeError::Overflow); }), "6|NorvaKavlor|Overflow");
     EXPECT_EQ(raised([] { throw runtimeError(RuntimeError::DiskFull, "Own text"); }),
               "61|NorvaKavlor|Own text");
 }

@@ -6,25 +6,14 @@
 #include <norvakavlor/xml/document.h>
 #include <norvakavlor/xml/node_object.h>
 #include <string>
+#include <tests/support/fixtures.h>
 #include <vector>
 
 namespace norvakavlor {
 namespace {
 
-xml::Document parsed(std::string_view text) {
-    auto document = platform::parseXml(text);
-    EXPECT_TRUE(document) << text;
-    return document ? std::move(*document) : xml::Document();
-}
-
-template <class Step> int errorOf(Step step) {
-    try {
-        step();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
-}
+using testing::errorNumber;
+using testing::parsed;
 
 TEST(XmlTree, SelectsAlongChildPaths) {
     const xml::Document document =
@@ -111,7 +100,7 @@ TEST(XmlTree, RefusesWhatWouldNotBeWellFormed) {
         {"a null source", 91, [&] { root.appendCopy({}); }},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(errorOf(c.step), c.error) << c.what;
+        EXPECT_EQ(errorNumber(c.step), c.error) << c.what;
         EXPECT_EQ(document.toText(), before) << c.what;
     }
 }

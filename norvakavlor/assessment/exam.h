@@ -50,7 +50,7 @@ public:
 
     /// Stores the exam. With `deleteOld`, the document that the exam was loaded from is then deleted when it
     /// lies elsewhere, and forgotten; not when the server refused the save, as it would be the only copy.
-    /// True whenever no error was raised; raises 70, 76 or 61 when a local file cannot be written.
+    /// True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot be written.
     bool Save(const std::string& location, bool deleteOld);
     /// Fills an exam element. Always True.
     bool SaveToXMLNode(xml::Node examNode) const;

@@ -22,8 +22,8 @@ public:
     /// changed, when the list cannot be had or does not parse.
     bool Load(const std::string& location, const std::string& directoryList);
 
-    /// Stores the list, its exams by their file names. True whenever no error was raised; raises 70, 76 or 61
-    /// when a local file cannot be written.
+    /// Stores the list, its exams by their file names. True whenever no error was raised; raises 70, 76, 61
+    /// or 57 when a local file cannot be written.
     bool Save(const std::string& location);
 
     /// Deletes a list's document. True; a failure raises, unlike that of an exam: 53 for a missing local

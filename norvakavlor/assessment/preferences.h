@@ -39,7 +39,7 @@ public:
     /// their new values.
     bool LoadFromXMLNode(xml::Node prefNode);
 
-    /// Stores the preferences. True whenever no error was raised; raises 70, 76 or 61 when a local file
+    /// Stores the preferences. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file
     /// cannot be written.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;

@@ -66,7 +66,7 @@ const ClassInfo& QuestionPool::classInfo() {
                     "Clones of a module's questions, in pool order.")
             .method("Load", &QuestionPool::Load,
                     {"fileName", {"objectives", optional}, {"taskPool", optional}},
-                    "Adds a document's questions; False when it does not parse.")
+                    "Adds a document's questions; False when it cannot be had or does not parse.")
             .method("LoadFromXMLNode", &QuestionPool::LoadFromXMLNode,
                     {"poolNode", {"objectives", optional}, {"taskPool", optional}},
                     "Adds the questions of a questionPool element.")

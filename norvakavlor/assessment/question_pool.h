@@ -26,8 +26,8 @@ public:
     bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool);
 
     /// Stores the pool. The format loses what it has no writer for: set-up and question images; and markup in
-    /// a text becomes text. True whenever no error was raised; raises 70, 76 or 61 when a local file cannot
-    /// be written.
+    /// a text becomes text. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file
+    /// cannot be written.
     bool Save(const std::string& fileName) const;
     void SaveToXMLNode(xml::Node poolNode) const;
 

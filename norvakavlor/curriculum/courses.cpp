@@ -173,7 +173,7 @@ const ClassInfo& Courses::classInfo() {
         describe<Courses>("Courses", "The courses of an installation, one document.")
             .readOnly("Courses", &Courses::CourseMembers, "The courses, keyed by ID, in document order.")
             .method("Load", &Courses::Load, {"location", {"textBooks", optional}},
-                    "Adds a document's courses; False when it does not parse.")
+                    "Adds a document's courses; False when it cannot be had or does not parse.")
             .method("LoadFromXMLNode", &Courses::LoadFromXMLNode, {"node", {"textBooks", optional}},
                     "Adds the courses of a classes element.")
             .method("Save", &Courses::Save, {"location"}, "Stores the courses as one document.")

@@ -61,8 +61,8 @@ public:
     bool Load(const std::string& location, TextBooks* textBooks);
     bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks);
 
-    /// Stores the courses. True whenever no error was raised; raises 70, 76 or 61 when a local file cannot be
-    /// written.
+    /// Stores the courses. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file
+    /// cannot be written.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 

@@ -137,7 +137,7 @@ const ClassInfo& Objectives::classInfo() {
             .readOnly("Objectives", &Objectives::ObjectiveMembers,
                       "The objectives, keyed by ID, in document order.")
             .method("Load", &Objectives::Load, {"location", {"textBooks", optional}},
-                    "Adds a document's objectives; False when it does not parse.")
+                    "Adds a document's objectives; False when it cannot be had or does not parse.")
             .method("LoadFromXMLNode", &Objectives::LoadFromXMLNode, {"node", {"textBooks", optional}},
                     "Adds the objectives of an objectiveList element.")
             .method("Save", &Objectives::Save, {"location"}, "Stores the objectives as one document.")

@@ -125,7 +125,7 @@ const ClassInfo& TaskPool::classInfo() {
             .method("GetTasksByModule", &TaskPool::GetTasksByModule, {"moduleName"},
                     "Clones of a module's tasks.")
             .method("Load", &TaskPool::Load, {"location", {"objectives", optional}},
-                    "Adds a document's tasks; False when it does not parse.")
+                    "Adds a document's tasks; False when it cannot be had or does not parse.")
             .method("LoadFromXMLNode", &TaskPool::LoadFromXMLNode, {"poolNode", {"objectives", optional}},
                     "Adds the tasks of a taskPool element.")
             .method("Save", &TaskPool::Save, {"location"}, "Stores the tasks as one document.")

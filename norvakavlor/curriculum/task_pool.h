@@ -49,8 +49,8 @@ public:
     bool Load(const std::string& location, Objectives* objectives);
     bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives);
 
-    /// Stores the pool. True whenever no error was raised; raises 70, 76 or 61 when a local file cannot be
-    /// written.
+    /// Stores the pool. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot
+    /// be written.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Node poolNode) const;
 

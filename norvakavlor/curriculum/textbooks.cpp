@@ -52,7 +52,7 @@ const ClassInfo& TextBooks::classInfo() {
         describe<TextBooks>("TextBooks", "The textbooks of an installation, one document.")
             .readOnly("textBooks", &TextBooks::textBooks, "The textbooks, keyed by ID, in document order.")
             .method("Load", &TextBooks::Load, {"location"},
-                    "Adds a document's textbooks; False when it does not parse.")
+                    "Adds a document's textbooks; False when it cannot be had or does not parse.")
             .method("LoadFromXMLNode", &TextBooks::LoadFromXMLNode, {"node"},
                     "Adds the textbooks of a textBookList element.")
             .method("Save", &TextBooks::Save, {"location"}, "Stores the textbooks as one document.")

@@ -33,7 +33,7 @@ public:
     bool LoadFromXMLNode(xml::Node node);
 
     /// Stores the textbooks. True whenever no error was raised: what a server answers is shown to the user.
-    /// Raises 70, 76 or 61 when a local file cannot be written; the old file stands then.
+    /// Raises 70, 76, 61 or 57 when a local file cannot be written; the old file stands then.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 

@@ -49,8 +49,8 @@ public:
 
     /// Stores the lesson. With `deleteOldIfChanged`, the document that it was loaded from is then deleted
     /// when it lies elsewhere, and forgotten; not when the server refused the save, as it would be the only
-    /// copy. True whenever no error was raised; raises 70, 76 or 61 when a local file cannot be written, and
-    /// what deleting raises, the lesson being stored then.
+    /// copy. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot be written,
+    /// and what deleting raises, the lesson being stored then.
     bool Save(const std::string& filename, bool deleteOldIfChanged);
     /// Fills a lesson element. Always True.
     bool SaveToXMLNode(xml::Node lessonNode) const;

@@ -25,7 +25,7 @@ public:
               TaskPool* taskPool, const std::string& studentID, const std::string& saveDir);
 
     /// Stores the menu; tutorials keep the files of their LessonTitleFiles alone. True whenever no error was
-    /// raised; raises 70, 76 or 61 when a local file cannot be written.
+    /// raised; raises 70, 76, 61 or 57 when a local file cannot be written.
     bool Save(const std::string& filename) const;
 
     static const ClassInfo& classInfo();

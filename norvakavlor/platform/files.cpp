@@ -49,11 +49,6 @@ bool sameFile(const std::string& left, const std::string& right) {
     return std::filesystem::equivalent(localPath(left), localPath(right), failure) && !failure;
 }
 
-void checkSize(std::string_view content) {
-    if (content.size() > xml::kMaximumBytes)
-        throw runtimeError(RuntimeError::DeviceError);
-}
-
 std::string_view fileNameOf(std::string_view path) { return path.substr(path.find_last_of(kSeparators) + 1); }
 
 std::string baseName(std::string_view path) {

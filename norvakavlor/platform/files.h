@@ -12,7 +12,8 @@ bool folderExists(const std::string& path);
 bool fileExists(const std::string& path);
 
 /// The names of the files (not folders) in a folder, ordered by name with letter case folded, then by bytes;
-/// temporary files of interrupted saves are left out. A folder that is not there has no files.
+/// temporary files of interrupted saves are left out. A folder that is not there has no files; raises 70 or
+/// 57 when one that is there cannot be read.
 std::vector<std::string> listFiles(const std::string& folder);
 
 /// The bytes of a file. Raises 53 when it is missing, 70 when it may not be read, 57 when reading fails or it

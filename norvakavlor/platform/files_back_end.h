@@ -22,13 +22,10 @@ bool isTemporaryNameOf(std::string_view fileName, std::string_view target);
 /// How much older than a temporary file just written another one must be to count as left behind.
 inline constexpr std::chrono::minutes kTemporaryAge{10};
 
-/// Raises 57 for content that readFile would refuse: what is saved must load again, and until then the old
-/// content is worth more.
-void checkSize(std::string_view content);
-
 /// Brought by each platform: a UTF-8 path as the file system takes it; "/" and "\" are separators alike.
 std::filesystem::path localPath(std::string_view utf8);
 /// Brought by each platform: the names of the files in a folder, in any order; none when it is not there.
+/// Raises 70 or 57 when it cannot be read to its end.
 std::vector<std::string> fileNamesIn(const std::string& folder);
 /// Brought by each platform: deletes the one file of exactly this name; see deleteFile.
 void deleteOneFile(const std::string& path, bool force);

@@ -50,9 +50,11 @@ std::string endpointURL(std::string_view endpoint, std::string_view kind, std::s
 std::string postToServer(const std::string& url) { return platform::sendHttp({.url = url}).text; }
 
 std::string postToServer(const std::string& url, const xml::Document& document) {
+    std::string body = document.toText();
+    xml::checkSize(body.size());
     return platform::sendHttp({.url = url,
                                .headers = {{"Content-Type", "text/xml; charset=utf-8"}},
-                               .body = document.toText()})
+                               .body = std::move(body)})
         .text;
 }
 

@@ -29,8 +29,8 @@ std::string endpointURL(std::string_view endpoint, std::string_view kind, std::s
 std::string postToServer(const std::string& url);
 std::string postToServer(const std::string& url, const xml::Document& document);
 
-/// The document at a location. Nothing when it is missing, does not parse or cannot be fetched; the reply's
-/// status is never looked at, as an error page does not parse anyway.
+/// The document at a location. Nothing when it is missing, does not parse or cannot be fetched. The reply's
+/// status is never looked at: only whether it parses counts.
 std::optional<xml::Document> readDocument(std::string_view kind, const std::string& location,
                                           std::string_view parameters = {});
 
@@ -41,11 +41,11 @@ std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::st
 
 /// Stores a document. False when the server answered with a text, which was then shown in a message box:
 /// the server reports problems so, and success by an empty body. Raises when a local file cannot be written
-/// (70, 76, 61) and when no reply came.
+/// (70, 76, 61, 57), 57 for more than a load would read, and when no reply came.
 bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document);
 
-/// Deletes a document; the server's answer is ignored. Raises 53 for a missing local file and for names with
-/// "*" or "?", 70 for a read-only one.
+/// Deletes a document; the server's answer is ignored. Raises 53 for a missing local file and for local names
+/// with "*" or "?", 70 for a read-only file.
 void deleteDocument(std::string_view kind, const std::string& location);
 
 /// Does the document at `former` stay behind as a stale copy now that its object was stored at `current`? Not

@@ -33,7 +33,7 @@ public:
     bool LoadFromXMLNode(xml::Node rosterNode, Courses* courses);
 
     /// Stores the roster. True whenever no error was raised; raises what a student's saving raises, and 70,
-    /// 76 or 61 when a local file cannot be written.
+    /// 76, 61 or 57 when a local file cannot be written.
     bool Save(const std::string& filename, Courses* courses) const;
     /// Appends one element for each student. Always True.
     bool SaveToXMLNode(xml::Node rosterNode, Courses* courses) const;

@@ -23,7 +23,4 @@ constexpr bool isWhiteSpace(char c) { return c == ' ' || c == '\t' || c == '\n' 
 /// May this be the name of an element or attribute? Beyond ASCII every character is taken for a letter.
 bool isName(std::string_view text);
 
-/// Appends a code point as UTF-8.
-void appendUtf8(std::string& text, char32_t codePoint);
-
 } // namespace norvakavlor::xml

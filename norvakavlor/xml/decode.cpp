@@ -1,6 +1,8 @@
 #include <norvakavlor/xml/decode.h>
 
+#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
+#include <norvakavlor/runtime/utf8.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/prolog.h>
 #include <norvakavlor/xml/windows_1252.h>
@@ -142,6 +144,13 @@ std::optional<Encoding> encodingOfContentType(std::string_view contentType) {
 }
 
 } // namespace
+
+void checkSize(size_t bytes) {
+    if (bytes > kMaximumBytes) {
+        throw runtimeError(RuntimeError::DeviceError,
+                           "The document is larger than " + std::to_string(kMaximumBytes >> 20) + " MiB");
+    }
+}
 
 std::optional<std::string> decodeFile(std::string_view bytes) {
     auto encoding = takeByteOrderMark(bytes);

@@ -11,6 +11,10 @@ namespace norvakavlor::xml {
 /// No document and no reply may be larger.
 inline constexpr size_t kMaximumBytes = 64u << 20;
 
+/// Raises 57, with a text that says so, for more than that: what cannot be read is not written either, as the
+/// old document is worth more.
+void checkSize(size_t bytes);
+
 /// A file obeys its own byte order mark and encoding declaration: UTF-8, UTF-16, US-ASCII, ISO-8859-1,
 /// windows-1252. Nothing for another encoding, and for bytes that their encoding does not allow.
 std::optional<std::string> decodeFile(std::string_view bytes);

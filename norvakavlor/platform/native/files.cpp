@@ -78,7 +78,7 @@ bool fileExists(const std::string& path) {
 
 std::vector<std::string> fileNamesIn(const std::string& folder) {
     std::vector<std::string> names;
-    if (!isPossible(folder))
+    if (!folderExists(folder))
         return names;
     std::error_code failure;
     for (fs::directory_iterator at(localPath(folder), failure), end; !failure && at != end;
@@ -87,6 +87,9 @@ std::vector<std::string> fileNamesIn(const std::string& folder) {
         if (at->is_regular_file(unknown))
             names.push_back(at->path().filename().string());
     }
+    // Part of a list would pass for the whole.
+    if (failure)
+        throw runtimeError(errorOfCode(failure.value()));
     return names;
 }
 
@@ -99,9 +102,9 @@ std::string readFile(const std::string& path) {
         throw runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
     }
     struct stat state {};
-    if (::fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode) ||
-        static_cast<uint64_t>(state.st_size) > xml::kMaximumBytes)
+    if (::fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode))
         throw runtimeError(RuntimeError::DeviceError);
+    xml::checkSize(static_cast<size_t>(state.st_size));
     // One byte more than it has, so that its end shows; a file that grows meanwhile is read on.
     std::string content;
     size_t length = 0;
@@ -115,8 +118,7 @@ std::string readFile(const std::string& path) {
         if (count < 0)
             throw runtimeError(errorOfCode(errno));
         length += static_cast<size_t>(count);
-        if (length > xml::kMaximumBytes)
-            throw runtimeError(RuntimeError::DeviceError);
+        xml::checkSize(length);
         if (length == content.size())
             content.resize(2 * length);
     }

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/xml/decode.h>
 #include <string>
 #include <system_error>
 #include <tuple>
@@ -40,7 +42,9 @@ void flushFolder(const fs::path& folder) {
 void removeStale(const fs::path& target, time_t written) {
     const fs::path folder = folderOf(target);
     const std::string fileName = target.filename().string();
-    for (const std::string& name : fileNamesIn(folder.string())) {
+    std::vector<std::string> names;
+    ignoringErrors([&] { names = fileNamesIn(folder.string()); });
+    for (const std::string& name : names) {
         struct stat state {};
         const fs::path path = folder / name;
         if (isTemporaryNameOf(name, fileName) && ::lstat(path.c_str(), &state) == 0 &&
@@ -87,7 +91,7 @@ void TemporaryFile::takeOwnerAndMode(const struct stat& state) const {
 }
 
 void TemporaryFile::write(std::string_view content) {
-    checkSize(content);
+    xml::checkSize(content.size());
     writeAll(file_, content);
     struct stat state {};
     if (::fsync(file_.get()) != 0 || ::fstat(file_.get(), &state) != 0 || !file_.close())

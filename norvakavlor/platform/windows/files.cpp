@@ -67,13 +67,20 @@ std::vector<std::string> fileNamesIn(const std::string& folder) {
     WIN32_FIND_DATAW entry{};
     const HANDLE search =
         ::FindFirstFileExW((path / L"*").c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr, 0);
-    if (search == INVALID_HANDLE_VALUE)
+    if (search == INVALID_HANDLE_VALUE) {
+        // The root of an empty drive has not even an entry for itself.
+        if (const DWORD error = ::GetLastError(); error != ERROR_FILE_NOT_FOUND)
+            throw runtimeError(errorOfCode(error));
         return names;
+    }
     const std::unique_ptr<void, decltype(&::FindClose)> closed(search, ::FindClose);
     do {
         if (!isFolder(entry.dwFileAttributes))
             names.push_back(fromWide(entry.cFileName));
     } while (::FindNextFileW(search, &entry));
+    // Part of a list would pass for the whole.
+    if (const DWORD error = ::GetLastError(); error != ERROR_NO_MORE_FILES)
+        throw runtimeError(errorOfCode(error));
     return names;
 }
 
@@ -82,9 +89,10 @@ std::string readFile(const std::string& path) {
     attributesOfFile(target);
     const FileHandle file = openForReading(target);
     LARGE_INTEGER size{};
-    if (::GetFileType(file.get()) != FILE_TYPE_DISK || !::GetFileSizeEx(file.get(), &size) ||
-        static_cast<uint64_t>(size.QuadPart) > xml::kMaximumBytes)
+    if (::GetFileType(file.get()) != FILE_TYPE_DISK || !::GetFileSizeEx(file.get(), &size))
         throw runtimeError(RuntimeError::DeviceError);
+    // A size beyond what 32 bits count is too large as well.
+    xml::checkSize(static_cast<size_t>(std::min<uint64_t>(static_cast<uint64_t>(size.QuadPart), SIZE_MAX)));
     // One byte more than it has, so that its end shows; a file that grows meanwhile is read on.
     std::string content(static_cast<size_t>(size.QuadPart) + 1, '\0');
     size_t length = 0;
@@ -96,8 +104,7 @@ std::string readFile(const std::string& path) {
         if (count == 0)
             break;
         length += count;
-        if (length > xml::kMaximumBytes)
-            throw runtimeError(RuntimeError::DeviceError);
+        xml::checkSize(length);
         if (length == content.size())
             content.resize(2 * length);
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <norvakavlor/platform/windows/markup.h>
+#include <norvakavlor/runtime/utf8.h>
 #include <norvakavlor/xml/characters.h>
 
 namespace norvakavlor::platform {
@@ -19,7 +20,7 @@ std::string unusedLetter(std::string_view text, char32_t& next) {
     std::string letter;
     do {
         letter.clear();
-        xml::appendUtf8(letter, next--);
+        appendUtf8(letter, next--);
     } while (text.find(letter) != kNotFound);
     return letter;
 }

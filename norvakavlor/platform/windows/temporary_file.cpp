@@ -6,6 +6,8 @@
 #include <cstring>
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/xml/decode.h>
 #include <ratio>
 #include <vector>
 
@@ -83,7 +85,9 @@ void flushName(const fs::path& target) {
 void removeStale(const fs::path& target, uint64_t written) {
     const fs::path folder = target.parent_path();
     const std::string fileName = nameOf(target);
-    for (const std::string& name : fileNamesIn(fromWide(folder.wstring()))) {
+    std::vector<std::string> names;
+    ignoringErrors([&] { names = fileNamesIn(fromWide(folder.wstring())); });
+    for (const std::string& name : names) {
         const fs::path path = folder / toWide(name);
         WIN32_FILE_ATTRIBUTE_DATA state{};
         if (isTemporaryNameOf(name, fileName) &&
@@ -132,7 +136,7 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::write(std::string_view content) {
-    checkSize(content);
+    xml::checkSize(content.size());
     while (!content.empty()) {
         constexpr size_t kPiece = 1u << 20;
         DWORD count = 0;
