@@ -3,7 +3,9 @@
 
 #include <functional>
 #include <gmock/gmock.h>
+#include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/curriculum/textbooks.h>
+#include <norvakavlor/lessons/lesson.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/documents.h>
@@ -226,6 +228,32 @@ TEST(StoreOverHttp, ShowsWhatAServerSaysOfASave) {
         deleteDocument("TextBooks", location); // its answer is nobody's concern
         EXPECT_EQ(messages.all().size(), times);
     }
+}
+
+/// The requests that a save sends which may delete the document it was loaded from.
+template <class Class> std::string movedBy(const std::string& manner) {
+    auto object = New<Class>();
+    EXPECT_TRUE(object->Load(misbehaving("document") + "old.xml", nullptr));
+    receivedRequests();
+    const RecordedMessages messages;
+    EXPECT_TRUE(object->Save(misbehaving(manner) + "new.xml", true));
+    std::string lines;
+    for (const std::string& request : receivedRequests())
+        lines += requestLine(request) + "|";
+    return lines;
+}
+
+TEST(StoreOverHttp, DeletesAnOldDocumentOnceTheNewOneIsTaken) {
+    const auto lines = [](const std::string& kind, bool deletes) {
+        const std::string query = "?ObjName=" + kind + "&FileName=";
+        return "POST /" + std::string(deletes ? "empty" : "reply/Full") + "/SaveKavlorObject.asp" + query +
+               "new.xml|" +
+               (deletes ? "POST /document/DeleteKavlorObject.asp" + query + "old.xml|" : std::string());
+    };
+    EXPECT_EQ(movedBy<Exam>("empty"), lines("Exam", true));
+    EXPECT_EQ(movedBy<Exam>("reply/Full"), lines("Exam", false));
+    EXPECT_EQ(movedBy<Lesson>("empty"), lines("Lesson", true));
+    EXPECT_EQ(movedBy<Lesson>("reply/Full"), lines("Lesson", false));
 }
 
 TEST(StoreOverHttp, TakesAListingApart) {

@@ -202,7 +202,22 @@ TEST(Store, ADocumentThatMovedMayLeaveAStaleCopy) {
     EXPECT_FALSE(leavesStaleCopy(current, current));
     EXPECT_FALSE(leavesStaleCopy(folder.path() + "./current.xml", current));
     EXPECT_FALSE(leavesStaleCopy(folder.file("gone.xml"), current));
-    EXPECT_FALSE(leavesStaleCopy("http://h/a.xml", "http://h/a.xml"));
+    const struct {
+        const char* former;
+        const char* current;
+        bool stale;
+    } cases[] = {
+        {"http://h/a.xml", "http://h/a.xml", false},
+        {"http://h/a.xml", "http://h/b.xml", true},
+        {"http://h/a/x.xml", "http://h/b/x.xml", true},
+        {"http://h/?s=1/x.xml", "http://h?s=1/x.xml", false},
+        {"http://127.0.0.1:80/x.xml", "http://localhost/x.xml", false},
+        {"http://h/x.xml", "http://h/X.XML", false},
+        {"http://h/a b.xml", "http://h/a%20b.xml", false},
+        {"http://h/a/../x.xml", "http://h/./x.xml", false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(leavesStaleCopy(c.former, c.current), c.stale) << c.former << " " << c.current;
 }
 
 } // namespace

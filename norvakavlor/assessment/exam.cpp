@@ -48,9 +48,10 @@ Ref<Question> questionOf(QuestionPool* pool, const std::string& id) {
 } // namespace
 
 bool Exam::Load(const std::string& location, QuestionPool* questionPool) {
+    std::string from = location; // which may be ExamFileName, and loading changes that
     if (!loadFrom(*this, kWords.kind, location, questionPool, location))
         return false;
-    loadedFrom_ = location;
+    loadedFrom_ = std::move(from);
     return true;
 }
 
@@ -84,10 +85,12 @@ bool Exam::LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const
 }
 
 bool Exam::Save(const std::string& location, bool deleteOld) {
-    ExamFileName = bareFileName(location);
     const bool accepted =
         saveAs(kWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
-    if (deleteOld && accepted && leavesStaleCopy(loadedFrom_, location)) {
+    const bool isStale = deleteOld && accepted && leavesStaleCopy(loadedFrom_, location);
+    // Only now: a caller may have given this very member as the location.
+    ExamFileName = bareFileName(location);
+    if (isStale) {
         Delete(loadedFrom_);
         loadedFrom_.clear();
     }

@@ -14,6 +14,7 @@ namespace norvakavlor {
 
 class Courses;
 class QuestionPool;
+class Students;
 
 /// An exam as authored, a student's attempt at it, or the summary of a class's attempts: settings and the
 /// ordered list of questions with their results. Its questions are clones of the pool's, which have no
@@ -41,8 +42,8 @@ public:
 
     /// Loads a document. False, with nothing changed, when it cannot be had or does not parse. What the
     /// document lacks stays as it is, questions that are there keep their results. Raises 6 or 13 for a
-    /// number that is none in the exam's own attributes and "source"; faults of single questions are passed
-    /// over.
+    /// number that is none in the exam's own attributes, "source" and preferences; faults of single questions
+    /// are passed over.
     bool Load(const std::string& location, QuestionPool* questionPool);
     /// The same from an exam element; `location` only gives ExamFileName. A question that the pool lacks, or
     /// any question without a pool, has its ID and results alone; a repeated one is dropped.
@@ -77,16 +78,22 @@ public:
     /// empty) in the folder that this exam was loaded from, else the roster's. On the web the server makes
     /// the summary, and the result says whether that loads. Locally course and section filter nothing: every
     /// student with an attempt file counts. Under random order only the first RandomQuestionLimit questions
-    /// of an attempt count, so a limit of 0 counts none. Raises 13 when the roster does not load.
+    /// of an attempt count, so a limit of 0 counts none. An attempt that does not load is passed over. Raises
+    /// 13 when the roster does not load, and what a roster's Load raises.
     bool LoadExamSummary(const std::string& rosterFile, QuestionPool* questionPool, Courses* courses,
                          const std::string& examID, int16_t attemptNum, const std::string& courseID,
                          const std::string& sectionID);
 
+    /// The local half of a summary for C++ clients that hold the students: adds their attempts of one number,
+    /// which lie beside the exam at `location` (".xml" is dropped).
+    void AddAttempts(const Students& roster, QuestionPool* questionPool, const std::string& location,
+                     int16_t attemptNum);
+
     /// The exams of a type (ExamTypes) at a location; unreadable files are left out.
     Ref<KeyedCollection<TitleFilename>> GetExams(const std::string& location, int32_t examType) const;
     /// The same as rows with results, of one student's attempts when `studentID` is not empty. Locally the
-    /// name is searched for the student, so "A" also finds attempts of "A_B". Raises 6 or 13 when a server's
-    /// field is no number.
+    /// name is searched for the student, so "A" also finds attempts of "A_B"; a file whose percentage is no
+    /// number is left out. Raises 6 or 13 when a server's field is no number.
     Ref<KeyedCollection<ExamInfo>> GetExamInfo(const std::string& location, const std::string& studentID,
                                                int32_t examType) const;
     /// The same from a server that gives each row's Source as a sixth field.

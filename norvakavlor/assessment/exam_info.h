@@ -23,8 +23,8 @@ public:
 
     /// Reads one document of the object kind `pObjName`; a local directory must end with its separator. What
     /// the document lacks stays as it is; Directory, Filename and, from the name, Attempt are set. False,
-    /// with nothing changed, when the document cannot be had or does not parse. Raises 13 when its percentage
-    /// is no number; Title is set then.
+    /// with nothing changed, when the document cannot be had or does not parse. Raises 13 or 6 when its
+    /// percentage is no number; Title is set then.
     bool LoadValues(const std::string& pDirectory, const std::string& pFilename, const std::string& pObjName);
 
     static const ClassInfo& classInfo();

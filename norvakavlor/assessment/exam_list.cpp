@@ -38,7 +38,9 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
     ExamListFileName = bareFileName(location);
     read(kFields, root, *this);
     loadOwnPreferences(Prefs, root);
-    const std::vector<std::string> directories = splitDirectories(directoryList);
+    // No list names no directory; an empty piece of one is the root.
+    const auto directories =
+        directoryList.empty() ? std::vector<std::string>() : splitDirectories(directoryList);
     for (const xml::Node file : xml::children(root, "examFile")) {
         if (const Ref<TitleFilename> exam = findExam(directories, file.text()))
             Exams->Add(exam);
@@ -47,13 +49,14 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
 }
 
 bool ExamList::Save(const std::string& location) {
-    ExamListFileName = bareFileName(location);
     saveAs(kWords, location, [this](xml::Document& document, xml::Node root) {
         write(kFields, root, *this);
         saveOwnPreferences(Prefs, document, root);
         for (const Ref<TitleFilename>& exam : *Exams)
             root.append("examFile", exam->Filename);
     });
+    // Only now: a caller may have given this very member as the location.
+    ExamListFileName = bareFileName(location);
     return true;
 }
 

@@ -51,17 +51,25 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
         // Clients know a roster that is not there as this error and not as False.
         throw runtimeError(RuntimeError::TypeMismatch);
     }
-    std::string base = location;
-    if (base.ends_with(".xml"))
-        base.resize(base.size() - std::string_view(".xml").size());
-    for (const Ref<Student>& student : *roster->StudentMembers) {
+    AddAttempts(*roster, questionPool, location, attemptNum);
+    return true;
+}
+
+void Exam::AddAttempts(const Students& roster, QuestionPool* questionPool, const std::string& location,
+                       int16_t attemptNum) {
+    const std::string_view base(location.data(), location.size() - (location.ends_with(".xml") ? 4 : 0));
+    for (const Ref<Student>& student : *roster.StudentMembers) {
         if (platform::holdsSeparator(student->StudentID))
             continue;
         auto attempt = New<Exam>();
-        if (attempt->Load(attemptFileName(base, student->StudentID, attemptNum), questionPool))
+        bool loaded = false;
+        // One stray file does not break the summary of the class.
+        ignoringErrors([&] {
+            loaded = attempt->Load(attemptFileName(base, student->StudentID, attemptNum), questionPool);
+        });
+        if (loaded)
             addAttempt(*attempt);
     }
-    return true;
 }
 
 void Exam::addAttempt(const Exam& attempt) {

@@ -48,9 +48,10 @@ bool LessonAssignment::SaveToXMLNode(xml::Node objNode) const {
 }
 
 bool Lesson::Load(const std::string& filename, TaskPool* taskPool) {
+    std::string from = filename; // which may be LessonFilename, and loading changes that
     if (!loadFrom(*this, lessonKind(LessonObjType), filename, taskPool, filename))
         return false;
-    loadedFrom_ = filename;
+    loadedFrom_ = std::move(from);
     return true;
 }
 
@@ -80,8 +81,10 @@ bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
     const std::string kind = lessonKind(LessonObjType);
     const bool accepted =
         saveAs({kind, "lesson"}, filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    const bool isStale = deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename);
+    // Only now: a caller may have given this very member as the location.
     LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
-    if (deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename)) {
+    if (isStale) {
         Delete(loadedFrom_);
         loadedFrom_.clear();
     }

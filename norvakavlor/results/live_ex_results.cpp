@@ -49,9 +49,10 @@ Ref<LiveExScore> LiveExScore::Clone() const {
 }
 
 bool LiveExResults::Load(const std::string& filename) {
+    std::string from = filename; // which may be ExamFileName, and loading changes that
     if (!loadFrom(*this, kKind, filename, filename))
         return false;
-    origFilename = filename;
+    origFilename = std::move(from);
     return true;
 }
 

@@ -3,7 +3,9 @@
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/platform/url.h>
 #include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/login_globals.h>
 #include <norvakavlor/xml/decode.h>
@@ -34,6 +36,15 @@ template <class Read> std::optional<xml::Document> unlessUnreachable(Read read) 
     } catch (const Error&) {
         return std::nullopt;
     }
+}
+
+/// Where a server holds a document, without the host, which may go by several names: the directory and the
+/// file name, however they are spelled.
+std::string placeOnServer(const std::string& location) {
+    const std::string base = URLBase(location);
+    const size_t path = base.find('/', std::string_view("http://").size());
+    const std::string place = (path == std::string::npos ? "/" : base.substr(path)) + URLFileName(location);
+    return platform::resolveUrl("http://host/", platform::encodeUrl(place));
 }
 
 std::optional<xml::Document> fetchDocument(const std::string& url) {
@@ -94,7 +105,9 @@ void deleteDocument(std::string_view kind, const std::string& location) {
 bool leavesStaleCopy(const std::string& former, const std::string& current) {
     if (former.empty() || former == current)
         return false;
-    return IsURL(former) || (platform::fileExists(former) && !platform::sameFile(former, current));
+    if (!IsURL(former))
+        return platform::fileExists(former) && !platform::sameFile(former, current);
+    return !IsURL(current) || !equalIgnoringCase(placeOnServer(former), placeOnServer(current));
 }
 
 std::optional<xml::Document> readLocalDocument(const std::string& path) {

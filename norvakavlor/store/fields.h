@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cmath>
 #include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/xml/document.h>
 #include <string>
 #include <string_view>
@@ -18,8 +20,9 @@
 ///     void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const { write(kFields, node, *this); }
 ///
 /// Reading replaces a member when its element or attribute is there and keeps it when not; numbers raise 6
-/// and 13 as the conversions do. Members are text, 16-bit integers, doubles, and booleans that are "true" or
-/// "false" in the document, of which only exact "true" reads as True.
+/// and 13 as the conversions do. Writing raises 6 for a double that is no number. Members are text, 16-bit
+/// integers, doubles, and booleans that are "true" or "false" in the document, of which only exact "true"
+/// reads as True.
 namespace norvakavlor {
 
 enum class Place { Element, Attribute };
@@ -67,7 +70,12 @@ inline void fromText(std::string_view text, bool& member) { member = text == "tr
 
 inline std::string fieldText(const std::string& member) { return member; }
 inline std::string fieldText(int16_t member) { return std::to_string(member); }
-inline std::string fieldText(double member) { return toText(member); }
+inline std::string fieldText(double member) {
+    // What is no number would be read as none, and its document never again.
+    if (!std::isfinite(member))
+        throw runtimeError(RuntimeError::Overflow);
+    return toText(member);
+}
 inline std::string fieldText(bool member) { return member ? "true" : "false"; }
 
 inline bool saysNothing(const std::string& member) { return member.empty(); }

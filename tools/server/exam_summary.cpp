@@ -2,39 +2,11 @@
 
 #include "roster_filter.h"
 
-#include <filesystem>
 #include <norvakavlor/assessment/exam.h>
-#include <norvakavlor/platform/files.h>
-#include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/store/documents.h>
-#include <system_error>
+#include <norvakavlor/students/students.h>
 
 namespace norvakavlor::server {
-namespace {
-
-/// A file outside the folder that is gone with the object.
-class ScratchFile {
-public:
-    explicit ScratchFile(const xml::Document& document)
-        : path_((std::filesystem::temp_directory_path() / platform::temporaryName("roster.xml")).string()) {
-        writeLocalDocument(path_, document);
-    }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-    ~ScratchFile() {
-        std::error_code ignored;
-        std::filesystem::remove(path_, ignored);
-    }
-    const std::string& path() const { return path_; }
-
-private:
-    std::string path_;
-};
-
-} // namespace
-
 std::string examSummary(const DocumentFolder& folder, const RequestTarget& target,
                         const std::string& roster) {
     const std::string examPath = folder.pathOf(target.directory, target.value("FileName"));
@@ -42,8 +14,10 @@ std::string examSummary(const DocumentFolder& folder, const RequestTarget& targe
     const int16_t attempt = toInt16(target.value("AttemptNum"));
     const RosterFilter filter{target.value("CourseID"), target.value("SectionID"), {}};
     return folder.reading([&] {
-        // A local summary counts the whole roster: it is given the part that was asked for.
-        const ScratchFile students(matchingStudents(DocumentFolder::parsedFile(rosterPath).root(), filter));
+        const xml::Document matching =
+            matchingStudents(DocumentFolder::parsedFile(rosterPath).root(), filter);
+        auto students = New<Students>();
+        students->LoadFromXMLNode(matching.root(), nullptr);
         auto authored = New<Exam>();
         auto summary = New<Exam>();
         if (authored->Load(examPath, nullptr)) {
@@ -54,7 +28,7 @@ std::string examSummary(const DocumentFolder& folder, const RequestTarget& targe
             summary->IsChallenge = authored->IsChallenge;
             summary->Prefs = authored->Prefs;
         }
-        summary->LoadExamSummary(students.path(), nullptr, nullptr, examPath, attempt, "", "");
+        summary->AddAttempts(*students, nullptr, examPath, attempt);
         xml::Document document;
         summary->SaveToXMLNode(document.createRoot("exam"));
         return document.toText();
