@@ -213,6 +213,7 @@ TEST(Store, ADocumentThatMovedMayLeaveAStaleCopy) {
         {"http://h/?s=1/x.xml", "http://h?s=1/x.xml", false},
         {"http://127.0.0.1:80/x.xml", "http://localhost/x.xml", false},
         {"http://h/x.xml", "http://h/X.XML", false},
+        {"http://h/?site=3/x.xml", "http://h/x.xml", false},
         {"http://h/a b.xml", "http://h/a%20b.xml", false},
         {"http://h/a/../x.xml", "http://h/./x.xml", false},
     };

@@ -50,8 +50,9 @@ void deleteDocument(std::string_view kind, const std::string& location);
 
 /// Does the document at `former` stay behind as a stale copy now that its object was stored at `current`? Not
 /// when there is no former place or no file there any more, and not when both names lead to the one document
-/// just written. On the web a server may go by several names and hold names in any letter case for one: where
-/// only these differ, the former document is left, as a copy too many does less harm than none.
+/// just written. On the web a server may go by several names, pass over an extra query and hold names in any
+/// letter case for one: where only these differ, the former document is left, as a copy too many does less
+/// harm than none.
 bool leavesStaleCopy(const std::string& former, const std::string& current);
 
 /// A document of the local disk, whatever the path looks like; nothing when it is missing or does not parse.
