@@ -70,7 +70,7 @@ TEST(Http, EveryFaultIsATransportErrorWithAClearText) {
         EXPECT_THAT(text, HasSubstr("|127.0.0.1:"));
         EXPECT_THAT(text, HasSubstr(" cannot be reached: " + std::string(c.reason)));
         EXPECT_THAT(text, Not(HasSubstr("secret")));
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)) << "its limits end it";
     }
 }
 

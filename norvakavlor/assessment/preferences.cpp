@@ -74,8 +74,10 @@ void Preferences::loadRetakeCount(xml::Node node) {
     // The count belongs to a document that allows retakes in so many words; elsewhere it is passed over.
     if (node.child("questionRetakeAllowed").text() != "true")
         return;
-    QuestionRetakeCount = node.child(kRetakeCount.name) ? QuestionRetakeCount : int16_t{1};
-    norvakavlor::read(kRetakeCount, node, *this);
+    if (node.child(kRetakeCount.name))
+        norvakavlor::read(kRetakeCount, node, *this);
+    else
+        QuestionRetakeCount = 1;
 }
 
 void Preferences::loadRandomQuestions(xml::Node node) {
