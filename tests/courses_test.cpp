@@ -101,10 +101,9 @@ TEST(Courses, WriteOnlyWhatTheyHave) {
     EXPECT_EQ(courses->CourseMembers->Item("2")->TextBook, books->textBooks->Item("B1"));
     EXPECT_EQ(written("classes", [&](xml::Document& document,
                                      xml::Node root) { courses->SaveToXMLNode(document, root); }),
-              "<classes><class><id>1</id><className></className></class><class><id>2</id><className>C &amp; "
-              "D</className>"
-              "<sectionList><section><id>0</id><sectionName>Day</sectionName></section></"
-              "sectionList><textBookRef>B1</textBookRef></class></classes>");
+              "<classes><class><id>1</id><className></className></class><class><id>2</id>"
+              "<className>C &amp; D</className><sectionList><section><id>0</id><sectionName>Day</sectionName>"
+              "</section></sectionList><textBookRef>B1</textBookRef></class></classes>");
     EXPECT_TRUE(courses->Exists("2"));
     EXPECT_FALSE(courses->Exists("3"));
 }

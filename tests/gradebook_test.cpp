@@ -69,11 +69,11 @@ TEST_F(Handshake, ChecksPairs) {
 }
 
 constexpr const char* kRecord =
-    "<ORBEX_INPUTS><COURSE_LIST><COURSE ID=\"C 1\"><str_Name>Office &amp; "
-    "more</str_Name><SUBMIT_HOST_V3>host</SUBMIT_HOST_V3>"
-    "<SUBMIT_HOST_V3_BACKUP>backup</SUBMIT_HOST_V3_BACKUP><CURRENT_LOCATION> Week 7 </CURRENT_LOCATION>"
-    "<STUDENT ID=\"S1\"><str_FirstName>Ann</str_FirstName><str_LastName>Lee</str_LastName></STUDENT>"
-    "<INSTRUCTOR><str_FirstName>Rosa</str_FirstName><str_LastName></str_LastName><HOST>h</HOST></INSTRUCTOR>";
+    "<ORBEX_INPUTS><COURSE_LIST><COURSE ID=\"C 1\"><str_Name>Office &amp; more</str_Name>"
+    "<SUBMIT_HOST_V3>host</SUBMIT_HOST_V3><SUBMIT_HOST_V3_BACKUP>backup</SUBMIT_HOST_V3_BACKUP>"
+    "<CURRENT_LOCATION> Week 7 </CURRENT_LOCATION><STUDENT ID=\"S1\"><str_FirstName>Ann</str_FirstName>"
+    "<str_LastName>Lee</str_LastName></STUDENT><INSTRUCTOR><str_FirstName>Rosa</str_FirstName><str_LastName>"
+    "</str_LastName><HOST>h</HOST></INSTRUCTOR>";
 
 /// An exam with two questions, launched with the default key for the student S1.
 class Gradebook : public Handshake {

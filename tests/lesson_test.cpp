@@ -73,9 +73,8 @@ TEST(Lesson, CopiesThePoolsTasks) {
     const char* text =
         "<lesson ID='L1'><title>Sheets</title><source>2</source><taskList>"
         "<taskRef completed='3/14/2004 2:05:09 PM'>T1</taskRef><taskRef>t2</taskRef></taskList>"
-        "<lessonAssignment><lessonRef>x_kvl.xml</lessonRef><classRef>3</classRef><sectionRef>0</sectionRef></"
-        "lessonAssignment>"
-        "<lessonAssignment/></lesson>";
+        "<lessonAssignment><lessonRef>x_kvl.xml</lessonRef><classRef>3</classRef><sectionRef>0</sectionRef>"
+        "</lessonAssignment><lessonAssignment/></lesson>";
     const xml::Document document = parsed(text);
     lesson->LoadFromXMLNode(document.root(), pool.get(), "http://server/app/x");
     EXPECT_EQ(lesson->LessonFilename, "x") << "on the web the name stays as it is";

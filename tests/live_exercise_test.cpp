@@ -19,11 +19,9 @@ Ref<LiveExScore> score(const char* id, bool correct) {
 
 TEST(LiveExResults, ReadsAndWritesItsRecord) {
     const xml::Document document =
-        parsed("<liveResults ID='X1' completionDate='3/14/2004'><title>Format a "
-               "letter</title><studentID>S1</studentID>"
-               "<score correct='TRUE' attempts='2'>07</score><score correct='-1'>7.5</score><score "
-               "correct='1'>9</score><score>10</score>"
-               "</liveResults>");
+        parsed("<liveResults ID='X1' completionDate='3/14/2004'><title>Format a letter</title>"
+               "<studentID>S1</studentID><score correct='TRUE' attempts='2'>07</score>"
+               "<score correct='-1'>7.5</score><score correct='1'>9</score><score>10</score></liveResults>");
     const auto results = New<LiveExResults>();
     EXPECT_TRUE(results->LoadFromXMLNode(document.root(), "folder\\letter.xml"));
     EXPECT_EQ(results->ExamFileName, "letter.xml");
@@ -82,17 +80,18 @@ TEST(LiveExResults, MovesItsRecord) {
 }
 
 TEST(GradiumLiveEx, ReadsAndWritesItsLaunch) {
-    const xml::Document document = parsed("<ORBEX_INPUTS><SUBMIT_HOST>old</SUBMIT_HOST><SUBMIT_HOST_V3>new</"
-                                          "SUBMIT_HOST_V3><liveExercise><id>X1</id>"
-                                          "<courseId>C</courseId><assignmentId>A</assignmentId><studentId>S</"
-                                          "studentId><score>28</score></liveExercise></ORBEX_INPUTS>");
+    const xml::Document document = parsed("<ORBEX_INPUTS><SUBMIT_HOST>old</SUBMIT_HOST>"
+                                          "<SUBMIT_HOST_V3>new</SUBMIT_HOST_V3><liveExercise><id>X1</id>"
+                                          "<courseId>C</courseId><assignmentId>A</assignmentId>"
+                                          "<studentId>S</studentId><score>28</score></liveExercise>"
+                                          "</ORBEX_INPUTS>");
     const auto launch = New<GradiumLiveEx>();
     EXPECT_TRUE(launch->LoadFromXMLNode(document.root(), ""));
     EXPECT_EQ(written("ORBEX_INPUTS", [&](xml::Document&, xml::Node root) { launch->SaveToXMLNode(root); }),
-              "<ORBEX_INPUTS><SUBMIT_HOST_V3>new</SUBMIT_HOST_V3><SUBMIT_HOST_V3_BACKUP></"
-              "SUBMIT_HOST_V3_BACKUP><liveExercise><id>X1</id>"
-              "<courseId>C</courseId><studentId>S</studentId><assignmentId>A</assignmentId><score>28</"
-              "score></liveExercise></ORBEX_INPUTS>");
+              "<ORBEX_INPUTS><SUBMIT_HOST_V3>new</SUBMIT_HOST_V3><SUBMIT_HOST_V3_BACKUP>"
+              "</SUBMIT_HOST_V3_BACKUP><liveExercise><id>X1</id><courseId>C</courseId>"
+              "<studentId>S</studentId><assignmentId>A</assignmentId><score>28</score></liveExercise>"
+              "</ORBEX_INPUTS>");
 }
 
 TEST(ModuleDiscManager, CarriesNamesAndFilesOver) {
@@ -102,8 +101,9 @@ TEST(ModuleDiscManager, CarriesNamesAndFilesOver) {
     EXPECT_FALSE(manager->LoadConfigFile(folder.file("missing.xml")));
     EXPECT_FALSE(manager->LoadConfigFile(folder.write("torn.xml", "<discs><module name='a'")));
     ASSERT_TRUE(manager->LoadConfigFile(
-        folder.write("discs.xml", "<discs><other name='z'/><module name='Charts' file='d1.dat'/><module "
-                                  "name='charts'/><!-- c --><module name='Files' file=''/></discs>")));
+        folder.write("discs.xml", "<discs><other name='z'/><module name='Charts' file='d1.dat'/>"
+                                  "<module name='charts'/><!-- c --><module name='Files' file=''/>"
+                                  "</discs>")));
     EXPECT_EQ(manager->GetFileForModule("charts"), "d1.dat");
     EXPECT_EQ(manager->GetFileForModule("Files"), "");
     EXPECT_EQ(manager->GetFileForModule("CHARTS"), "Error");

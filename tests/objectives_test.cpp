@@ -32,18 +32,16 @@ TEST(Objectives, WriteWhatIsNotEmptyAndAlwaysTheModule) {
         const char* written;
     } cases[] = {
         {"<objective/>", "<objective><module></module></objective>"},
-        {"<objective><objectiveLabel>L</objectiveLabel><id>O1</id><skillSet>S</skillSet><module>M</module></"
-         "objective>",
-         "<objective><id>O1</id><module>M</module><skillSet>S</skillSet><objectiveLabel>L</objectiveLabel></"
-         "objective>"},
+        {"<objective><objectiveLabel>L</objectiveLabel><id>O1</id><skillSet>S</skillSet><module>M</module>"
+         "</objective>",
+         "<objective><id>O1</id><module>M</module><skillSet>S</skillSet><objectiveLabel>L</objectiveLabel>"
+         "</objective>"},
         {"<objective><id>O2</id><referenceList/></objective>",
          "<objective><id>O2</id><module></module></objective>"},
-        {"<objective><referenceList><reference><referenceText>p. "
-         "4</referenceText><textBookRef>B9</textBookRef></reference>"
-         "<note/></referenceList></objective>",
-         "<objective><module></module><referenceList><reference><textBookRef>B9</"
-         "textBookRef><referenceText>p. 4</referenceText>"
-         "</reference></referenceList></objective>"},
+        {"<objective><referenceList><reference><referenceText>p. 4</referenceText>"
+         "<textBookRef>B9</textBookRef></reference><note/></referenceList></objective>",
+         "<objective><module></module><referenceList><reference><textBookRef>B9</textBookRef>"
+         "<referenceText>p. 4</referenceText></reference></referenceList></objective>"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.read);

@@ -47,11 +47,10 @@ TEST(Preferences, OfANewObjectAreWrittenWhole) {
     const auto fresh = New<Preferences>();
     EXPECT_EQ(
         saved(*fresh),
-        "<pref "
-        "inherited=\"1\"><loginRequired>false</loginRequired><examRetakeAllowed>false</examRetakeAllowed>"
-        "<questionRetakeAllowed>true</questionRetakeAllowed><questionRetakeCount>1</questionRetakeCount>"
-        "<displayFeedback>true</displayFeedback><detailedFeedback>true</"
-        "detailedFeedback><enablePrinting>true</enablePrinting>"
+        "<pref inherited=\"1\"><loginRequired>false</loginRequired>"
+        "<examRetakeAllowed>false</examRetakeAllowed><questionRetakeAllowed>true</questionRetakeAllowed>"
+        "<questionRetakeCount>1</questionRetakeCount><displayFeedback>true</displayFeedback>"
+        "<detailedFeedback>true</detailedFeedback><enablePrinting>true</enablePrinting>"
         "<timeLimit>30</timeLimit><displayHint>false</displayHint><enableRef>true</enableRef>"
         "<allowSelfRegister>true</allowSelfRegister><enablePause>true</enablePause>"
         "<displayRemediation>true</displayRemediation></pref>");
@@ -79,12 +78,10 @@ TEST(Preferences, WriteEachFalseInItsOwnWay) {
         "<pref inherited=\"0\"><loginRequired>true</loginRequired><examRetakeAllowed>true</examRetakeAllowed>"
         "<questionRetakeAllowed>false</questionRetakeAllowed><questionRetakeCount>-2</questionRetakeCount>"
         "<displayFeedback>false</displayFeedback><detailedFeedback>false</detailedFeedback>"
-        "<password>900150983cd24fb0d6963f7d28e17f72</password><enablePrinting>false</"
-        "enablePrinting><timeLimit>30</timeLimit>"
-        "<randomQuestions "
-        "limit=\"20\">true</randomQuestions><startDate>1/2/2004</startDate><endDate>soon</endDate>"
-        "<displayHint>true</displayHint><enableRef>False</enableRef><allowSelfRegister>False</"
-        "allowSelfRegister>"
+        "<password>900150983cd24fb0d6963f7d28e17f72</password><enablePrinting>false</enablePrinting>"
+        "<timeLimit>30</timeLimit><randomQuestions limit=\"20\">true</randomQuestions>"
+        "<startDate>1/2/2004</startDate><endDate>soon</endDate><displayHint>true</displayHint>"
+        "<enableRef>False</enableRef><allowSelfRegister>False</allowSelfRegister>"
         "<enablePause>False</enablePause><delayExamResultsDate>later</delayExamResultsDate>"
         "<displayRemediation>false</displayRemediation></pref>");
 }
@@ -163,8 +160,8 @@ TEST(Preferences, KeepWhatADocumentLacksButThePassword) {
     EXPECT_FALSE(preferences->CheckPassword("")) << "an empty password locks everyone out";
     EXPECT_EQ(preferences->RandomQuestionLimit, 3);
     EXPECT_EQ(errorNumber([&] {
-                  load("<pref><loginRequired>true</loginRequired><timeLimit>x</timeLimit><startDate>d</"
-                       "startDate></pref>");
+                  load("<pref><loginRequired>true</loginRequired><timeLimit>x</timeLimit>"
+                       "<startDate>d</startDate></pref>");
               }),
               13);
     EXPECT_TRUE(preferences->StudentLoginRequired) << "what was read before the fault stays";

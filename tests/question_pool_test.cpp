@@ -18,9 +18,9 @@ class QuestionPools : public ::testing::Test {
 protected:
     void SetUp() override {
         const xml::Document list =
-            parsed("<objectiveList><objective><id>o1</id><module>Sheets</module></objective>"
-                   "<objective><id>o2</id><module>sheets</module></objective><objective><id>o3</id></"
-                   "objective></objectiveList>");
+            parsed("<objectiveList><objective><id>o1</id><module>Sheets</module></objective><objective>"
+                   "<id>o2</id><module>sheets</module></objective><objective><id>o3</id></objective>"
+                   "</objectiveList>");
         objectives->LoadFromXMLNode(list.root(), nullptr);
         const xml::Document pool =
             parsed("<taskPool><task><id>t1</id><objectiveRef>o2</objectiveRef></task></taskPool>");
@@ -124,19 +124,15 @@ TEST_F(QuestionPools, CutTheTextOutOfItsMarkup) {
 }
 
 TEST_F(QuestionPools, ReadMoreThanTheyWrite) {
-    load("<question><text>a <b>c</b></text><id>q</id><answers "
-         "inorder='1'><answer>x</answer><answer>y</answer></answers>"
-         "<alttext3>3</alttext3><vantel>v</vantel><hint>h</hint><objectiveRef>O1</objectiveRef><taskRef>T1</"
-         "taskRef>"
-         "<divIDList><divID step='2'>d2</divID><divID step='1'>d1</divID></divIDList>"
-         "<dialogBoxList><dialogBox step='1' index='4'>yes</dialogBox></dialogBoxList>"
-         "<backgroundImageList><image step='b'>b.gif</image><image "
-         "step='a'>a.gif</image></backgroundImageList>"
-         "<correctImageList><image "
-         "step='a'>c.gif</image></correctImageList><taskPaneList><taskPane>p</taskPane></taskPaneList>"
-         "<questionSetup><questionSetupFunction>f</questionSetupFunction><questionSetupParam>1</"
-         "questionSetupParam></questionSetup>"
-         "<questionImageList><image>i.gif</image></questionImageList></question>");
+    load("<question><text>a <b>c</b></text><id>q</id><answers inorder='1'><answer>x</answer>"
+         "<answer>y</answer></answers><alttext3>3</alttext3><vantel>v</vantel><hint>h</hint>"
+         "<objectiveRef>O1</objectiveRef><taskRef>T1</taskRef><divIDList><divID step='2'>d2</divID>"
+         "<divID step='1'>d1</divID></divIDList><dialogBoxList><dialogBox step='1' index='4'>yes</dialogBox>"
+         "</dialogBoxList><backgroundImageList><image step='b'>b.gif</image><image step='a'>a.gif</image>"
+         "</backgroundImageList><correctImageList><image step='a'>c.gif</image></correctImageList>"
+         "<taskPaneList><taskPane>p</taskPane></taskPaneList><questionSetup>"
+         "<questionSetupFunction>f</questionSetupFunction><questionSetupParam>1</questionSetupParam>"
+         "</questionSetup><questionImageList><image>i.gif</image></questionImageList></question>");
     const Question& question = *questions->Questions->Item("q");
     EXPECT_EQ(question.QuestionSetupFunction, "f");
     EXPECT_EQ(question.QuestionSetupParam, "1");
@@ -144,17 +140,14 @@ TEST_F(QuestionPools, ReadMoreThanTheyWrite) {
     EXPECT_EQ(question.Task, tasks->Tasks->Item("t1"));
     EXPECT_EQ(question.Module, "Sheets") << "the objective's, not the task's";
     const std::string text =
-        "<questionPool><question><id>q</id><text>a &lt;b&gt;c&lt;/b&gt;</text><answers "
-        "inorder=\"true\"><answer>x</answer>"
-        "<answer>y</answer></answers><vantel>v</vantel><alttext3>3</alttext3><objectiveRef>o1</"
-        "objectiveRef><taskRef>t1</taskRef>"
-        "<hint>h</hint><backgroundImageList><image step=\"b\">b.gif</image><image "
-        "step=\"a\">a.gif</image></backgroundImageList>"
-        "<correctImageList><image step=\"a\">c.gif</image></correctImageList>"
-        "<dialogBoxList><dialogBox index=\"4\" "
-        "step=\"1\">yes</dialogBox></dialogBoxList><taskPaneList><taskPane>p</taskPane></taskPaneList>"
-        "<divIDList><divID step=\"2\">d2</divID><divID "
-        "step=\"1\">d1</divID></divIDList></question></questionPool>";
+        "<questionPool><question><id>q</id><text>a &lt;b&gt;c&lt;/b&gt;</text><answers inorder=\"true\">"
+        "<answer>x</answer><answer>y</answer></answers><vantel>v</vantel><alttext3>3</alttext3>"
+        "<objectiveRef>o1</objectiveRef><taskRef>t1</taskRef><hint>h</hint><backgroundImageList>"
+        "<image step=\"b\">b.gif</image><image step=\"a\">a.gif</image></backgroundImageList>"
+        "<correctImageList><image step=\"a\">c.gif</image></correctImageList><dialogBoxList>"
+        "<dialogBox index=\"4\" step=\"1\">yes</dialogBox></dialogBoxList><taskPaneList>"
+        "<taskPane>p</taskPane></taskPaneList><divIDList><divID step=\"2\">d2</divID>"
+        "<divID step=\"1\">d1</divID></divIDList></question></questionPool>";
     EXPECT_EQ(saved(), text);
     for (const char* word : {"TRUE", "True", "0", "", "yes"}) {
         questions = New<QuestionPool>();
@@ -164,10 +157,10 @@ TEST_F(QuestionPools, ReadMoreThanTheyWrite) {
 }
 
 TEST_F(QuestionPools, GroupQuestionsByModule) {
-    load("<question><id>a</id><objectiveRef>o1</objectiveRef><hint>h</hint><answers><answer>x</answer></"
-         "answers></question>"
-         "<question><id>b</id></question><question><id>c</id><objectiveRef>o2</objectiveRef></question>"
-         "<question><id>d</id><objectiveRef>o1</objectiveRef></question>");
+    load("<question><id>a</id><objectiveRef>o1</objectiveRef><hint>h</hint><answers><answer>x</answer>"
+         "</answers></question><question><id>b</id></question><question><id>c</id>"
+         "<objectiveRef>o2</objectiveRef></question><question><id>d</id><objectiveRef>o1</objectiveRef>"
+         "</question>");
     EXPECT_THAT(texts(questions->GetModules()), ElementsAre("Sheets", ""));
     EXPECT_THAT(ids(questions->GetQuestionsByModule("Sheets")), ElementsAre("a", "d"));
     EXPECT_THAT(ids(questions->GetQuestionsByModule("sheets")), ElementsAre("c"));

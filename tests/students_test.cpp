@@ -125,10 +125,9 @@ TEST(Student, WritesWhatItHas) {
     someone->Course = "9";
     someone->Section = "8";
     someone->SetPassword("abc");
-    const std::string whole = "<student><id>S1</id><name><first></first><middle>Q</middle><last></last></"
-                              "name><classRef>9</classRef>"
-                              "<sectionRef>8</sectionRef><username></"
-                              "username><password>900150983cd24fb0d6963f7d28e17f72</password></student>";
+    const std::string whole = "<student><id>S1</id><name><first></first><middle>Q</middle><last></last>"
+                              "</name><classRef>9</classRef><sectionRef>8</sectionRef><username></username>"
+                              "<password>900150983cd24fb0d6963f7d28e17f72</password></student>";
     EXPECT_EQ(text(*someone), whole);
     const auto copy = someone->Clone();
     EXPECT_EQ(text(*copy), whole);
@@ -164,14 +163,11 @@ class Roster : public ::testing::Test {
 protected:
     void SetUp() override {
         folder.write("r.xml",
-                     "<students "
-                     "autoStudentID='41'><student><id>sid00042</id><name><last>Lee</last></"
-                     "name><username>alice</username>"
-                     "<password>900150983cd24fb0d6963f7d28e17f72</password></student>"
-                     "<student><id>B</id><name><last>de "
-                     "Vries</last></name><classRef>BIO101</classRef><username>bob</username></student>"
-                     "<student><id>C</id><name><last>DE "
-                     "VRIES</last></name><classRef>bio101</classRef></student></students>");
+                     "<students autoStudentID='41'><student><id>sid00042</id><name><last>Lee</last></name>"
+                     "<username>alice</username><password>900150983cd24fb0d6963f7d28e17f72</password>"
+                     "</student><student><id>B</id><name><last>de Vries</last></name>"
+                     "<classRef>BIO101</classRef><username>bob</username></student><student><id>C</id><name>"
+                     "<last>DE VRIES</last></name><classRef>bio101</classRef></student></students>");
     }
     std::vector<std::string> ids(const Ref<KeyedCollection<Student>>& members) const {
         std::vector<std::string> result;

@@ -46,9 +46,8 @@ protected:
 };
 
 TEST_F(ScriptNodes, AreCopiedWhole) {
-    load("<a x=\"1 &lt; 2\" y='\"'><b>te<!--remark-->xt &amp; <i>more</i></b> <?go "
-         "there?><c><![CDATA[<raw>]]></c>"
-         "<d/></a>");
+    load("<a x=\"1 &lt; 2\" y='\"'><b>te<!--remark-->xt &amp; <i>more</i></b> <?go there?><c>"
+         "<![CDATA[<raw>]]></c><d/></a>");
     const std::string expected = "<a x=\"1 &lt; 2\" y=\"&quot;\"><b>te<!--remark-->xt &amp; <i>more</i></b>"
                                  "<?go there?><c><![CDATA[<raw>]]></c><d/></a>";
     EXPECT_EQ(markupOf(root().get()).asValue().toText(), expected);
@@ -82,8 +81,8 @@ TEST_F(ScriptNodes, TakeWhatASaveWrites) {
         // Read back by this library, as the platform's own way to write differs in blanks and empty elements.
         EXPECT_EQ(
             markupOf(root().get()).asValue().toText(),
-            "<a title=\"a &quot;b&quot; &lt;c&gt;&#10;\" kept=\"yes\"><kept/><child id=\"1\"><grandchild>"
-            "text &amp; more<![CDATA[<raw>]]></grandchild></child><!-- remark --><none/></a>");
+            "<a title=\"a &quot;b&quot; &lt;c&gt;&#10;\" kept=\"yes\"><kept/><child id=\"1\">"
+            "<grandchild>text &amp; more<![CDATA[<raw>]]></grandchild></child><!-- remark --><none/></a>");
         ComPointer<IXMLDOMNode> last;
         root()->get_lastChild(last.receive());
         EXPECT_EQ(markup(*last.get()), "<none/>");
