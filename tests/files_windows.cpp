@@ -1,5 +1,7 @@
 #include <chrono>
 #include <gtest/gtest.h>
+#include <memory>
+#include <norvakavlor/platform/document_lock.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
 #include <string>
@@ -24,11 +26,10 @@ public:
                                 nullptr)) {}
     OtherHandle(const OtherHandle&) = delete;
     OtherHandle& operator=(const OtherHandle&) = delete;
-    ~OtherHandle() { close(); }
-    void close() { ::CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE)); }
+    ~OtherHandle() { ::CloseHandle(handle_); }
 
 private:
-    HANDLE handle_;
+    const HANDLE handle_;
 };
 
 TEST(FilesWindows, WhoKeepsOthersOutFailsASaveAndLosesNothing) {
@@ -44,17 +45,46 @@ TEST(FilesWindows, WhoKeepsOthersOutFailsASaveAndLosesNothing) {
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.xml"});
 }
 
+/// Has the file open, keeping others out, from now on and for so many milliseconds.
+std::thread holding(const std::string& path, DWORD sharing, int milliseconds) {
+    return std::thread([milliseconds, holder = std::make_unique<OtherHandle>(path, sharing)] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    });
+}
+
 TEST(FilesWindows, WhoLetsGoSoonIsWaitedFor) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.xml", "old");
-    OtherHandle holder(path, FILE_SHARE_READ);
-    std::thread other([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(150));
-        holder.close();
-    });
+    std::thread holder = holding(path, FILE_SHARE_READ, 150);
     EXPECT_EQ(errorNumber([&] { replaceFile(path, "new"); }), 0);
-    other.join();
+    holder.join();
     EXPECT_EQ(readFile(path), "new");
+    holder = holding(path, 0, 150);
+    EXPECT_EQ(errorNumber([&] { EXPECT_EQ(tryLockDocument(path), LockResult::Taken); }), 0);
+    holder.join();
+}
+
+TEST(DocumentLockWindows, IsHeldWhileASaveWaitsForOthers) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.xml", "old");
+    ASSERT_EQ(tryLockDocument(path), LockResult::Taken);
+    std::thread holder = holding(path, FILE_SHARE_READ, 500);
+    // Whoever asks for the lock meanwhile gets it behind the save and not before.
+    std::thread next([&] {
+        while (tryLockDocument(path) != LockResult::Taken)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        EXPECT_EQ(readFile(path), "new");
+    });
+    EXPECT_EQ(errorNumber([&] { replaceLockedDocument(path, "new"); }), 0);
+    holder.join();
+    next.join();
+    EXPECT_TRUE(isReadOnly(path));
+
+    const OtherHandle lasting(path, FILE_SHARE_READ);
+    EXPECT_EQ(errorNumber([&] { replaceLockedDocument(path, "newer"); }), 70);
+    EXPECT_FALSE(isReadOnly(path));
+    EXPECT_EQ(readFile(path), "new");
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"a.xml"});
 }
 
 TEST(FilesWindows, DevicesAreNoFiles) {

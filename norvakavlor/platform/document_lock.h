@@ -13,8 +13,10 @@ enum class LockResult { Taken, Held, Missing };
 /// when the attribute may not be changed.
 LockResult tryLockDocument(const std::string& path);
 
-/// Writes the document's new content and releases the lock in one step; makes the document when it is gone.
-/// Raises as replaceFile does; the lock is released then too, and the old content stands.
+/// Writes the document's new content and releases the lock, in one step where the system can; makes the
+/// document when it is gone. Waits a second, the lock still set, for others who have the document open.
+/// Raises as replaceFile does; the lock is released then too, and the old content stands. Where it takes two
+/// steps, another process may take the lock between them: this raises 70 then, and the document is theirs.
 void replaceLockedDocument(const std::string& path, std::string_view content);
 
 /// Makes a document with this content unless one is there by now: False then. Raises as replaceFile does.

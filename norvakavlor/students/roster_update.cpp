@@ -20,9 +20,10 @@ namespace {
 
 constexpr const char* kSource = "students:AddStudent";
 
-/// Waits between `low` and `high` seconds by the time of day as it stands: a wait that would end after
-/// midnight does not end, as with every client of a shared roster.
-void randomWait(double high, double low) {
+/// Waits as many seconds as chance says between two bounds, the first of which goes with the chance of 0. It
+/// goes by the time of day as it stands: a wait that would end after midnight does not end, as with every
+/// client of a shared roster.
+void randomWait(double low, double high) {
     const double end = platform::secondsSinceMidnight() + (high - low) * platform::uniformRandom() + low;
     while (platform::secondsSinceMidnight() < end)
         platform::sleepFor(std::chrono::milliseconds(5));
@@ -123,7 +124,7 @@ bool Students::lockRosterFile(const std::string& filename, Courses* courses) con
             break;
         case platform::LockResult::Held:
             wasMade = false;
-            randomWait(3.0, 0.25);
+            randomWait(3.0, 0.25); // the longer one first
             ++tries;
         }
     }

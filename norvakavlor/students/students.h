@@ -44,7 +44,9 @@ public:
     /// set on a local file that does not parse. Raises object errors 631 and 633 for course and section
     /// before anything is read, and 635 for a user name or ID that is taken; the roster is stored and
     /// unlocked then, its counter included. Raises what Load raises, and 6 when the numbers for identifiers
-    /// are used up; the lock stays set on a local file then, too. A lock that stays is cleared by hand.
+    /// are used up, and 642 for a section without its course; the lock stays set on a local file then, too. A
+    /// lock that stays is cleared by hand. Raises 70, 76, 61 or 57, as Save does, when the roster cannot be
+    /// written; it is unlocked then, and as it was.
     bool AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses);
     /// Puts a student in the place of the one with the same ID, or adds it. No check, no lock; a failing save
     /// is passed over. False when the roster does not load. The former user name stays in the index until the

@@ -17,12 +17,18 @@ namespace {
 constexpr mode_t kOwnerWrites = S_IWUSR;
 constexpr mode_t kAsTheUserWants = 0666;
 
+/// Some network drives lock no files, or only those that are open for writing, which a document under the
+/// lock is not. There the attribute has to do.
+bool isLockless(int code) {
+    return code == EBADF || code == ENOLCK || code == EOPNOTSUPP || code == ENOSYS || code == EINVAL;
+}
+
 /// Takes the system's lock, which ends with the open file. False when somebody sleeps over it.
 bool takeSystemLock(const FileDescriptor& file) {
     using namespace std::chrono_literals;
     constexpr int kAttempts = 1000;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0)
+        if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0 || isLockless(errno))
             return true;
         if (errno != EWOULDBLOCK && errno != EINTR)
             throw lastError();
@@ -43,7 +49,11 @@ struct GuardedFile {
 GuardedFile guard(const std::filesystem::path& path) {
     for (;;) {
         // What is no plain file (a pipe) must not keep the caller waiting.
-        FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        constexpr int kManner = O_CLOEXEC | O_NONBLOCK;
+        int descriptor = ::open(path.c_str(), O_RDWR | kManner);
+        if (descriptor < 0 && errno != ENOENT)
+            descriptor = ::open(path.c_str(), O_RDONLY | kManner);
+        FileDescriptor file(descriptor);
         if (!file) {
             if (errno == ENOENT)
                 return {};
@@ -78,24 +88,25 @@ LockResult tryLockDocument(const std::string& path) {
 
 void replaceLockedDocument(const std::string& path, std::string_view content) {
     const std::filesystem::path target = targetOf(path);
-    // When somebody sleeps over the guard, the lock is this process's all the same, and its content is kept.
-    GuardedFile document = guard(target);
-    if (document.result == LockResult::Missing) {
-        if (!createDocument(path, content))
-            replaceFile(path, content);
-        return;
-    }
     try {
-        // The new file comes unlocked, so that one rename both writes and releases.
-        document.state.st_mode |= kOwnerWrites;
-        TemporaryFile temporary(target, S_IRUSR | kOwnerWrites);
-        temporary.takeOwnerAndMode(document.state);
-        temporary.write(content);
-        temporary.replace(target);
+        // When somebody sleeps over the guard, the lock is this process's all the same, and its content is
+        // kept.
+        GuardedFile document = guard(target);
+        if (document.result != LockResult::Missing) {
+            // The new file comes unlocked, so that one rename both writes and releases.
+            document.state.st_mode |= kOwnerWrites;
+            TemporaryFile temporary(target, S_IRUSR | kOwnerWrites);
+            temporary.takeOwnerAndMode(document.state);
+            temporary.write(content);
+            temporary.replace(target);
+            return;
+        }
     } catch (const Error&) {
-        setReadOnly(path, false);
+        ignoringErrors([&] { setReadOnly(path, false); });
         throw;
     }
+    if (!createDocument(path, content))
+        replaceFile(path, content);
 }
 
 bool createDocument(const std::string& path, std::string_view content) {

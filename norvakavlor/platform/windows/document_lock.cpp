@@ -28,13 +28,16 @@ std::optional<BY_HANDLE_FILE_INFORMATION> stateOf(const FileHandle& file) {
     return state;
 }
 
-bool isNamed(const BY_HANDLE_FILE_INFORMATION& opened, const fs::path& path) {
-    const auto named = stateOf(openShared(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING));
-    return named && named->dwVolumeSerialNumber == opened.dwVolumeSerialNumber &&
-           named->nFileIndexHigh == opened.nFileIndexHigh && named->nFileIndexLow == opened.nFileIndexLow;
+std::optional<BY_HANDLE_FILE_INFORMATION> stateOf(const fs::path& path) {
+    return stateOf(openShared(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING));
 }
 
-void setReadOnly(const FileHandle& file, DWORD attributes) {
+bool isSameFile(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other) {
+    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
+}
+
+void markReadOnly(const FileHandle& file, DWORD attributes) {
     FILE_BASIC_INFO change{}; // times of 0 stay as they are
     change.FileAttributes = attributes | FILE_ATTRIBUTE_READONLY;
     if (!::SetFileInformationByHandle(file.get(), FileBasicInfo, &change, sizeof change))
@@ -43,14 +46,17 @@ void setReadOnly(const FileHandle& file, DWORD attributes) {
 
 /// Nothing when the file opened is not the document any more: another process replaced it meanwhile.
 std::optional<LockResult> tryLockOnce(const fs::path& path) {
-    const FileHandle file = openShared(path, GENERIC_READ | FILE_WRITE_ATTRIBUTES, OPEN_EXISTING);
-    if (!file) {
-        const RuntimeError error = errorOfCode(::GetLastError());
-        if (error == RuntimeError::PathNotFound)
+    FileHandle file;
+    DWORD error = patiently([&] {
+        file = openShared(path, GENERIC_READ | FILE_WRITE_ATTRIBUTES, OPEN_EXISTING);
+        return file ? DWORD{ERROR_SUCCESS} : ::GetLastError();
+    });
+    if (error != ERROR_SUCCESS) {
+        if (errorOfCode(error) == RuntimeError::PathNotFound)
             return LockResult::Missing;
-        throw runtimeError(error);
+        throw runtimeError(errorOfCode(error));
     }
-    const DWORD error = patiently([&] { return lockByte(file.get()); });
+    error = patiently([&] { return lockByte(file.get()); });
     if (isHeldByOthers(error))
         return LockResult::Held;
     const auto state = stateOf(file);
@@ -58,10 +64,54 @@ std::optional<LockResult> tryLockOnce(const fs::path& path) {
         throw runtimeError(errorOfCode(error != ERROR_SUCCESS ? error : ::GetLastError()));
     const bool isHeld = (state->dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
     if (!isHeld)
-        setReadOnly(file, state->dwFileAttributes);
-    if (!isNamed(*state, path))
+        markReadOnly(file, state->dwFileAttributes);
+    const auto named = stateOf(path);
+    if (!named || !isSameFile(*named, *state))
         return std::nullopt;
     return isHeld ? LockResult::Held : LockResult::Taken;
+}
+
+bool nobodyHasItOpen(const fs::path& path) {
+    constexpr DWORD kNothingShared = 0;
+    const FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ, kNothingShared, nullptr, OPEN_EXISTING,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
+    return static_cast<bool>(file);
+}
+
+/// Takes the lock again after it was released. False when another process had it meanwhile: what this one
+/// is about to write is out of date then, and the document is theirs.
+bool takeBack(const std::string& path, const BY_HANDLE_FILE_INFORMATION& released) {
+    if (tryLockDocument(path) != LockResult::Taken)
+        return false;
+    const auto state = stateOf(targetOf(path));
+    if (state && isSameFile(*state, released) &&
+        ::CompareFileTime(&state->ftLastWriteTime, &released.ftLastWriteTime) == 0)
+        return true;
+    setReadOnly(path, false);
+    return false;
+}
+
+/// One attempt to write and release. The system's error; the lock stands again then, unless this raises.
+DWORD tryReplaceLocked(TemporaryFile& temporary, const std::string& path, const fs::path& target,
+                       bool& isLocked) {
+    const DWORD refusal = temporary.tryReplace(target, true);
+    // While others have it open there is nothing to do but wait, and the lock stays set meanwhile.
+    if (!isHeldByOthers(refusal) || !nobodyHasItOpen(target))
+        return refusal;
+    const auto state = stateOf(target);
+    if (!state)
+        return refusal;
+    // Older systems, and many network drives, never replace a read-only file. There it takes two steps, and
+    // whoever takes the lock between them keeps it: a read-only file again, it is not replaced now either.
+    setReadOnly(path, false);
+    isLocked = false;
+    const DWORD error = temporary.tryReplace(target, false);
+    if (error == ERROR_SUCCESS)
+        return error;
+    if (!takeBack(path, *state))
+        throw runtimeError(RuntimeError::PermissionDenied);
+    isLocked = true;
+    return error;
 }
 
 } // namespace
@@ -71,8 +121,12 @@ LockResult tryLockDocument(const std::string& path) {
     for (;;) {
         // An open handle would be in the way of whoever is about to release the lock.
         const DWORD attributes = ::GetFileAttributesW(target.c_str());
-        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
-            return LockResult::Held;
+        if (attributes != INVALID_FILE_ATTRIBUTES) {
+            if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+                throw runtimeError(RuntimeError::PermissionDenied);
+            if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
+                return LockResult::Held;
+        }
         if (const auto result = tryLockOnce(target))
             return *result;
     }
@@ -82,20 +136,18 @@ void replaceLockedDocument(const std::string& path, std::string_view content) {
     const fs::path target = targetOf(path);
     if (!fileExists(path) && createDocument(path, content))
         return;
-    std::optional<TemporaryFile> temporary;
+    bool isLocked = true;
     try {
-        temporary.emplace(target);
-        temporary->write(content);
-        if (temporary->replaceReadOnly(target))
-            return;
+        TemporaryFile temporary(target);
+        temporary.write(content);
+        const DWORD error = patiently([&] { return tryReplaceLocked(temporary, path, target, isLocked); });
+        if (error != ERROR_SUCCESS)
+            throw runtimeError(errorOfCode(error));
     } catch (const Error&) {
-        setReadOnly(path, false);
+        if (isLocked)
+            ignoringErrors([&] { setReadOnly(path, false); });
         throw;
     }
-    // In two steps, then. Whoever takes the lock between them keeps it: the target is read-only again, and
-    // this save fails without harm to theirs.
-    setReadOnly(path, false);
-    temporary->replace(target);
 }
 
 bool createDocument(const std::string& path, std::string_view content) {

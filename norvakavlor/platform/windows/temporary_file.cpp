@@ -53,7 +53,7 @@ bool renameOverOpenFile(const fs::path& path, const fs::path& target, bool evenI
 }
 
 /// The system's error; 0 when the file is in the target's place.
-DWORD tryRename(const fs::path& path, const fs::path& target, bool evenIfReadOnly = false) {
+DWORD tryRename(const fs::path& path, const fs::path& target, bool evenIfReadOnly) {
     constexpr DWORD kManner = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
     if (renameOverOpenFile(path, target, evenIfReadOnly) ||
         ::MoveFileExW(path.c_str(), target.c_str(), kManner))
@@ -153,29 +153,20 @@ void TemporaryFile::write(std::string_view content) {
     file_.close();
 }
 
-void TemporaryFile::becameTarget(const fs::path& target) {
-    path_.clear();
-    flushName(target);
-    removeStale(target, written_);
+DWORD TemporaryFile::tryReplace(const fs::path& target, bool evenIfReadOnly) {
+    copyAccessRights(target, path_);
+    const DWORD error = tryRename(path_, target, evenIfReadOnly);
+    if (error == ERROR_SUCCESS) {
+        path_.clear();
+        flushName(target);
+        removeStale(target, written_);
+    }
+    return error;
 }
 
 void TemporaryFile::replace(const fs::path& target) {
-    copyAccessRights(target, path_);
-    if (const DWORD error = patiently([&] { return tryRename(path_, target); }); error != ERROR_SUCCESS)
+    if (const DWORD error = patiently([&] { return tryReplace(target, false); }); error != ERROR_SUCCESS)
         throw errorFor(error);
-    becameTarget(target);
-}
-
-bool TemporaryFile::replaceReadOnly(const fs::path& target) {
-    constexpr DWORD kShortPause = 5; // older systems let everybody wait in vain
-    copyAccessRights(target, path_);
-    const DWORD error = patiently([&] { return tryRename(path_, target, true); }, kShortPause);
-    if (isHeldByOthers(error))
-        return false;
-    if (error != ERROR_SUCCESS)
-        throw errorFor(error);
-    becameTarget(target);
-    return true;
 }
 
 bool TemporaryFile::becomeNew(const fs::path& target) {

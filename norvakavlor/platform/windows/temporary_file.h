@@ -22,18 +22,17 @@ public:
     ~TemporaryFile();
 
     void write(std::string_view content);
-    /// Takes the target's name and its access rights in one step, and waits a second for others who hold the
-    /// target. What interrupted saves left behind goes, too.
+    /// One attempt to take the target's name and its access rights in one step, over a read-only target where
+    /// that is wanted and the system can. What interrupted saves left behind goes, too. The system's error, 0
+    /// when it is done.
+    DWORD tryReplace(const std::filesystem::path& target, bool evenIfReadOnly);
+    /// Takes the place of a target that is not read-only; waits a second for others who hold it, and raises
+    /// what is in the way then.
     void replace(const std::filesystem::path& target);
-    /// The same over a read-only target; the new file is not read-only. False when others hold the target, or
-    /// this system cannot do that in one step.
-    bool replaceReadOnly(const std::filesystem::path& target);
     /// Takes the target's name unless something has it: false then.
     bool becomeNew(const std::filesystem::path& target);
 
 private:
-    void becameTarget(const std::filesystem::path& target);
-
     std::filesystem::path path_;
     FileHandle file_;
     uint64_t written_ = 0; ///< by the clock of the disk
