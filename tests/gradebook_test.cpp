@@ -132,9 +132,12 @@ TEST_F(Gradebook, AnswersInManyWays) {
         for (const bool suppressed : {true, false}) {
             SCOPED_TRACE(c.host + (suppressed ? " suppressed" : ""));
             exam->SubmitHost = c.host;
+            exam->SubmitBackupHost = misbehaving("reply/success");
             exam->ServerErrorStr = "before";
+            receivedRequests();
             const RecordedMessages messages;
             EXPECT_EQ(exam->Save("", suppressed), c.accepted);
+            EXPECT_LE(receivedRequests().size(), 1u) << "one attempt, and never at the other host";
             const bool refused = c.replied && !c.accepted;
             EXPECT_EQ(exam->ServerErrorStr, refused && suppressed ? c.reply : "before");
             if (refused && !suppressed) {

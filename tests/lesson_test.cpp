@@ -1,4 +1,5 @@
 #include "support/fixtures.h"
+#include "support/servers.h"
 
 #include <gmock/gmock.h>
 #include <norvakavlor/lessons/lesson.h>
@@ -43,6 +44,12 @@ TEST(LessonFiles, BelongToTheirTypes) {
         EXPECT_EQ(isLessonFile(c.name, 2), c.copy);
         EXPECT_FALSE(isLessonFile(c.name, 0));
     }
+}
+
+TEST(LessonFiles, HaveCopiesNamedBeforeTheirLastFourLetters) {
+    EXPECT_EQ(studentCopyName("x_kvl.xml", "S1"), "x_kvl_S1.xml");
+    EXPECT_EQ(studentCopyName("x_kvl.xmü", "S1"), "x_kvl_S1.xmü");
+    EXPECT_EQ(studentCopyName("äöü", "S1"), "_S1äöü");
 }
 
 TEST(Lesson, ReadsOlderNamesAndWritesTheNewOnes) {
@@ -152,6 +159,50 @@ TEST(Lesson, FindsAStudentsCopies) {
     EXPECT_EQ(copies("", Value()), "a_kvl_S1.xml a_kvl_S2.xml b_kvl_S1.xml ");
     EXPECT_EQ(copies("1", Value()), "") << "the identifier is the whole part between the marks";
     EXPECT_EQ(New<Lesson>()->GetLessons(folder.path(), 1)->Count(), 1);
+
+    const ServerFolder server;
+    server.write("a_kvl_S1.xml", "<lesson ID='1'/>");
+    server.write("in/a_kvl_S1.xml", "<lesson ID='another'/>");
+    for (const std::string& directory : {server.url(), server.url("in")}) {
+        const auto lessons = New<Lesson>()->GetStudentLessons(directory, "S1", Value(), nullptr);
+        ASSERT_EQ(lessons->Count(), 1) << directory;
+        EXPECT_EQ(lessons->Item(1)->LessonID, "1") << "loaded from where it was listed";
+    }
+}
+
+TEST(LessonsOnTheWeb, AreNamedByTheirKinds) {
+    const std::string base = misbehaving("reply/") + "?site=3/";
+    const auto lesson = New<Lesson>();
+    const auto menu = New<LessonMenu>();
+    const RecordedMessages messages;
+    const struct {
+        std::function<void()> act;
+        const char* ordinary;
+        const char* textbook;
+    } cases[] = {
+        {[&] { lesson->Load(base + "x.xml", nullptr); },
+         "LoadKavlorObject.asp?ObjName=Lesson&FileName=x.xml&site=3",
+         "LoadKavlorObject.asp?ObjName=TextbookLesson&FileName=x.xml&site=3"},
+        {[&] { lesson->GetLessons(base, 2); }, "GetTitleFileNames.asp?ObjName=Lesson&LessonType=2&site=3&",
+         "GetTitleFileNames.asp?ObjName=TextbookLesson&LessonType=2&site=3&"},
+        {[&] { menu->Load(base + "x.xml", "", nullptr, "", ""); },
+         "LoadKavlorObject.asp?ObjName=LessonMenu&Type=LessonMenu&FileName=x.xml&site=3",
+         "LoadKavlorObject.asp?ObjName=LessonMenu&Type=TextbookLessonMenu&FileName=x.xml&site=3"},
+        {[&] { menu->Save(base + "x.xml"); }, "SaveKavlorObject.asp?ObjName=LessonMenu&FileName=x.xml&site=3",
+         "SaveKavlorObject.asp?ObjName=LessonMenu&FileName=x.xml&site=3"},
+        {[&] { menu->GetLessonMenus(base); }, "GetTitleFileNames.asp?ObjName=LessonMenu&",
+         "GetTitleFileNames.asp?ObjName=TextbookLessonMenu&"},
+    };
+    for (const int16_t objType : {int16_t{1}, int16_t{2}}) {
+        lesson->LessonObjType = objType;
+        menu->LessonMenuObjType = objType;
+        for (const auto& c : cases) {
+            receivedRequests();
+            c.act();
+            const std::string target = objType == 2 ? c.textbook : c.ordinary;
+            EXPECT_THAT(receivedRequests(), ElementsAre(::testing::HasSubstr("/" + target + " ")));
+        }
+    }
 }
 
 /// A menu with two tutorials, its lessons in two directories, a student's copy of one.
@@ -163,7 +214,7 @@ protected:
             "<lessonMenu><title>Menu</title><tutorialList>"
             "<tutorial type='noexpand'><title>One</title><lessonList><lessonFile>x_kvl.xml</lessonFile>"
             "<lessonFile>y_kvl.xml</lessonFile></lessonList></tutorial>"
-            "<tutorial spacer='TRUE'/></tutorialList></lessonMenu>");
+            "<tutorial spacer='TRUE'/><tutorial type='single' spacer='1'/></tutorialList></lessonMenu>");
         folder.write("one/x_kvl.xml", "<lesson ID='x'/>");
         folder.write("two/x_kvl.xml", "<lesson ID='second x'/>");
         folder.write("two/y_kvl.xml", "<lesson ID='y'/>");
@@ -177,7 +228,7 @@ protected:
 
 TEST_F(LessonMenus, LoadWithLessonsAndCopies) {
     ASSERT_TRUE(menu->Load(folder.file("menu_LM.xml"), directories(), nullptr, "S1", folder.file("saved")));
-    ASSERT_EQ(menu->Tutorials->Count(), 2);
+    ASSERT_EQ(menu->Tutorials->Count(), 3);
     const Tutorial& tutorial = *menu->Tutorials->Item(1);
     EXPECT_EQ(tutorial.TutorialType, 1);
     EXPECT_TRUE(menu->Tutorials->Item(2)->Spacer);
@@ -192,7 +243,8 @@ TEST_F(LessonMenus, LoadWithLessonsAndCopies) {
         folder.read("saved_lm.xml"),
         R"(<lessonMenu><title>Menu</title><tutorialList><tutorial type="noexpand"><title>One</title><lessonList>)"
         R"(<lessonFile>x_kvl.xml</lessonFile><lessonFile>y_kvl.xml</lessonFile></lessonList></tutorial>)"
-        R"(<tutorial type="normal" spacer="true"><title></title><lessonList/></tutorial></tutorialList></lessonMenu>)");
+        R"(<tutorial type="normal" spacer="true"><title></title><lessonList/></tutorial>)"
+        R"(<tutorial type="single" spacer="true"><title></title><lessonList/></tutorial></tutorialList></lessonMenu>)");
     EXPECT_EQ(menu->GetLessonMenus(folder.path())->Count(), 2);
 }
 
@@ -221,7 +273,9 @@ TEST_F(LessonMenus, OfATextbookHaveATextbooksLessons) {
     menu->LessonMenuObjType = 2;
     ASSERT_TRUE(menu->Load(folder.file("menu_LM.xml"), directories(), nullptr, "", ""));
     EXPECT_EQ(menu->Tutorials->Item(1)->LessonObjType, 2);
-    EXPECT_EQ(menu->Tutorials->Item(1)->Lessons->Item(1)->LessonObjType, 2);
+    ASSERT_TRUE(menu->Load(folder.file("menu_LM.xml"), std::nullopt, nullptr, "", ""));
+    for (const int position : {1, 4}) // with directories and without
+        EXPECT_EQ(menu->Tutorials->Item(position)->Lessons->Item(1)->LessonObjType, 2);
 }
 
 } // namespace

@@ -260,6 +260,32 @@ TEST_F(Roster, AddsUnderTheLockAndReleasesIt) {
     EXPECT_FALSE(folder.has("untouched.xml"));
 }
 
+TEST_F(Roster, StaysLockedWhenWhatItHoldsIsAtFault) {
+    const auto all = courses();
+    const auto sectionAlone = student("Z");
+    sectionAlone->Section = "0";
+    const std::string one = "<student><id>A</id><name/></student>";
+    const struct {
+        std::string text;
+        Ref<Student> added;
+        const char* error;
+    } cases[] = {
+        {"<students>" + one + one + "</students>", student("Z"), "457"},
+        {"<students autoStudentID='x'/>", student("Z"), "13|"},
+        {"<students autoStudentID='32767'/>", student(""), "6|"},
+        {"<students>" + one + "</students>", sectionAlone, "object 642|"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const std::string path = folder.write("case.xml", c.text);
+        EXPECT_THAT(raised([&] { roster->AddStudent(path, c.added, all.get()); }),
+                    ::testing::StartsWith(c.error));
+        EXPECT_TRUE(platform::isReadOnly(path));
+        EXPECT_EQ(folder.read("case.xml"), c.text);
+        platform::setReadOnly(path, false);
+    }
+}
+
 TEST_F(Roster, IsMadeWhenItIsNotThere) {
     EXPECT_TRUE(roster->AddStudent(folder.file("new.xml"), student(""), nullptr));
     EXPECT_EQ(
@@ -357,6 +383,13 @@ TEST_F(Roster, SortsAndFilters) {
     EXPECT_THAT(ids(roster->Filter("course", "BIO101", "", "x", "username", "alice")), ElementsAre("B"))
         << "no third without a second";
     EXPECT_EQ(errorNumber([&] { roster->Filter("email", "", "", "", "", ""); }), 9);
+    roster->StudentMembers->Item("B")->LastName = "DE VRIES";
+    const auto& third = roster->StudentMembers->Item("sid00042");
+    third->LastName = "de vries";
+    third->Course = "BIO101";
+    EXPECT_THAT(ids(roster->Sort("lastname", "course", "username")), ElementsAre("C", "sid00042", "B"));
+    EXPECT_THAT(ids(roster->Filter("lastname", "DE VRIES", "section", "", "course", "BIO101")),
+                ElementsAre("B"));
     roster = New<Students>();
     EXPECT_EQ(roster->Sort("email", "", "")->Count(), 0);
     EXPECT_EQ(roster->Filter("email", "", "", "", "", "")->Count(), 0);

@@ -130,6 +130,9 @@ Ref<KeyedCollection<Lesson>> Lesson::GetStudentLessons(const std::string& direct
     const auto wanted = [&](const Lesson& lesson) {
         return completed.isAbsent() || completed.toBoolean() == lesson.CalcLessonComplete();
     };
+    // On the web a directory ends at its last slash, with or without a name behind it.
+    const std::string folder =
+        EnsureTrailingSlash(IsURL(directory) ? directory.substr(0, directory.rfind('/') + 1) : directory);
     auto lessons = New<KeyedCollection<Lesson>>();
     const auto copies = GetLessons(directory, static_cast<int32_t>(LessonTypes::Student));
     for (const Ref<TitleFilename>& copy : *copies) {
@@ -138,8 +141,7 @@ Ref<KeyedCollection<Lesson>> Lesson::GetStudentLessons(const std::string& direct
         auto lesson = New<Lesson>();
         lesson->LessonObjType = LessonObjType;
         bool loaded = false;
-        ignoringErrors(
-            [&] { loaded = lesson->Load(EnsureTrailingSlash(directory) + copy->Filename, taskPool); });
+        ignoringErrors([&] { loaded = lesson->Load(folder + copy->Filename, taskPool); });
         if (loaded && wanted(*lesson))
             lessons->Add(lesson);
     }

@@ -1,7 +1,5 @@
 #include <norvakavlor/lessons/lesson_files.h>
 
-#include <algorithm>
-
 namespace norvakavlor {
 
 bool isLessonFile(std::string_view fileName, int32_t lessonType) {
@@ -21,7 +19,16 @@ bool isLessonFile(std::string_view fileName, int32_t lessonType) {
 std::string lessonKind(int16_t objType) { return objType == kTextbookObjType ? "TextbookLesson" : "Lesson"; }
 
 std::string studentCopyName(std::string_view fileName, std::string_view studentID) {
-    const size_t stem = fileName.size() - std::min<size_t>(fileName.size(), std::string_view(".xml").size());
+    // Where ".xml" should stand there may be anything, letters of several bytes among it.
+    constexpr auto continuesLetter = [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+    };
+    size_t stem = fileName.size();
+    for (int letter = 0; letter < 4 && stem > 0; ++letter) {
+        do
+            --stem;
+        while (stem > 0 && continuesLetter(fileName[stem]));
+    }
     std::string name(fileName.substr(0, stem));
     return name.append("_").append(studentID).append(fileName.substr(stem));
 }

@@ -50,6 +50,8 @@ bool Tutorial::LoadFromXMLNode(xml::Node objNode, const std::optional<std::strin
         if (!directoryList) {
             lesson = New<Lesson>();
             lesson->LessonFilename = fileName;
+            if (LessonObjType == kTextbookObjType)
+                lesson->LessonObjType = kTextbookObjType;
         } else {
             lesson = loadFirst(fileName, *directoryList, taskPool);
             if (!lesson)

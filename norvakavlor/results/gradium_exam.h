@@ -16,7 +16,8 @@ public:
 
     /// Loads a launch document from an address, to which the access key is appended on the way, or a local
     /// record. `iniLocation` is the title file that chooses the key, or "none". True without an exam in the
-    /// document, too. False, with nothing changed, when it does not parse; raises when no reply came.
+    /// document, too. False when it does not parse: nothing has changed then but the access key. Raises when
+    /// no reply came, and what loading an exam raises.
     bool Load(const std::string& filename, QuestionPool* thePool, const std::string& iniLocation);
     /// The same from a COURSE element; `url` gives the exam's file name.
     bool LoadFromXMLNode(xml::Node gradiumExamNode, QuestionPool* thePool, const std::string& url);

@@ -14,7 +14,7 @@ public:
     const Ref<Lesson>& theLesson();
     void SetTheLesson(const Ref<Lesson>& lesson);
 
-    /// As GradiumExam::Load. Raises, too, what loading a lesson raises.
+    /// As GradiumExam::Load, with what loading a lesson raises in place of an exam.
     bool Load(const std::string& filename, TaskPool* taskPool, const std::string& iniLocation);
     /// The lesson is the "lesson" in a "LESSON" element; without it, True and no lesson. A record that this
     /// class saved has its lesson elsewhere and does not bring it back: save the lesson beside it.

@@ -12,7 +12,7 @@ public:
     /// Fetches a key from the server of a location, stores the validation string made of it, and presents
     /// that. True when the server answers exactly "Validated", and for a local path, where nothing is sent.
     /// False for another answer or status; the validation string stays stored once the key came. Raises when
-    /// no reply came.
+    /// no reply came, and 9 for a key of more than 256 characters (an error page, say).
     bool Login(const std::string& serverPath) const;
 
     std::string ValidationString() const;
