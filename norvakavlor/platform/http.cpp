@@ -1,6 +1,7 @@
 #include <norvakavlor/platform/http.h>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <iterator>
 #include <norvakavlor/platform/http_back_end.h>
@@ -62,6 +63,9 @@ HttpReply sendHttp(const HttpRequest& original) {
     const auto end = std::chrono::steady_clock::now() + limits.total;
     for (int redirects = 0;; ++redirects) {
         const HttpExchange reply = exchangeOnce(request, limits);
+        constexpr int kFirstFinalStatus = 200;
+        if (reply.status < kFirstFinalStatus)
+            throw transportError(request.url, transport_reason::kInterim);
         if (!leadsElsewhere(reply))
             return {reply.status, xml::decodeReply(reply.body, reply.contentType)};
         if (redirects == kMaximumRedirects)
@@ -72,6 +76,23 @@ HttpReply sendHttp(const HttpRequest& original) {
         if (limits.total.count() <= 0)
             throw transportError(request.url, transport_reason::kTooSlow);
     }
+}
+
+std::string requestTarget(std::string_view url) {
+    const std::string_view target = url.substr(url.find("//") + 2 + hostOf(url).size());
+    return (target.starts_with('/') ? "" : "/") + std::string(target);
+}
+
+std::optional<uint64_t> contentLength(const std::vector<std::string>& values, std::string_view url) {
+    std::optional<uint64_t> length;
+    for (const std::string& value : values) {
+        uint64_t number = 0;
+        const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+        if (error != std::errc() || end != value.data() + value.size() || number != length.value_or(number))
+            throw transportError(url, transport_reason::kMalformed, "Content-Length: " + value);
+        length = number;
+    }
+    return length;
 }
 
 Error transportError(std::string_view url, std::string_view reason, std::string_view detail) {

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/runtime/error.h>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace norvakavlor::platform {
 
@@ -23,6 +26,14 @@ inline constexpr std::string_view kUserAgent = "NorvaKavlor";
 /// transportError when no whole reply came within the limits.
 HttpExchange exchangeOnce(const HttpRequest& request, const HttpLimits& limits);
 
+/// What a request line names: the url behind its host, "/" at least.
+std::string requestTarget(std::string_view url);
+
+/// The length that a reply must have, from the values of its Content-Length headers; nothing if it has none.
+/// Raises a transportError if they are no decimal number of 64 bits or differ: where such a reply ends nobody
+/// can tell.
+std::optional<uint64_t> contentLength(const std::vector<std::string>& values, std::string_view url);
+
 /// Why no whole reply came. Both products say it in the same words; the platform's own may follow.
 namespace transport_reason {
 inline constexpr std::string_view kNoAddress = "it is no web address";
@@ -31,6 +42,8 @@ inline constexpr std::string_view kNoConnection = "no connection could be made";
 inline constexpr std::string_view kNoSecurity = "no secure connection could be made";
 inline constexpr std::string_view kHungUp = "the connection was closed before a reply came";
 inline constexpr std::string_view kCutOff = "the reply was cut off";
+inline constexpr std::string_view kMalformed = "the reply is malformed";
+inline constexpr std::string_view kInterim = "only an interim reply came";
 inline constexpr std::string_view kSilent = "no answer came in time";
 inline constexpr std::string_view kTooSlow = "the whole reply did not come in time";
 inline constexpr std::string_view kTooLarge = "the reply is too large";

@@ -271,6 +271,24 @@ const std::map<std::string, std::function<void(Visit&)>, std::less<>>& manners()
         {"wrong-length", raw(head("200 OK", "Content-Length: 500\r\n") + whole)},
         {"cut-off-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "1F4\r\n" + whole)},
         {"no-last-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "2\r\n<a\r\n2\r\n/>\r\n")},
+        {"half-line", raw("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n")},
+        {"no-first-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n"))},
+        {"interim-alone", raw("HTTP/1.1 103 Early Hints\r\nLink: </style.css>\r\n\r\n")},
+        // Lengths that make no sense.
+        {"length-word", raw(head("200 OK", "Content-Length: five\r\n") + "<a/>")},
+        {"length-and-more", raw(head("200 OK", "Content-Length: 4abc\r\n") + "<a/>")},
+        {"length-signed", raw(head("200 OK", "Content-Length: +4\r\n") + "<a/>")},
+        {"length-list", raw(head("200 OK", "Content-Length: 4, 4\r\n") + "<a/>")},
+        {"length-none", raw(head("200 OK", "Content-Length:\r\n") + "<a/>")},
+        {"length-of-65-bits", raw(head("200 OK", "Content-Length: 18446744073709551620\r\n") + "<a/>")},
+        {"two-lengths", raw(head("200 OK", "Content-Length: 4\r\nContent-Length: 0\r\n") + "<a/>")},
+        // Unusual replies that are whole.
+        {"length-twice", raw(head("200 OK", "Content-Length: 4\r\nContent-Length: 4\r\n") + "<a/>")},
+        {"more-than-its-length", raw(head("200 OK", "Content-Length: 4\r\n") + "<a/><b/>")},
+        {"nothing-and-more", raw(head("200 OK", "Content-Length: 0\r\n") + "<b/>")},
+        {"empty-chunked", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "0\r\n\r\n")},
+        {"interim", raw("HTTP/1.1 103 Early Hints\r\nLink: </style.css>\r\n\r\n" +
+                        head("200 OK", "Content-Length: 4\r\n") + "<a/>")},
         {"oversize",
          [](Visit& visit) {
              visit.connection.send(head("200 OK", "Content-Length: 70000000\r\n"));

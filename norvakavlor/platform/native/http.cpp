@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <curl/curl.h>
+#include <exception>
 #include <memory>
 #include <new>
 #include <norvakavlor/platform/url.h>
@@ -12,6 +13,7 @@
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 namespace norvakavlor::platform {
 namespace {
@@ -54,7 +56,7 @@ public:
         setManners();
         setBody();
         setCallbacks();
-        curl_multi_add_handle(multi_.get(), easy_.get());
+        require(curl_multi_add_handle(multi_.get(), easy_.get()));
     }
     Transfer(const Transfer&) = delete;
     Transfer& operator=(const Transfer&) = delete;
@@ -62,23 +64,28 @@ public:
 
     HttpExchange run() {
         const CURLcode result = perform();
-        if (result != CURLE_OK)
-            fail(result);
+        if (fault_)
+            std::rethrow_exception(fault_);
+        require(result);
         // A connection that ends within the head passes for an empty reply with curl.
         if (!sawWholeHead_)
             throw transportError(request_.url, transport_reason::kCutOff);
         long status = 0;
-        curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+        require(curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status));
         reply_.status = static_cast<int>(status);
         return std::move(reply_);
     }
 
 private:
-    template <class T> void set(CURLoption option, T value) { curl_easy_setopt(easy_.get(), option, value); }
+    /// A request without one of its options would be another request.
+    template <class T> void set(CURLoption option, T value) {
+        require(curl_easy_setopt(easy_.get(), option, value));
+    }
 
     void setTarget() {
         set(CURLOPT_URL, request_.url.c_str());
-        set(CURLOPT_PATH_AS_IS, 1L);
+        // Of the url itself curl forgets the query when memory runs out, and sends the rest.
+        set(CURLOPT_REQUEST_TARGET, requestTarget(request_.url).c_str());
         set(CURLOPT_PROTOCOLS_STR, "http,https");
         set(CURLOPT_PROXY, "");
         set(CURLOPT_FRESH_CONNECT, 1L);
@@ -129,16 +136,27 @@ private:
         return CURL_PREREQFUNC_OK;
     }
 
+    /// No exception may pass through curl's own frames: it waits until curl has stopped.
+    template <class Step> static size_t guarded(void* self, size_t size, Step&& step) {
+        try {
+            of(self).lastProgress_ = Clock::now();
+            step(of(self));
+            return size;
+        } catch (const std::exception&) {
+            of(self).fault_ = std::current_exception();
+            return CURL_WRITEFUNC_ERROR;
+        }
+    }
+
     static size_t header(char* data, size_t, size_t size, void* self) {
-        of(self).lastProgress_ = Clock::now();
-        of(self).takeHeader({data, size});
-        return size;
+        return guarded(self, size, [&](Transfer& transfer) { transfer.takeHeader({data, size}); });
     }
 
     void takeHeader(std::string_view line) {
         // Each reply begins anew: an interim one's headers are not the final one's.
         if (line.starts_with("HTTP/")) {
             reply_ = {};
+            lengths_.clear();
             sawStatus_ = true;
             sawWholeHead_ = false;
         }
@@ -146,6 +164,9 @@ private:
         if (sawWholeHead_)
             return;
         sawWholeHead_ = line == "\r\n" || line == "\n";
+        // curl takes "100abc" for 100, and the last of two lengths.
+        if (sawWholeHead_)
+            contentLength(lengths_, request_.url);
         line = line.substr(0, line.find_last_not_of("\r\n") + 1);
         const size_t colon = std::min(line.find(':'), line.size());
         const std::string_view name = line.substr(0, colon);
@@ -154,15 +175,16 @@ private:
             reply_.contentType = value;
         if (equalIgnoringCase(name, "Location"))
             reply_.redirect = value;
+        if (equalIgnoringCase(name, "Content-Length"))
+            lengths_.emplace_back(value);
     }
 
     static size_t content(char* data, size_t, size_t size, void* self) {
-        of(self).lastProgress_ = Clock::now();
-        of(self).isTooLarge_ = size > of(self).limits_.maximumBytes - of(self).reply_.body.size();
-        if (of(self).isTooLarge_)
-            return CURL_WRITEFUNC_ERROR;
-        of(self).reply_.body.append(data, size);
-        return size;
+        return guarded(self, size, [&](Transfer& transfer) {
+            if (size > transfer.limits_.maximumBytes - transfer.reply_.body.size())
+                throw transportError(transfer.request_.url, transport_reason::kTooLarge);
+            transfer.reply_.body.append(data, size);
+        });
     }
 
     static int progress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
@@ -175,8 +197,7 @@ private:
         const Clock::time_point end = Clock::now() + limits_.total;
         int running = 1;
         while (true) {
-            if (curl_multi_perform(multi_.get(), &running) != CURLM_OK)
-                return CURLE_FAILED_INIT;
+            require(curl_multi_perform(multi_.get(), &running));
             if (running == 0)
                 return resultOf();
             const Clock::time_point now = Clock::now();
@@ -187,8 +208,8 @@ private:
                                      now >= end ? transport_reason::kTooSlow : transport_reason::kSilent);
             constexpr std::chrono::milliseconds kLongestPause{1000};
             const auto left = std::chrono::ceil<std::chrono::milliseconds>(std::min(end, idleEnd) - now);
-            curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(std::min(left, kLongestPause).count()),
-                            nullptr);
+            require(curl_multi_poll(multi_.get(), nullptr, 0,
+                                    static_cast<int>(std::min(left, kLongestPause).count()), nullptr));
         }
     }
 
@@ -198,15 +219,24 @@ private:
         return message ? message->data.result : CURLE_FAILED_INIT;
     }
 
-    [[noreturn]] void fail(CURLcode code) const {
+    void require(CURLcode code) const {
+        if (code == CURLE_OK)
+            return;
+        if (code == CURLE_OUT_OF_MEMORY)
+            throw std::bad_alloc();
         const std::string_view detail = detail_[0] != '\0' ? detail_.data() : curl_easy_strerror(code);
         throw transportError(request_.url, reasonOf(code), detail);
     }
 
+    void require(CURLMcode code) const {
+        if (code == CURLM_OUT_OF_MEMORY)
+            throw std::bad_alloc();
+        if (code != CURLM_OK)
+            throw transportError(request_.url, transport_reason::kOther, curl_multi_strerror(code));
+    }
+
     std::string_view reasonOf(CURLcode code) const {
         switch (code) {
-        case CURLE_WRITE_ERROR:
-            return isTooLarge_ ? transport_reason::kTooLarge : transport_reason::kOther;
         case CURLE_URL_MALFORMAT:
         case CURLE_UNSUPPORTED_PROTOCOL:
             // The latter also stands for a reply that begins with no status line.
@@ -220,8 +250,11 @@ private:
         case CURLE_PEER_FAILED_VERIFICATION:
             return transport_reason::kNoSecurity;
         case CURLE_GOT_NOTHING:
+            return sawStatus_ ? transport_reason::kInterim : transport_reason::kHungUp;
         case CURLE_SEND_ERROR:
             return transport_reason::kHungUp;
+        case CURLE_WEIRD_SERVER_REPLY:
+            return transport_reason::kMalformed;
         case CURLE_PARTIAL_FILE:
         case CURLE_RECV_ERROR:
             return sawStatus_ ? transport_reason::kCutOff : transport_reason::kHungUp;
@@ -236,22 +269,29 @@ private:
     std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_{curl_multi_init(), curl_multi_cleanup};
     Headers headers_;
     HttpExchange reply_;
+    std::vector<std::string> lengths_; ///< as the Content-Length headers say them
+    std::exception_ptr fault_;
     std::array<char, CURL_ERROR_SIZE> detail_{};
     Clock::time_point lastProgress_;
     curl_off_t sent_ = 0;
     bool isConnected_ = false;
     bool sawStatus_ = false;
     bool sawWholeHead_ = false;
-    bool isTooLarge_ = false;
 };
 
 } // namespace
 
 HttpExchange exchangeOnce(const HttpRequest& request, const HttpLimits& limits) {
     // Once for the process, before the first handle; what curl holds then lives as long as the process.
-    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
-    if (ready != CURLE_OK)
-        throw transportError(request.url, transport_reason::kOther, curl_easy_strerror(ready));
+    static const bool isReady = [&] {
+        const CURLcode code = curl_global_init(CURL_GLOBAL_DEFAULT);
+        if (code == CURLE_OUT_OF_MEMORY)
+            throw std::bad_alloc();
+        if (code != CURLE_OK)
+            throw transportError(request.url, transport_reason::kOther, curl_easy_strerror(code));
+        return true; // what raised is tried again by the next request
+    }();
+    std::ignore = isReady;
     return Transfer(request, limits).run();
 }
 

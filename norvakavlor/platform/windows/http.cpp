@@ -4,6 +4,7 @@
 #include <charconv>
 #include <chrono>
 #include <cstdint>
+#include <new>
 #include <norvakavlor/platform/url.h>
 #include <norvakavlor/platform/windows/code_page.h>
 #include <norvakavlor/platform/windows/internet_handle.h>
@@ -12,6 +13,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace norvakavlor::platform {
 namespace {
@@ -41,16 +44,13 @@ INTERNET_PORT portOf(std::string_view text, bool isSecure, std::string_view url)
 Target targetOf(std::string_view url) {
     Target target;
     const std::string_view authority = hostOf(url);
-    const size_t authorityStart = url.find("//") + 2;
     // The colons inside "[::1]" part no port.
     const size_t afterBracket = authority.find(']') == std::string_view::npos ? 0 : authority.find(']');
     const size_t colon = std::min(authority.find(':', afterBracket), authority.size());
     target.isSecure = equalIgnoringCase(url.substr(0, 6), "https:");
     target.host = authority.substr(0, colon);
     target.port = portOf(authority.substr(std::min(colon + 1, authority.size())), target.isSecure, url);
-    target.resource = url.substr(authorityStart + authority.size());
-    if (!target.resource.starts_with('/'))
-        target.resource.insert(0, "/");
+    target.resource = requestTarget(url);
     return target;
 }
 
@@ -85,6 +85,12 @@ std::string_view reasonOf(DWORD code, Phase phase) {
         code == ERROR_WINHTTP_SECURE_CERT_REV_FAILED || code == ERROR_WINHTTP_SECURE_CERT_REVOKED ||
         code == ERROR_WINHTTP_SECURE_CERT_WRONG_USAGE;
     return isSecurity ? transport_reason::kNoSecurity : transport_reason::kOther;
+}
+
+/// Wine's WinHTTP takes some replies that were cut off for whole ones.
+bool runsUnderWine() {
+    const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
+    return system && ::GetProcAddress(system, "wine_get_version");
 }
 
 /// One request and its reply, within its limits.
@@ -122,6 +128,8 @@ private:
         if (success)
             return;
         const DWORD code = ::GetLastError();
+        if (code == ERROR_NOT_ENOUGH_MEMORY || code == ERROR_OUTOFMEMORY)
+            throw std::bad_alloc();
         if (Clock::now() >= end_)
             throw transportError(request_.url, transport_reason::kTooSlow);
         throw transportError(request_.url, reasonOf(code, phase_), "WinHTTP " + std::to_string(code));
@@ -175,14 +183,17 @@ private:
         waitAtMost(limits_.idle);
         require(::WinHttpReceiveResponse(handle_.get(), nullptr));
         phase_ = Phase::Receiving;
+        // If the connection ends within the head, WinHTTP hands over what came, without the empty line.
+        if (!header(WINHTTP_QUERY_RAW_HEADERS_CRLF).value_or("").ends_with("\r\n\r\n"))
+            throw transportError(request_.url, transport_reason::kCutOff);
         HttpExchange reply;
         DWORD status = 0;
         DWORD size = sizeof status;
         require(::WinHttpQueryHeaders(handle_.get(), WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER,
                                       WINHTTP_HEADER_NAME_BY_INDEX, &status, &size, WINHTTP_NO_HEADER_INDEX));
         reply.status = static_cast<int>(status);
-        reply.contentType = header(WINHTTP_QUERY_CONTENT_TYPE);
-        reply.redirect = header(WINHTTP_QUERY_LOCATION);
+        reply.contentType = header(WINHTTP_QUERY_CONTENT_TYPE).value_or("");
+        reply.redirect = header(WINHTTP_QUERY_LOCATION).value_or("");
         return reply;
     }
 
@@ -193,54 +204,74 @@ private:
         setOption(WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, time);
     }
 
-    /// A header's bytes; "" when the reply has none of that name.
-    std::string header(DWORD which) const {
+    /// The bytes of a header, of several of one name the one of that index; nothing if there is none.
+    std::optional<std::string> header(DWORD which, DWORD index = 0) const {
+        const auto query = [&](wchar_t* value, DWORD& size) {
+            DWORD next = index; // the call counts it on
+            return ::WinHttpQueryHeaders(handle_.get(), which, WINHTTP_HEADER_NAME_BY_INDEX, value, &size,
+                                         &next);
+        };
         DWORD size = 0;
-        ::WinHttpQueryHeaders(handle_.get(), which, WINHTTP_HEADER_NAME_BY_INDEX, WINHTTP_NO_OUTPUT_BUFFER,
-                              &size, WINHTTP_NO_HEADER_INDEX);
-        std::wstring value(size / sizeof(wchar_t), L'\0');
-        if (value.empty() || !::WinHttpQueryHeaders(handle_.get(), which, WINHTTP_HEADER_NAME_BY_INDEX,
-                                                    value.data(), &size, WINHTTP_NO_HEADER_INDEX))
-            return {};
+        if (!query(nullptr, size) && ::GetLastError() == ERROR_WINHTTP_HEADER_NOT_FOUND)
+            return std::nullopt;
+        std::wstring value(size / sizeof(wchar_t) + 1, L'\0');
+        size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
+        require(query(value.data(), size));
         value.resize(size / sizeof(wchar_t));
         // WinHTTP took the bytes for text of the system's code page.
         return toAnsi(fromWide(value));
     }
 
-    /// The length that the reply names and must have.
-    std::optional<uint64_t> promisedLength(int status) const {
-        constexpr int kNoContent = 204;
-        constexpr int kNotModified = 304;
-        const bool hasBody = request_.method != "HEAD" && status != kNoContent && status != kNotModified;
-        const std::string text = header(WINHTTP_QUERY_CONTENT_LENGTH);
-        uint64_t length = 0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
-        if (!hasBody || error != std::errc() || !header(WINHTTP_QUERY_TRANSFER_ENCODING).empty())
-            return std::nullopt;
-        return length;
+    std::optional<uint64_t> promisedLength() const {
+        std::vector<std::string> values;
+        for (DWORD index = 0; auto value = header(WINHTTP_QUERY_CONTENT_LENGTH, index); ++index)
+            values.push_back(*std::move(value));
+        return contentLength(values, request_.url);
+    }
+
+    /// How many bytes can be read now; 0 at the end of the reply.
+    DWORD availableBytes(bool isFirstChunk) const {
+        DWORD count = 0;
+        waitAtMost(limits_.idle);
+        if (::WinHttpQueryDataAvailable(handle_.get(), &count)) {
+            // In pieces, Wine takes a reply without any for an empty one; the empty one that is whole fails
+            // there with the error below.
+            if (isFirstChunk && count == 0 && runsUnderWine())
+                throw transportError(request_.url, transport_reason::kCutOff);
+            return count;
+        }
+        require(isFirstChunk && ::GetLastError() == ERROR_INSUFFICIENT_BUFFER);
+        return 0;
     }
 
     void receiveBody(HttpExchange& reply) const {
-        const auto promised = promisedLength(reply.status);
-        if (promised && *promised > limits_.maximumBytes)
+        constexpr int kNoContent = 204;
+        constexpr int kNotModified = 304;
+        const auto promised = promisedLength();
+        if (request_.method == "HEAD" || reply.status == kNoContent || reply.status == kNotModified)
+            return;
+        const bool isInPieces = header(WINHTTP_QUERY_TRANSFER_ENCODING).has_value();
+        const bool isOpen = isInPieces || !promised; // the end shows only when it comes
+        const uint64_t end = isOpen ? 0 : promised.value_or(0);
+        if (end > limits_.maximumBytes)
             throw transportError(request_.url, transport_reason::kTooLarge);
-        for (;;) {
-            waitAtMost(limits_.idle);
-            DWORD available = 0;
-            require(::WinHttpQueryDataAvailable(handle_.get(), &available));
+        size_t length = 0;
+        // Beyond its length WinHTTP also hands over what follows a body.
+        while (isOpen || length < end) {
+            const DWORD available = availableBytes(isInPieces && length == 0);
             if (available == 0)
                 break;
-            const size_t length = reply.body.size();
             if (available > limits_.maximumBytes - length)
                 throw transportError(request_.url, transport_reason::kTooLarge);
             reply.body.resize(length + available);
             DWORD count = 0;
             require(::WinHttpReadData(handle_.get(), reply.body.data() + length, available, &count));
-            reply.body.resize(length + count);
+            length += count;
         }
         // WinHTTP takes the end of a connection for the end of a reply.
-        if (promised && reply.body.size() < *promised)
+        if (length < end)
             throw transportError(request_.url, transport_reason::kCutOff);
+        reply.body.resize(isOpen ? length : static_cast<size_t>(end));
     }
 
     const HttpRequest& request_;
