@@ -43,8 +43,14 @@ TEST(XmlParser, BuildsTheTree) {
         {"a blank from a reference is white space too", "<a>&#32;<b/>&#9;</a>", "a[b]"},
         {"line ends become line feeds, references stay", "<a>1\r\n2\r3&#13;</a>", "a[text:1\n2\n3\r]"},
         {"attributes", "<a z='1' y=\"&quot;&lt;\n\" x=''/>", "a z=1 y=\"<  x="},
-        {"CDATA is a node of its own", "<a>x<![CDATA[<b>&amp;]]>y<![CDATA[ ]]><![CDATA[]]></a>",
-         "a[text:x][cdata:<b>&amp;][text:y][cdata: ][cdata:]"},
+        {"CDATA is a node of its own", "<a>x<![CDATA[<b>&amp;]]>y<![CDATA[ ]]><b/><![CDATA[]]></a>",
+         "a[text:x][cdata:<b>&amp;][text:y][cdata: ][b][cdata:]"},
+        {"neighbouring CDATA is one node", "<a><![CDATA[]]><![CDATA[x]]]]><![CDATA[]]><![CDATA[>y]]></a>",
+         "a[cdata:x]]>y]"},
+        {"what stands between keeps it apart",
+         "<a><![CDATA[x]]> <![CDATA[]]>&#32;<![CDATA[]]><!--c--><![CDATA[z]]></a>",
+         "a[cdata:x][cdata:][cdata:][comment:c][cdata:z]"},
+        {"a later version of XML 1", "<?xml version='1.1'?><a/>", "a"},
         {"CDATA parts white space", "<a> <![CDATA[x]]> </a>", "a[cdata:x]"},
         {"comments and instructions part texts", "<a>x<!-- c -->y<?p d ?>z</a>",
          "a[text:x][comment: c ][text:y][pip:d ][text:z]"},
@@ -99,6 +105,16 @@ TEST(XmlParser, RefusesWhatIsNotWellFormed) {
         "<a><!-- -- --></a>",
         "<a><![CDATA[x</a>",
         " <?xml version='1.0'?><a/>",
+        "<?xml version='2.0'?><a/>",
+        "<?xml version='1.'?><a/>",
+        "<?xml version='' ?><a/>",
+        "<?xml version='1.0x'?><a/>",
+        "<!--c--><?p?>",
+        "<![CDATA[]]>",
+        "<![CDATA[]]><a/>",
+        "<a/><![CDATA[]]>",
+        "<?p?><![CDATA[]]><!DOCTYPE a [<!ENTITY b 'bomb'>]><a>&b;</a>",
+        "<a/><!DOCTYPE a>",
         "<a>\x01</a>",
         "<a>\xC3(</a>",
         "<a>\xED\xA0\x80</a>",
@@ -115,6 +131,29 @@ TEST(XmlParser, RefusesWhatIsNotWellFormed) {
         EXPECT_FALSE(platform::parseXml(text, &error));
         EXPECT_FALSE(error.reason.empty());
         EXPECT_FALSE(platform::parseXml(text));
+    }
+}
+
+TEST(XmlParser, SaysWhereTheFaultIs) {
+    const struct {
+        std::string text;
+        size_t line;
+        size_t column;
+    } cases[] = {
+        {"<a>\n\u00FC\u4E2D\xE9</a>", 2, 3},
+        {std::string("<a>\n<b>\0</b></a>", 16), 2, 4},
+        {"\n  <?xml version='1.0'?><a/>", 2, 3},
+        {"<?xml version='2.0'?><a/>", 1, 16},
+        {"<!--\n--> <![CDATA[]]><a/>", 2, 5},
+        {"<!--\n--><!DOCTYPE a><a/>", 2, 4},
+        {"<a>\n" + repeated("<d>", 200) + repeated("</d>", 200) + "</a>", 2, 601},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        platform::ParseError error;
+        EXPECT_FALSE(platform::parseXml(c.text, &error));
+        EXPECT_EQ(error.line, c.line);
+        EXPECT_EQ(error.column, c.column);
     }
 }
 

@@ -15,8 +15,9 @@ struct ParseError {
 };
 
 /// Parses UTF-8 text; an encoding declaration inside it is ignored, as the text is decoded already. Nothing
-/// when it is not well-formed, holds a document type declaration, or goes beyond a bound (64 MiB, depth 200,
-/// 1,000 attributes an element); `error`, when given, then says where and why. Raises nothing.
+/// when it is not well-formed, is of another version than 1.x, holds a document type declaration, or goes
+/// beyond a bound (64 MiB, depth 200, 1,000 attributes an element); `error`, when given, then says where and
+/// why. Raises std::bad_alloc alone.
 std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error = nullptr);
 
 } // namespace norvakavlor::platform

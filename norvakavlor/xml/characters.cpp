@@ -41,15 +41,17 @@ size_t characterLength(std::string_view text, size_t position) {
     return character.valid ? character.length : 0;
 }
 
-bool isWellFormedUtf8(std::string_view text) {
+size_t findIllFormedUtf8(std::string_view text) {
     for (size_t position = asciiRun(text, 0); position < text.size(); position += asciiRun(text, position)) {
         const size_t length = characterLength(text, position);
         if (length == 0)
-            return false;
+            return position;
         position += length;
     }
-    return true;
+    return std::string_view::npos;
 }
+
+bool isWellFormedUtf8(std::string_view text) { return findIllFormedUtf8(text) == std::string_view::npos; }
 
 bool isWhiteSpace(std::string_view text) {
     return std::ranges::all_of(text, [](char c) { return isWhiteSpace(c); });

@@ -14,6 +14,8 @@ inline constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 /// well-formed UTF-8 (overlong forms, surrogates and what lies beyond U+10FFFF are not).
 size_t characterLength(std::string_view text, size_t position);
 
+/// Where the first bytes are that are no well-formed UTF-8; npos if there are none.
+size_t findIllFormedUtf8(std::string_view text);
 bool isWellFormedUtf8(std::string_view text);
 
 /// Nothing but blanks, tabs and line ends; also true of an empty text.

@@ -32,6 +32,12 @@ std::string_view takeValue(std::string_view& text, std::string_view& name) {
     return value;
 }
 
+/// The length of a piece of markup; 0 if it has no end.
+size_t lengthOf(std::string_view markup, std::string_view opening, std::string_view closing) {
+    const size_t end = markup.find(closing, opening.size());
+    return end == kNotFound ? 0 : end + closing.size();
+}
+
 } // namespace
 
 Declaration readDeclaration(std::string_view text) {
@@ -41,36 +47,38 @@ Declaration readDeclaration(std::string_view text) {
     const size_t end = text.find("?>");
     if (end == kNotFound)
         return {};
-    Declaration declaration{end + 2, {}};
+    Declaration declaration{.length = end + 2};
     std::string_view inside = text.substr(kStart.size(), end - kStart.size());
     while (!inside.empty() && declaration.encoding.empty()) {
         std::string_view name;
         const std::string_view value = takeValue(inside, name);
         if (name.empty())
             break;
+        if (name == "version")
+            declaration.version = value;
         if (name == "encoding")
             declaration.encoding = value;
     }
     return declaration;
 }
 
-size_t findDocumentType(std::string_view text) {
-    for (size_t at = 0; at < text.size();) {
+bool isKnownVersion(std::string_view version) {
+    constexpr std::string_view kStart = "1.";
+    return version.starts_with(kStart) && version.size() > kStart.size() &&
+           version.find_first_not_of("0123456789", kStart.size()) == kNotFound;
+}
+
+size_t endOfProlog(std::string_view text) {
+    for (size_t at = 0;;) {
+        at = std::min(text.find_first_not_of(" \t\r\n", at), text.size());
         const std::string_view rest = text.substr(at);
-        if (isWhiteSpace(rest.front())) {
-            ++at;
-            continue;
-        }
-        if (rest.starts_with("<!DOCTYPE"))
+        const size_t length = rest.starts_with("<!--") ? lengthOf(rest, "<!--", "-->")
+                              : rest.starts_with("<?") ? lengthOf(rest, "<?", "?>")
+                                                       : 0;
+        if (length == 0)
             return at;
-        const std::string_view end =
-            rest.starts_with("<!--") ? "-->" : (rest.starts_with("<?") ? "?>" : std::string_view());
-        const size_t found = end.empty() ? kNotFound : rest.find(end, end.size() == 3 ? 4 : 2);
-        if (found == kNotFound)
-            break;
-        at += found + end.size();
+        at += length;
     }
-    return kNotFound;
 }
 
 Position positionOf(std::string_view text, size_t offset) {

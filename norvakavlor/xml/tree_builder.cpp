@@ -48,13 +48,21 @@ bool TreeBuilder::endElement() {
 }
 
 bool TreeBuilder::text(std::string_view piece) {
-    if (inStartTag_ && !endPending())
+    if ((inStartTag_ || cdata_) && !endPending())
         return false;
     text_.append(piece);
     return problem_.empty();
 }
 
-bool TreeBuilder::cdata(std::string_view content) { return appendLeaf(NodeKind::CData, {}, content); }
+bool TreeBuilder::cdata(std::string_view content) {
+    if (!cdata_) {
+        if (!endPending())
+            return false;
+        cdata_.emplace();
+    }
+    cdata_->append(content);
+    return true;
+}
 
 bool TreeBuilder::comment(std::string_view content) { return appendLeaf(NodeKind::Comment, {}, content); }
 
@@ -77,6 +85,7 @@ bool TreeBuilder::refuse(std::string reason) {
 
 bool TreeBuilder::endPending() {
     endText();
+    endCData();
     if (inStartTag_)
         return endStartTag();
     return problem_.empty();
@@ -88,6 +97,14 @@ void TreeBuilder::endText() {
         link(current_, arena.makeLeaf(NodeKind::Text, arena.emptyName(), text_));
     }
     text_.clear();
+}
+
+void TreeBuilder::endCData() {
+    if (!cdata_)
+        return;
+    Arena& arena = *document_.arena_;
+    link(current_, arena.makeLeaf(NodeKind::CData, arena.emptyName(), *cdata_));
+    cdata_.reset();
 }
 
 bool TreeBuilder::endStartTag() {

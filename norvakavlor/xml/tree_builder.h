@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <norvakavlor/xml/document.h>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -14,8 +15,8 @@ inline constexpr size_t kMaximumDepth = 200;
 inline constexpr size_t kMaximumAttributes = 1000;
 
 /// Builds a document from a parser's events, with the rules that hold whichever parser it is:
-/// white-space-only text is no node, pieces of one text become one node, a prefix must be declared, and
-/// beyond a bound the document does not parse.
+/// white-space-only text is no node, pieces of one text become one node, and so do neighbouring CDATA
+/// sections; a prefix must be declared, and beyond a bound the document does not parse.
 ///
 /// Each call says whether the document is still within its bounds; after a False the parser should stop, and
 /// what it delivers nonetheless is ignored. Names come from a parser and are not checked.
@@ -39,9 +40,10 @@ public:
 
 private:
     bool refuse(std::string reason);
-    /// Ends what came before an event other than text: a start tag, a text.
+    /// Finishes an open start tag, text or CDATA section before the next event.
     bool endPending();
     void endText();
+    void endCData();
     bool endStartTag();
     bool isDeclared(std::string_view name) const;
     void leaveDeclarations();
@@ -52,7 +54,8 @@ private:
     size_t depth_ = 0;
     size_t attributes_ = 0;
     bool inStartTag_ = false;
-    std::string text_; ///< of the text node that the next event ends
+    std::string text_;                 ///< of the text node that the next event ends
+    std::optional<std::string> cdata_; ///< of the CDATA node that the next event ends
     std::string problem_;
     /// Namespace prefixes with the depth of their declaration, and how often each is in force.
     std::vector<std::pair<size_t, std::string_view>> declarations_;

@@ -1,9 +1,9 @@
 #include <norvakavlor/platform/xml_back_end.h>
 
+#include <exception>
 #include <expat.h>
 #include <memory>
 #include <new>
-#include <string>
 #include <type_traits>
 
 namespace norvakavlor::platform {
@@ -23,52 +23,74 @@ public:
         XML_SetProcessingInstructionHandler(parser, instruction);
     }
 
-private:
-    static Events& of(void* self) { return *static_cast<Events*>(self); }
+    /// Raises what the builder raised.
+    void rethrow() const {
+        if (fault_)
+            std::rethrow_exception(fault_);
+    }
 
-    void stopUnless(bool accepted) {
-        if (!accepted)
-            XML_StopParser(parser_, XML_FALSE);
+private:
+    /// Stops expat when the builder refuses or raises: no exception may pass through expat's own frames, so
+    /// it waits until expat has stopped.
+    template <class Step> static void pass(void* self, Step&& step) {
+        Events& events = *static_cast<Events*>(self);
+        if (events.fault_)
+            return;
+        try {
+            if (step(events))
+                return;
+        } catch (const std::exception&) {
+            events.fault_ = std::current_exception();
+        }
+        XML_StopParser(events.parser_, XML_FALSE);
     }
 
     static void startElement(void* self, const char* name, const char** attributes) {
-        xml::TreeBuilder& builder = of(self).builder_;
-        bool accepted = builder.startElement(name);
-        for (; accepted && *attributes; attributes += 2)
-            accepted = builder.attribute(attributes[0], attributes[1]);
-        of(self).stopUnless(accepted);
+        pass(self, [&](Events& events) {
+            bool accepted = events.builder_.startElement(name);
+            for (; accepted && *attributes; attributes += 2)
+                accepted = events.builder_.attribute(attributes[0], attributes[1]);
+            return accepted;
+        });
     }
 
-    static void endElement(void* self, const char*) { of(self).stopUnless(of(self).builder_.endElement()); }
+    static void endElement(void* self, const char*) {
+        pass(self, [](Events& events) { return events.builder_.endElement(); });
+    }
 
     static void characters(void* self, const char* data, int length) {
-        const std::string_view piece(data, static_cast<size_t>(length));
-        if (of(self).inCData_) {
-            of(self).cdata_.append(piece);
-        } else {
-            of(self).stopUnless(of(self).builder_.text(piece));
-        }
+        pass(self, [&](Events& events) {
+            const std::string_view piece(data, static_cast<size_t>(length));
+            return events.inCData_ ? events.builder_.cdata(piece) : events.builder_.text(piece);
+        });
     }
 
-    static void startCData(void* self) { of(self).inCData_ = true; }
+    static void startCData(void* self) {
+        pass(self, [](Events& events) {
+            events.inCData_ = true;
+            return events.builder_.cdata({}); // one without content is a node too
+        });
+    }
+
     static void endCData(void* self) {
-        of(self).stopUnless(of(self).builder_.cdata(of(self).cdata_));
-        of(self).inCData_ = false;
-        of(self).cdata_.clear();
+        pass(self, [](Events& events) {
+            events.inCData_ = false;
+            return true;
+        });
     }
 
     static void comment(void* self, const char* content) {
-        of(self).stopUnless(of(self).builder_.comment(content));
+        pass(self, [&](Events& events) { return events.builder_.comment(content); });
     }
 
     static void instruction(void* self, const char* target, const char* content) {
-        of(self).stopUnless(of(self).builder_.instruction(target, content));
+        pass(self, [&](Events& events) { return events.builder_.instruction(target, content); });
     }
 
     XML_Parser parser_;
     xml::TreeBuilder& builder_;
     bool inCData_ = false;
-    std::string cdata_;
+    std::exception_ptr fault_;
 };
 
 } // namespace
@@ -82,8 +104,12 @@ bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& er
     Events events(parser.get(), builder);
     if (XML_Parse(parser.get(), utf8.data(), static_cast<int>(utf8.size()), XML_TRUE) == XML_STATUS_OK)
         return true;
+    events.rethrow();
+    const XML_Error code = XML_GetErrorCode(parser.get());
+    if (code == XML_ERROR_NO_MEMORY)
+        throw std::bad_alloc();
     error = {XML_GetCurrentLineNumber(parser.get()), XML_GetCurrentColumnNumber(parser.get()) + 1,
-             XML_ErrorString(XML_GetErrorCode(parser.get()))};
+             XML_ErrorString(code)};
     return false;
 }
 

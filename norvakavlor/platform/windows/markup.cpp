@@ -75,6 +75,7 @@ MarkupBounds boundsOf(std::string_view text, MarkupBounds limits) {
         bounds.attributes = std::max(bounds.attributes, attributesIn(tag));
         bounds.depth = std::max(bounds.depth, depth + 1);
         depth += markup.kind == Markup::Kind::StartTag ? 1 : 0;
+        bounds.end = markup.end;
         if (bounds.attributes > limits.attributes || bounds.depth > limits.depth)
             break;
     }

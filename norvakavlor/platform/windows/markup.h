@@ -26,6 +26,7 @@ size_t behindQuotes(std::string_view text, size_t quote);
 struct MarkupBounds {
     size_t depth = 0;
     size_t attributes = 0; ///< of the start tag that has most
+    size_t end = 0;        ///< behind the last tag counted
 };
 
 /// Stops counting where either is beyond its limit.

@@ -39,19 +39,28 @@ PlainMarkup::PlainMarkup(std::string_view utf8) {
     cdata_ = unusedLetter(utf8, letter);
     text_.reserve(utf8.size());
     size_t done = 0;
+    size_t depth = 0;
     for (Markup markup = nextMarkup(utf8, 0); markup.kind != Markup::Kind::None;
          markup = nextMarkup(utf8, markup.end)) {
         text_.append(utf8.substr(done, markup.start - done));
-        append(utf8.substr(markup.start, markup.end - markup.start));
+        const std::string_view piece = utf8.substr(markup.start, markup.end - markup.start);
+        // Outside the root the parser must see that it is CDATA, and refuse it.
+        if (depth > 0 && piece == "<![CDATA[]]>") {
+            text_.append("<?").append(cdata_).append("?>");
+        } else {
+            append(piece);
+        }
+        if (markup.kind == Markup::Kind::StartTag)
+            ++depth;
+        if (markup.kind == Markup::Kind::EndTag && depth > 0)
+            --depth;
         done = markup.end;
     }
     text_.append(utf8.substr(done));
 }
 
 void PlainMarkup::append(std::string_view markup) {
-    if (markup == "<![CDATA[]]>") {
-        text_.append("<?").append(cdata_).append("?>");
-    } else if (markup.starts_with("<?")) {
+    if (markup.starts_with("<?")) {
         const size_t end = markup.find_first_of(" \t\r\n?", 2);
         appendTag(markup.substr(0, end));
         text_.append(markup.substr(std::min(end, markup.size())));

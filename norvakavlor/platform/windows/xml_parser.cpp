@@ -1,6 +1,8 @@
 #include <norvakavlor/platform/xml_back_end.h>
 
 #include <algorithm>
+#include <memory>
+#include <new>
 #include <norvakavlor/platform/windows/automation_text.h>
 #include <norvakavlor/platform/windows/com_apartment.h>
 #include <norvakavlor/platform/windows/com_pointer.h>
@@ -22,26 +24,30 @@ using Node = ComPointer<IXMLDOMNode>;
 constexpr CLSID kDomDocument = {0xF5078F32, 0xC551, 0x11D3, {0x89, 0xB9, 0x00, 0x00, 0xF8, 0x1F, 0xE2, 0x21}};
 constexpr IID kIDomDocument2 = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 
+/// In a tree that is in memory already, nothing but memory can be short.
+void require(HRESULT result) {
+    if (FAILED(result))
+        throw std::bad_alloc();
+}
+
 /// The value of a text, an attribute and the like, as it stands.
 std::string valueOf(IXMLDOMNode& node) {
     VARIANT value;
     ::VariantInit(&value);
-    std::string text;
-    if (SUCCEEDED(node.get_nodeValue(&value)) && value.vt == VT_BSTR)
-        text = fromWide({value.bstrVal, ::SysStringLen(value.bstrVal)});
-    ::VariantClear(&value);
-    return text;
+    require(node.get_nodeValue(&value));
+    const std::unique_ptr<VARIANT, decltype(&::VariantClear)> cleared(&value, ::VariantClear);
+    return value.vt == VT_BSTR ? fromWide({value.bstrVal, ::SysStringLen(value.bstrVal)}) : std::string();
 }
 
 std::string nameOf(IXMLDOMNode& node) {
     AutomationText name;
-    node.get_nodeName(name.put());
+    require(node.get_nodeName(name.put()));
     return name.utf8();
 }
 
 DOMNodeType kindOf(IXMLDOMNode& node) {
     DOMNodeType kind = NODE_INVALID;
-    node.get_nodeType(&kind);
+    require(node.get_nodeType(&kind));
     return kind;
 }
 
@@ -54,22 +60,22 @@ public:
     bool feedInside(IXMLDOMNode& document) {
         std::vector<Node> open; // the elements around the current node
         Node current;
-        document.get_firstChild(current.receive());
+        require(document.get_firstChild(current.receive()));
         while (current) {
             const DOMNodeType kind = kindOf(*current.get());
             if (!feedNode(*current.get(), kind))
                 return false;
             Node next;
             if (kind == NODE_ELEMENT) {
-                current->get_firstChild(next.receive());
+                require(current->get_firstChild(next.receive()));
                 open.push_back(std::move(current));
             } else {
-                current->get_nextSibling(next.receive());
+                require(current->get_nextSibling(next.receive()));
             }
             while (!next && !open.empty()) {
                 if (!builder_.endElement())
                     return false;
-                open.back()->get_nextSibling(next.receive());
+                require(open.back()->get_nextSibling(next.receive()));
                 open.pop_back();
             }
             current = std::move(next);
@@ -109,12 +115,12 @@ private:
     bool feedAttributes(IXMLDOMNode& element) {
         ComPointer<IXMLDOMNamedNodeMap> attributes;
         long count = 0;
-        if (element.get_attributes(attributes.receive()) != S_OK || FAILED(attributes->get_length(&count)))
-            return true;
+        require(element.get_attributes(attributes.receive()));
+        require(attributes->get_length(&count));
         for (long i = 0; i < count; ++i) {
             Node attribute;
-            if (attributes->get_item(i, attribute.receive()) == S_OK &&
-                !builder_.attribute(originalNameOf(*attribute.get()), valueOf(*attribute.get())))
+            require(attributes->get_item(i, attribute.receive()));
+            if (!builder_.attribute(originalNameOf(*attribute.get()), valueOf(*attribute.get())))
                 return false;
         }
         return true;
@@ -132,8 +138,11 @@ void setProperty(IXMLDOMDocument2& document, const char* name, VARIANT value) {
 
 ComPointer<IXMLDOMDocument2> newDocument() {
     ComPointer<IXMLDOMDocument2> document;
-    if (FAILED(::CoCreateInstance(kDomDocument, nullptr, CLSCTX_INPROC_SERVER, kIDomDocument2,
-                                  reinterpret_cast<void**>(document.receive()))))
+    const HRESULT made = ::CoCreateInstance(kDomDocument, nullptr, CLSCTX_INPROC_SERVER, kIDomDocument2,
+                                            reinterpret_cast<void**>(document.receive()));
+    if (made == E_OUTOFMEMORY)
+        throw std::bad_alloc();
+    if (FAILED(made))
         return {};
     document->put_async(VARIANT_FALSE);
     document->put_validateOnParse(VARIANT_FALSE);
@@ -147,17 +156,23 @@ ComPointer<IXMLDOMDocument2> newDocument() {
     return document;
 }
 
-/// The text without an encoding in its declaration, blanks in its place: it is decoded already, and the
-/// parser would take the declared encoding for a contradiction to the 16-bit units that it gets.
-std::string withoutEncoding(std::string_view utf8) {
+/// The text with a declaration that the parser takes: blanks in the place of its encoding, as the text is
+/// decoded already and the parser would find a contradiction to the 16-bit units that it gets; and the one
+/// version of XML that it knows.
+std::string withPlainDeclaration(std::string_view utf8) {
     constexpr std::string_view kWord = "encoding";
     std::string text(utf8);
-    const std::string_view encoding = xml::readDeclaration(utf8).encoding;
-    if (encoding.empty() || !xml::isName(encoding))
-        return text;
-    const auto value = static_cast<size_t>(encoding.data() - utf8.data());
-    const size_t start = utf8.rfind(kWord, value);
-    return text.replace(start, value + encoding.size() + 1 - start, value + encoding.size() + 1 - start, ' ');
+    const xml::Declaration declaration = xml::readDeclaration(utf8);
+    if (!declaration.encoding.empty() && xml::isName(declaration.encoding)) {
+        const auto value = static_cast<size_t>(declaration.encoding.data() - utf8.data());
+        const size_t start = utf8.rfind(kWord, value);
+        const size_t length = value + declaration.encoding.size() + 1 - start;
+        text.replace(start, length, length, ' ');
+    }
+    if (declaration.version)
+        text.replace(static_cast<size_t>(declaration.version->data() - utf8.data()),
+                     declaration.version->size(), "1.0");
+    return text;
 }
 
 ParseError errorOf(IXMLDOMDocument2& document) {
@@ -165,6 +180,10 @@ ParseError errorOf(IXMLDOMDocument2& document) {
     ComPointer<IXMLDOMParseError> details;
     if (document.get_parseError(details.receive()) != S_OK)
         return error;
+    long code = 0;
+    details->get_errorCode(&code);
+    if (code == E_OUTOFMEMORY)
+        throw std::bad_alloc();
     long line = 0;
     long column = 0;
     AutomationText reason;
@@ -180,38 +199,48 @@ ParseError errorOf(IXMLDOMDocument2& document) {
     return error;
 }
 
+ParseError errorAt(std::string_view utf8, size_t offset, std::string reason) {
+    const xml::Position at = xml::positionOf(utf8, offset);
+    return {at.line, at.column, std::move(reason)};
+}
+
 /// What the parser would let pass, or takes too long for; an empty reason when it may see the text.
-std::string findUnfit(std::string_view utf8) {
-    if (utf8.find('\0') != std::string_view::npos)
-        return "The document holds a NUL.";
+ParseError findUnfit(std::string_view utf8) {
+    if (const size_t nul = utf8.find('\0'); nul != std::string_view::npos)
+        return errorAt(utf8, nul, "The document holds a NUL.");
     const size_t start = utf8.find_first_not_of(" \t\r\n");
     if (start > 0 && start != std::string_view::npos && xml::readDeclaration(utf8.substr(start)).length > 0)
-        return "A declaration must stand at the very start.";
+        return errorAt(utf8, start, "A declaration must stand at the very start.");
     const MarkupBounds bounds = boundsOf(utf8, {xml::kMaximumDepth, xml::kMaximumAttributes});
     if (bounds.depth > xml::kMaximumDepth)
-        return "Elements are nested deeper than " + std::to_string(xml::kMaximumDepth) + ".";
+        return errorAt(utf8, bounds.end,
+                       "Elements are nested deeper than " + std::to_string(xml::kMaximumDepth) + ".");
     if (bounds.attributes > xml::kMaximumAttributes)
-        return "An element has more than " + std::to_string(xml::kMaximumAttributes) + " attributes.";
+        return errorAt(utf8, bounds.end,
+                       "An element has more than " + std::to_string(xml::kMaximumAttributes) +
+                           " attributes.");
     return {};
 }
 
 } // namespace
 
 bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& error) {
-    if (const std::string reason = findUnfit(utf8); !reason.empty()) {
-        error = {1, 1, reason};
+    error = findUnfit(utf8);
+    if (!error.reason.empty())
         return false;
-    }
     const ComApartment apartment;
     const ComPointer<IXMLDOMDocument2> document = newDocument();
     if (!document) {
         error = {1, 1, "The system's XML parser is not to be had."};
         return false;
     }
-    const PlainMarkup markup(withoutEncoding(utf8));
+    const PlainMarkup markup(withPlainDeclaration(utf8));
     const AutomationText text(markup.text());
     VARIANT_BOOL parsed = VARIANT_FALSE;
-    if (document->loadXML(text.get(), &parsed) != S_OK || parsed != VARIANT_TRUE) {
+    const HRESULT loaded = document->loadXML(text.get(), &parsed);
+    if (loaded == E_OUTOFMEMORY)
+        throw std::bad_alloc();
+    if (loaded != S_OK || parsed != VARIANT_TRUE) {
         error = errorOf(*document.get());
         error.reason = markup.originalName(error.reason);
         return false;
