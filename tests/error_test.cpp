@@ -27,8 +27,9 @@ TEST(Error, IsIgnoredByNameAlone) {
         throw runtimeError(RuntimeError::Overflow);
     }));
     EXPECT_EQ(done, 2);
-    // What is no error of the library, as a want of memory, goes on.
+    // Being out of memory is never ignored, whichever way it comes.
     EXPECT_THROW(ignoringErrors([] { throw std::bad_alloc(); }), std::bad_alloc);
+    EXPECT_THROW(ignoringErrors([] { throw runtimeError(RuntimeError::OutOfMemory); }), Error);
 }
 
 } // namespace

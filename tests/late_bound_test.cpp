@@ -145,6 +145,7 @@ TEST(LateBound, RefusesWhatTheTableDoesNotOffer) {
     EXPECT_EQ(errorNumber([&] { call(*dictionary, "Key", {Value("a")}); }), 438);
     EXPECT_EQ(errorNumber([&] { elementsOf(*probe); }), 438);
     EXPECT_EQ(errorNumber([&] { call(*probe, "Text", {Value(1.0)}); }), 450);
+    EXPECT_EQ(testing::raised([&] { call(*probe, "RunOutOfMemory"); }), "7|NorvaKavlor|Out of memory");
 }
 
 TEST(LateBound, PassesIndexesOnToTheDefaultMember) {

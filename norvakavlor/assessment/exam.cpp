@@ -9,6 +9,7 @@
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/xml/node_object.h>
+#include <utility>
 
 namespace norvakavlor {
 namespace {
@@ -85,11 +86,12 @@ bool Exam::LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const
 }
 
 bool Exam::Save(const std::string& location, bool deleteOld) {
+    std::string fileName = bareFileName(location); // first: no allocation may fail after the exam is stored
     const bool accepted =
         saveAs(kWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOld && accepted && leavesStaleCopy(loadedFrom_, location);
     // Only now: a caller may have given this very member as the location.
-    ExamFileName = bareFileName(location);
+    ExamFileName = std::move(fileName);
     if (isStale) {
         Delete(loadedFrom_);
         loadedFrom_.clear();

@@ -1,6 +1,7 @@
 #include <norvakavlor/component/late_bound.h>
 
 #include <algorithm>
+#include <new>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
 #include <optional>
@@ -21,6 +22,15 @@ size_t parameterNamed(const Member& member, std::string_view name) {
     if (found == member.parameters.end())
         throw runtimeError(RuntimeError::NamedArgumentNotFound);
     return static_cast<size_t>(found - member.parameters.begin());
+}
+
+/// Here the library ends for callers by name, who know errors by their numbers.
+template <class Step> auto numbered(Step&& step) {
+    try {
+        return step();
+    } catch (const std::bad_alloc&) {
+        throw runtimeError(RuntimeError::OutOfMemory);
+    }
 }
 
 } // namespace
@@ -65,20 +75,24 @@ Target targetOf(Object& object, const Member& member, size_t argumentCount) {
 
 Value callMember(Object& object, const Member& member, std::vector<Value>& arguments,
                  const NamedArguments& named) {
-    const Target target = targetOf(object, member, arguments.size() + named.size());
-    if (!target.member->get)
-        throw runtimeError(RuntimeError::MemberNotFound);
-    arguments = completeArguments(*target.member, std::move(arguments), named);
-    return target.member->get(*target.object, arguments);
+    return numbered([&] {
+        const Target target = targetOf(object, member, arguments.size() + named.size());
+        if (!target.member->get)
+            throw runtimeError(RuntimeError::MemberNotFound);
+        arguments = completeArguments(*target.member, std::move(arguments), named);
+        return target.member->get(*target.object, arguments);
+    });
 }
 
 void putMember(Object& object, const Member& member, const Value& value, std::vector<Value> indexes,
                const NamedArguments& named) {
-    const Target target = targetOf(object, member, indexes.size() + named.size());
-    if (!target.member->put)
-        throw runtimeError(RuntimeError::MemberNotFound);
-    indexes = completeArguments(*target.member, std::move(indexes), named);
-    target.member->put(*target.object, indexes, value);
+    numbered([&] {
+        const Target target = targetOf(object, member, indexes.size() + named.size());
+        if (!target.member->put)
+            throw runtimeError(RuntimeError::MemberNotFound);
+        indexes = completeArguments(*target.member, std::move(indexes), named);
+        target.member->put(*target.object, indexes, value);
+    });
 }
 
 Value call(Object& object, std::string_view member, std::vector<Value>& arguments) {
@@ -104,11 +118,13 @@ std::vector<Value> elementsOf(Object& object) {
     const ClassInfo& info = object.dynamicClass();
     if (!info.elementAt)
         throw runtimeError(RuntimeError::MemberNotFound);
-    std::vector<Value> elements;
-    uint64_t mark = 0;
-    while (std::optional<Value> element = info.elementAt(object, mark))
-        elements.push_back(*std::move(element));
-    return elements;
+    return numbered([&] {
+        std::vector<Value> elements;
+        uint64_t mark = 0;
+        while (std::optional<Value> element = info.elementAt(object, mark))
+            elements.push_back(*std::move(element));
+        return elements;
+    });
 }
 
 } // namespace norvakavlor

@@ -25,6 +25,8 @@ std::string EncryptPassword(const std::string& text) {
         }
         return digest;
     } catch (const Error& failure) {
+        if (isOutOfMemory(failure))
+            throw;
         // The text is stored or compared like a digest, so that nothing opens until hashing works again.
         return "EncryptPassword Error: " + failure.description() +
                " fails with error = " + std::to_string(failure.number());

@@ -8,6 +8,7 @@
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/xml/node_object.h>
+#include <utility>
 
 namespace norvakavlor {
 namespace {
@@ -79,11 +80,13 @@ bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std
 
 bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
     const std::string kind = lessonKind(LessonObjType);
+    // First: no allocation may fail after the lesson is stored.
+    std::string fileName = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
     const bool accepted =
         saveAs({kind, "lesson"}, filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename);
     // Only now: a caller may have given this very member as the location.
-    LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
+    LessonFilename = std::move(fileName);
     if (isStale) {
         Delete(loadedFrom_);
         loadedFrom_.clear();

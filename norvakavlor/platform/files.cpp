@@ -1,8 +1,6 @@
 #include <norvakavlor/platform/files.h>
 
 #include <algorithm>
-#include <array>
-#include <fstream>
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
@@ -63,22 +61,10 @@ std::string extensionName(std::string_view path) {
 }
 
 std::optional<std::string> firstLine(const std::string& path) {
-    if (!fileExists(path))
-        return std::nullopt;
-    std::ifstream file(localPath(path), std::ios::binary);
     std::string line;
-    std::array<char, 4096> piece{};
-    while (file && line.size() <= xml::kMaximumBytes) {
-        file.read(piece.data(), piece.size());
-        line.append(piece.data(), static_cast<size_t>(file.gcount()));
-        const size_t end = line.find_first_of("\r\n", line.size() - static_cast<size_t>(file.gcount()));
-        if (end != std::string::npos) {
-            line.resize(end);
-            break;
-        }
-    }
-    if (!file.is_open() || file.bad())
+    if (!ignoringErrors([&] { line = readFile(path); }))
         return std::nullopt;
+    line.resize(std::min(line.find_first_of("\r\n"), line.size()));
     if (line.starts_with("\xEF\xBB\xBF"))
         line.erase(0, 3);
     return asUtf8(line);

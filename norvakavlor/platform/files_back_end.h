@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <exception>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -25,8 +26,19 @@ inline constexpr std::chrono::minutes kTemporaryAge{10};
 /// Brought by each platform: a UTF-8 path as the file system takes it; "/" and "\" are separators alike.
 std::filesystem::path localPath(std::string_view utf8);
 /// Brought by each platform: the names of the files in a folder, in any order; none when it is not there.
-/// Raises 70 or 57 when it cannot be read to its end.
+/// Raises 70, 57 or 7 when it cannot be read to its end.
 std::vector<std::string> fileNamesIn(const std::string& folder);
+
+/// Runs what is still to be done after a document was stored, or could not be. Whatever it fails with, out of
+/// memory included, it must not change the answer to the caller.
+template <class Step> void tidyUp(Step&& step) noexcept {
+    try {
+        step();
+    } catch (const std::exception&) {
+        // The next save tidies up.
+    }
+}
+
 /// Brought by each platform: deletes the one file of exactly this name; see deleteFile.
 void deleteOneFile(const std::string& path, bool force);
 

@@ -58,13 +58,22 @@ Error runtimeError(RuntimeError error, std::string description);
 /// The usual text of a runtime error.
 const char* usualText(RuntimeError error);
 
+/// Running out of memory says nothing about a document or a number, so no step may go on after it. It travels
+/// as std::bad_alloc, or as error 7 where the system or a client's object reports it.
+inline bool isOutOfMemory(const Error& error) {
+    return error.number() == static_cast<int32_t>(RuntimeError::OutOfMemory);
+}
+
 /// Runs one step whose failure is meant to change nothing else, and says whether it came through:
-/// `ignoringErrors([&] { question->Correct = toInt16(text); })` leaves Correct as it was.
+/// `ignoringErrors([&] { question->Correct = toInt16(text); })` leaves Correct as it was. Raises what ran out
+/// of memory.
 template <class Step> bool ignoringErrors(Step&& step) {
     try {
         step();
         return true;
-    } catch (const Error&) {
+    } catch (const Error& error) {
+        if (isOutOfMemory(error))
+            throw;
         return false;
     }
 }

@@ -33,7 +33,9 @@ std::string requestURL(std::string_view endpoint, std::string_view kind, std::st
 template <class Read> std::optional<xml::Document> unlessUnreachable(Read read) {
     try {
         return read();
-    } catch (const Error&) {
+    } catch (const Error& error) {
+        if (isOutOfMemory(error))
+            throw;
         return std::nullopt;
     }
 }

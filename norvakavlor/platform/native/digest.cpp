@@ -1,6 +1,7 @@
 #include <norvakavlor/platform/digest.h>
 
 #include <algorithm>
+#include <new>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/xml/windows_1252.h>
@@ -13,9 +14,15 @@ namespace {
 template <size_t kSize> std::array<uint8_t, kSize> digestOf(std::string_view bytes, const EVP_MD* algorithm) {
     std::array<uint8_t, kSize> digest{};
     unsigned length = kSize;
+    ERR_clear_error(); // what others left there
     if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, algorithm, nullptr) != 1 ||
         length != kSize) {
-        throw Error(static_cast<int32_t>(ERR_get_error()), "NorvaKavlor", "EVP_Digest");
+        const unsigned long code = ERR_get_error();
+        // An algorithm that the system forbids is said first; that memory ran out is said so, or not at all.
+        if (code == 0 || ERR_GET_REASON(code) == ERR_R_MALLOC_FAILURE ||
+            ERR_GET_REASON(code) == EVP_R_INITIALIZATION_ERROR)
+            throw std::bad_alloc();
+        throw Error(static_cast<int32_t>(code), "NorvaKavlor", "EVP_Digest");
     }
     return digest;
 }

@@ -2,8 +2,10 @@
 
 #include <cerrno>
 #include <chrono>
+#include <exception>
 #include <fcntl.h>
 #include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/native/file_descriptor.h>
 #include <norvakavlor/platform/native/temporary_file.h>
 #include <sys/file.h>
@@ -101,8 +103,8 @@ void replaceLockedDocument(const std::string& path, std::string_view content) {
             temporary.replace(target);
             return;
         }
-    } catch (const Error&) {
-        ignoringErrors([&] { setReadOnly(path, false); });
+    } catch (const std::exception&) {
+        tidyUp([&] { setReadOnly(path, false); });
         throw;
     }
     if (!createDocument(path, content))

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <dirent.h>
 #include <fcntl.h>
+#include <memory>
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/native/file_descriptor.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/xml/decode.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace norvakavlor::platform {
@@ -51,6 +52,8 @@ RuntimeError errorOfCode(int code) {
     case EISDIR:
     case EBUSY:
         return RuntimeError::PermissionDenied;
+    case ENOMEM:
+        return RuntimeError::OutOfMemory;
     case ENOSPC:
     case EDQUOT:
     case EFBIG:
@@ -80,16 +83,25 @@ std::vector<std::string> fileNamesIn(const std::string& folder) {
     std::vector<std::string> names;
     if (!folderExists(folder))
         return names;
-    std::error_code failure;
-    for (fs::directory_iterator at(localPath(folder), failure), end; !failure && at != end;
-         at.increment(failure)) {
-        std::error_code unknown;
-        if (at->is_regular_file(unknown))
-            names.push_back(at->path().filename().string());
+    // Not the standard library's iterator: its steps end the process when they run out of memory.
+    const std::unique_ptr<DIR, decltype([](DIR* open) { ::closedir(open); })> directory(
+        ::opendir(localPath(folder).c_str()));
+    if (!directory)
+        throw runtimeError(errorOfCode(errno));
+    errno = 0;
+    while (const dirent* const entry = ::readdir(directory.get())) {
+        struct stat state {};
+        const bool isPlain =
+            entry->d_type == DT_REG ||
+            ((entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN) &&
+             ::fstatat(::dirfd(directory.get()), entry->d_name, &state, 0) == 0 && S_ISREG(state.st_mode));
+        if (isPlain)
+            names.emplace_back(entry->d_name);
+        errno = 0;
     }
     // Part of a list would pass for the whole.
-    if (failure)
-        throw runtimeError(errorOfCode(failure.value()));
+    if (errno != 0)
+        throw runtimeError(errorOfCode(errno));
     return names;
 }
 

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <fcntl.h>
+#include <new>
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/xml/decode.h>
@@ -42,9 +43,7 @@ void flushFolder(const fs::path& folder) {
 void removeStale(const fs::path& target, time_t written) {
     const fs::path folder = folderOf(target);
     const std::string fileName = target.filename().string();
-    std::vector<std::string> names;
-    ignoringErrors([&] { names = fileNamesIn(folder.string()); });
-    for (const std::string& name : names) {
+    for (const std::string& name : fileNamesIn(folder.string())) {
         struct stat state {};
         const fs::path path = folder / name;
         if (isTemporaryNameOf(name, fileName) && ::lstat(path.c_str(), &state) == 0 &&
@@ -65,6 +64,8 @@ fs::path targetOf(const std::string& path) {
     if (!fs::is_symlink(target, failure))
         return target;
     fs::path behind = fs::canonical(target, failure);
+    if (failure == std::errc::not_enough_memory)
+        throw std::bad_alloc();
     if (failure)
         throw runtimeError(RuntimeError::PathNotFound);
     return behind;
@@ -100,16 +101,18 @@ void TemporaryFile::write(std::string_view content) {
 }
 
 void TemporaryFile::replace(const fs::path& target) {
+    const fs::path folder = folderOf(target);
     if (::rename(path_.c_str(), target.c_str()) != 0)
         throw lastError();
     path_.clear();
-    flushFolder(folderOf(target));
-    removeStale(target, written_);
+    flushFolder(folder);
+    tidyUp([&] { removeStale(target, written_); });
 }
 
 bool TemporaryFile::becomeNew(const fs::path& target) {
     // Of the two ways each has file systems that do not know it; of a linked file the old name goes in the
     // end.
+    const fs::path folder = folderOf(target);
     const bool isRenamed =
         ::renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0;
     if (isRenamed) {
@@ -121,7 +124,7 @@ bool TemporaryFile::becomeNew(const fs::path& target) {
             return false;
         throw lastError();
     }
-    flushFolder(folderOf(target));
+    flushFolder(folder);
     return true;
 }
 

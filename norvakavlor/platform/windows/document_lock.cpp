@@ -1,6 +1,7 @@
 #include <norvakavlor/platform/document_lock.h>
 
 #include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/windows/file_handle.h>
 #include <norvakavlor/platform/windows/temporary_file.h>
 #include <optional>
@@ -143,9 +144,9 @@ void replaceLockedDocument(const std::string& path, std::string_view content) {
         const DWORD error = patiently([&] { return tryReplaceLocked(temporary, path, target, isLocked); });
         if (error != ERROR_SUCCESS)
             throw runtimeError(errorOfCode(error));
-    } catch (const Error&) {
+    } catch (const std::exception&) {
         if (isLocked)
-            ignoringErrors([&] { setReadOnly(path, false); });
+            tidyUp([&] { setReadOnly(path, false); });
         throw;
     }
 }

@@ -33,6 +33,9 @@ RuntimeError errorOfCode(DWORD code) {
     case ERROR_WRITE_PROTECT:
     case ERROR_NETWORK_ACCESS_DENIED:
         return RuntimeError::PermissionDenied;
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+        return RuntimeError::OutOfMemory;
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
     case kDiskQuotaExceeded:

@@ -85,9 +85,7 @@ void flushName(const fs::path& target) {
 void removeStale(const fs::path& target, uint64_t written) {
     const fs::path folder = target.parent_path();
     const std::string fileName = nameOf(target);
-    std::vector<std::string> names;
-    ignoringErrors([&] { names = fileNamesIn(fromWide(folder.wstring())); });
-    for (const std::string& name : names) {
+    for (const std::string& name : fileNamesIn(fromWide(folder.wstring()))) {
         const fs::path path = folder / toWide(name);
         WIN32_FILE_ATTRIBUTE_DATA state{};
         if (isTemporaryNameOf(name, fileName) &&
@@ -159,7 +157,7 @@ DWORD TemporaryFile::tryReplace(const fs::path& target, bool evenIfReadOnly) {
     if (error == ERROR_SUCCESS) {
         path_.clear();
         flushName(target);
-        removeStale(target, written_);
+        tidyUp([&] { removeStale(target, written_); });
     }
     return error;
 }
