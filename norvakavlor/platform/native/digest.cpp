@@ -8,22 +8,13 @@
 #include <openssl/evp.h>
 
 namespace norvakavlor::platform {
-namespace {
 
-template <size_t kSize> std::array<uint8_t, kSize> digestOf(std::string_view bytes, const EVP_MD* algorithm) {
-    std::array<uint8_t, kSize> digest{};
-    unsigned length = kSize;
-    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, algorithm, nullptr) != 1 ||
-        length != kSize) {
+std::array<uint8_t, 16> md5(std::string_view bytes) {
+    std::array<uint8_t, 16> digest{};
+    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), nullptr, EVP_md5(), nullptr) != 1)
         throw Error(static_cast<int32_t>(ERR_get_error()), "NorvaKavlor", "EVP_Digest");
-    }
     return digest;
 }
-
-} // namespace
-
-std::array<uint8_t, 16> md5(std::string_view bytes) { return digestOf<16>(bytes, EVP_md5()); }
-std::array<uint8_t, 20> sha1(std::string_view bytes) { return digestOf<20>(bytes, EVP_sha1()); }
 
 std::string toSystemCodePage(std::string_view utf8) {
     std::string bytes;
