@@ -24,7 +24,6 @@
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/title_filename.h>
 #include <norvakavlor/students/students.h>
-#include <vector>
 
 namespace norvakavlor {
 namespace {
@@ -94,6 +93,15 @@ std::vector<ClassTable>& creatable() {
 
 std::span<const ClassTable> creatableClasses() { return creatable(); }
 std::span<const ClassTable> furtherClasses() { return kFurther; }
+
+std::vector<const ClassInfo*> allClasses() {
+    std::vector<const ClassInfo*> all;
+    for (const auto& tables : {creatableClasses(), furtherClasses()}) {
+        for (const ClassTable table : tables)
+            all.push_back(&table());
+    }
+    return all;
+}
 
 const ClassInfo* findCreatableClass(std::string_view name) {
     const auto found = std::ranges::find_if(

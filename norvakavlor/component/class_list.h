@@ -3,6 +3,7 @@
 #include <norvakavlor/runtime/class_info.h>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace norvakavlor {
 
@@ -13,6 +14,9 @@ std::span<const ClassTable> creatableClasses();
 
 /// The classes that other objects hand out: collections and the like.
 std::span<const ClassTable> furtherClasses();
+
+/// The tables of both, in that order.
+std::vector<const ClassInfo*> allClasses();
 
 /// The table of a creatable class by its name, letter case ignored; null when there is none.
 const ClassInfo* findCreatableClass(std::string_view name);

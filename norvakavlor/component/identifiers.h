@@ -1,29 +1,41 @@
 #pragma once
 
 #include <array>
+#include <compare>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
-/// The identifiers by which Automation knows the library, its classes and their interfaces. They are derived
-/// from names (UUID version 5 in a namespace of this library's own), so that they are the same in every build
-/// and never change.
+/// The identifiers by which Automation knows the library, its classes and their interfaces. They are a table
+/// of constants that kavlor-idl writes, so that they are the same in every build and never change.
 namespace norvakavlor {
 
+/// In the parts in which Automation holds it.
 struct Uuid {
-    std::array<uint8_t, 16> bytes{}; ///< in the order in which they are written
+    uint32_t first = 0;
+    uint16_t second = 0;
+    uint16_t third = 0;
+    std::array<uint8_t, 8> rest{};
 
     /// "6ba7b810-9dad-11d1-80b4-00c04fd430c8"
     std::string toText() const;
     friend auto operator<=>(const Uuid&, const Uuid&) = default;
 };
 
-Uuid typeLibraryId();
-/// Of a class by the name in its table.
-Uuid classId(std::string_view className);
-Uuid interfaceId(std::string_view className);
+extern const Uuid kTypeLibraryId;
 
-/// A name's UUID in a namespace (RFC 4122, version 5).
-Uuid namedUuid(const Uuid& nameSpace, std::string_view name);
+struct ClassIdentifiers {
+    std::string_view className;
+    Uuid classId;
+    Uuid interfaceId;
+};
+
+/// Every class of class_list.h, in the order of the reference.
+std::span<const ClassIdentifiers> classIdentifiers();
+
+/// Of a class by the name in its table. A class that is not in the list (programs that test bring such) has
+/// empty ones, by which nobody finds it.
+const ClassIdentifiers& identifiersOf(std::string_view className);
 
 } // namespace norvakavlor

@@ -280,6 +280,8 @@ TEST_F(Dispatch, ReportsEachKindOfError) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const Outcome outcome = c.act();
+        ComPointer<IErrorInfo> elsewhere;
+        EXPECT_EQ(::GetErrorInfo(0, elsewhere.receive()), S_FALSE) << "the caller has the details already";
         EXPECT_EQ(outcome.result, DISP_E_EXCEPTION);
         EXPECT_EQ(outcome.number, c.number);
         EXPECT_EQ(outcome.source, c.source);
@@ -374,6 +376,7 @@ TEST_F(Dispatch, EnumeratesWhileTheCollectionChanges) {
     for (VARIANT& element : several)
         ::VariantClear(&element);
     EXPECT_EQ(walk->Next(2, several, nullptr), E_INVALIDARG);
+    EXPECT_EQ(walk->Next(0, nullptr, nullptr), S_OK);
 }
 
 } // namespace

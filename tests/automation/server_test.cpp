@@ -3,6 +3,7 @@
 #include <norvakavlor/component/automation/guid.h>
 #include <norvakavlor/component/automation/module.h>
 #include <norvakavlor/component/class_list.h>
+#include <norvakavlor/runtime/dictionary.h>
 #include <objbase.h>
 #include <ocidl.h>
 #include <psapi.h>
@@ -36,7 +37,6 @@ ComPointer<IDispatch> create(IClassFactory& factory) {
 }
 
 TEST(Server, MakesEveryClassAndNoOther) {
-    const ScopedClass probes(&Probe::classInfo);
     for (const ClassTable table : creatableClasses()) {
         SCOPED_TRACE(table().name);
         const ComPointer<IClassFactory> factory = factoryOf(table());
@@ -55,45 +55,33 @@ TEST(Server, MakesEveryClassAndNoOther) {
         EXPECT_FALSE(static_cast<bool>(factoryOf(table())));
 }
 
-/// The names and numbers of an interface's members in the type library.
-std::set<std::pair<std::string, DISPID>> membersOf(ITypeInfo& info) {
-    std::set<std::pair<std::string, DISPID>> members;
+std::string guidOf(ITypeInfo& info) {
     TYPEATTR* attributes = nullptr;
     info.GetTypeAttr(&attributes);
-    for (UINT index = 0; index < attributes->cFuncs; ++index) {
-        FUNCDESC* function = nullptr;
-        info.GetFuncDesc(index, &function);
-        BSTR name = nullptr;
-        info.GetDocumentation(function->memid, &name, nullptr, nullptr, nullptr);
-        members.emplace(upperCase(giveText(name)), function->memid);
-        info.ReleaseFuncDesc(function);
-    }
+    wchar_t text[40] = {};
+    ::StringFromGUID2(attributes->guid, text, 40);
     info.ReleaseTypeAttr(attributes);
-    return members;
+    return platform::fromWide(text);
 }
 
-// Clients that read the type library call by its numbers: they must be those that the objects answer to.
-TEST(Server, HasATypeLibraryThatAgrees) {
-    for (const ClassTable table : creatableClasses()) {
-        SCOPED_TRACE(table().name);
-        const ComPointer<IDispatch> object = create(*factoryOf(table()).get());
+TEST(Server, DescribesEveryObject) {
+    std::vector<Ref<Object>> objects{New<Dictionary>(), New<KeyedCollection<TextBook>>()};
+    for (const ClassTable table : creatableClasses())
+        objects.push_back(table().create());
+    for (const Ref<Object>& inside : objects) {
+        const ClassIdentifiers& identifiers = identifiersOf(inside->dynamicClass().name);
+        SCOPED_TRACE(identifiers.className);
+        const ComPointer<IDispatch> object = wrapperOf(inside);
         UINT count = 0;
         EXPECT_EQ(object->GetTypeInfoCount(&count), S_OK);
         EXPECT_EQ(count, 1u);
         ComPointer<ITypeInfo> info;
         ASSERT_EQ(object->GetTypeInfo(0, 0, info.receive()), S_OK);
-        std::set<std::pair<std::string, DISPID>> expected;
-        for (const Member& member : table().members())
-            expected.emplace(upperCase(member.name), member.dispatchId);
-        EXPECT_EQ(membersOf(*info.get()), expected);
-
+        EXPECT_EQ(guidOf(*info.get()), platform::fromWide(toRegistryText(identifiers.interfaceId)));
         const ComPointer<IProvideClassInfo> provider = object.as<IProvideClassInfo>();
         ASSERT_TRUE(static_cast<bool>(provider));
         ASSERT_EQ(provider->GetClassInfo(info.receive()), S_OK);
-        TYPEATTR* attributes = nullptr;
-        info->GetTypeAttr(&attributes);
-        EXPECT_EQ(attributes->guid, guidsOf(table()).classGuid);
-        info->ReleaseTypeAttr(attributes);
+        EXPECT_EQ(guidOf(*info.get()), platform::fromWide(toRegistryText(identifiers.classId)));
     }
     // A class that no library describes says so.
     UINT count = 1;
@@ -138,12 +126,14 @@ public:
             ::FreeLibrary(module_);
         module_ = nullptr;
     }
+    HMODULE module() const { return module_; }
     bool isLoaded() const { return ::GetModuleHandleW(L"NorvaKavlor.dll") != nullptr; }
     bool canUnload() const { return function<HRESULT(STDAPICALLTYPE*)()>("DllCanUnloadNow")() == S_OK; }
     ComPointer<IClassFactory> factory(const char* className) const {
         ComPointer<IClassFactory> factory;
         using Getter = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-        function<Getter>("DllGetClassObject")(toGuid(classId(className)), __uuidof(IClassFactory),
+        function<Getter>("DllGetClassObject")(toGuid(identifiersOf(className).classId),
+                                              __uuidof(IClassFactory),
                                               reinterpret_cast<void**>(factory.receive()));
         return factory;
     }
@@ -160,8 +150,31 @@ private:
     HMODULE module_;
 };
 
+// What Windows never takes from the folder of the host's program, where anybody might have put it.
+TEST(Server, ImportsOnlyWhatWindowsKnowsByName) {
+    const LoadedServer server;
+    const auto* base = reinterpret_cast<const BYTE*>(server.module());
+    const auto at = [&]<class Part>(const Part*, DWORD offset) {
+        return reinterpret_cast<const Part*>(base + offset);
+    };
+    const auto* header = at(static_cast<IMAGE_NT_HEADERS*>(nullptr),
+                            reinterpret_cast<const IMAGE_DOS_HEADER*>(base)->e_lfanew);
+    const auto* entry = at(static_cast<IMAGE_IMPORT_DESCRIPTOR*>(nullptr),
+                           header->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress);
+    std::set<std::string> imports;
+    for (; entry->Name != 0; ++entry)
+        imports.insert(upperCase(at(static_cast<char*>(nullptr), entry->Name)));
+    EXPECT_EQ(imports, (std::set<std::string>{"ADVAPI32.DLL", "KERNEL32.DLL", "MSVCRT.DLL", "OLE32.DLL",
+                                              "OLEAUT32.DLL", "USER32.DLL"}));
+}
+
 TEST(Server, IsUnloadedWhenItOffersTo) {
     LoadedServer server;
+    ComPointer<ITypeLib> library;
+    const auto holders = [&] {
+        library->AddRef();
+        return library->Release();
+    };
     ASSERT_TRUE(server.isLoaded());
     EXPECT_TRUE(server.canUnload());
     {
@@ -169,12 +182,19 @@ TEST(Server, IsUnloadedWhenItOffersTo) {
         EXPECT_FALSE(server.canUnload());
         factory->LockServer(TRUE);
         const ComPointer<IDispatch> object = create(*factory.get());
+        ComPointer<ITypeInfo> info;
+        UINT index = 0;
+        ASSERT_EQ(object->GetTypeInfo(0, 0, info.receive()), S_OK);
+        ASSERT_EQ(info->GetContainingTypeLib(library.receive(), &index), S_OK);
         ComPointer<IUnknown> collection(call(*object.get(), L"textBooks").value.get()->punkVal);
         factory->LockServer(FALSE);
         factory->LockServer(FALSE); // once too often
         EXPECT_FALSE(server.canUnload());
     }
+    EXPECT_EQ(holders(), 2u) << "this test and the server, which loads it once";
     EXPECT_TRUE(server.canUnload());
+    EXPECT_EQ(holders(), 1u);
+    library = {};
     {
         const ComPointer<IDispatch> security = create(*server.factory("Security").get());
         TextArgument held("K;V");
@@ -281,13 +301,14 @@ TEST(Server, RegistersForOneUserAndTakesItBack) {
     ASSERT_EQ(::DllInstall(TRUE, L"user"), S_OK);
 
     const std::string path = platform::fromWide(modulePath());
-    const std::wstring classKey = L"CLSID\\" + toRegistryText(classId("Course"));
-    const std::wstring libraryKey = L"TypeLib\\" + toRegistryText(typeLibraryId());
-    const std::string libraryText = platform::fromWide(toRegistryText(typeLibraryId()));
-    const std::wstring interfaceKey = L"Interface\\" + toRegistryText(interfaceId("Collection"));
+    const std::wstring classKey = L"CLSID\\" + toRegistryText(identifiersOf("Course").classId);
+    const std::wstring libraryKey = L"TypeLib\\" + toRegistryText(kTypeLibraryId);
+    const std::string libraryText = platform::fromWide(toRegistryText(kTypeLibraryId));
+    const std::wstring interfaceKey =
+        L"Interface\\" + toRegistryText(identifiersOf("Collection").interfaceId);
     const wchar_t* const bitness = sizeof(void*) == 8 ? L"\\1.0\\0\\win64" : L"\\1.0\\0\\win32";
     EXPECT_EQ(userText(L"NorvaKavlor.Course\\CLSID", nullptr),
-              platform::fromWide(toRegistryText(classId("Course"))));
+              platform::fromWide(toRegistryText(identifiersOf("Course").classId)));
     EXPECT_EQ(userText(classKey + L"\\InprocServer32", nullptr), path);
     EXPECT_EQ(userText(classKey + L"\\InprocServer32", L"ThreadingModel"), "Apartment");
     EXPECT_EQ(userText(classKey + L"\\ProgID", nullptr), "NorvaKavlor.Course");
@@ -297,6 +318,22 @@ TEST(Server, RegistersForOneUserAndTakesItBack) {
     EXPECT_EQ(userText(interfaceKey + L"\\ProxyStubClsid32", nullptr),
               "{00020420-0000-0000-C000-000000000046}");
 
+    // A later version has taken a class and an interface over.
+    const std::wstring root = L"Software\\Classes\\";
+    const std::wstring later[] = {classKey + L"\\Version", interfaceKey + L"\\TypeLib",
+                                  libraryKey + L"\\2.0"};
+    const wchar_t* const names[] = {nullptr, L"Version", nullptr};
+    for (int index = 0; index < 3; ++index)
+        ::RegSetKeyValueW(HKEY_CURRENT_USER, (root + later[index]).c_str(), names[index], REG_SZ, L"2.0", 8);
+    EXPECT_EQ(::DllInstall(FALSE, L"user"), S_OK);
+    EXPECT_EQ(userText(classKey + L"\\InprocServer32", nullptr), path);
+    EXPECT_EQ(userText(L"NorvaKavlor.Course\\CLSID", nullptr) == "(none)", false);
+    EXPECT_EQ(userText(libraryKey + bitness, nullptr), "(none)");
+    for (int index = 0; index < 3; ++index)
+        EXPECT_EQ(userText(later[index], names[index]), "2.0");
+
+    ASSERT_EQ(::DllInstall(TRUE, L"user"), S_OK);
+    ::RegDeleteTreeW(HKEY_CURRENT_USER, (root + later[2]).c_str());
     EXPECT_EQ(::DllInstall(FALSE, L"user"), S_OK);
     EXPECT_EQ(userClasses(), before);
     EXPECT_EQ(::DllInstall(FALSE, L"user"), S_OK) << "there is nothing left to remove";

@@ -1,11 +1,11 @@
 // kavlor-idl FOLDER: writes what derives from the tables of the classes into the project's folder: the type
-// library's source and the reference page.
+// library's source, the table of identifiers and the reference page.
 
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <norvakavlor/component/descriptions.h>
 #include <string>
+#include <tools/idl/descriptions.h>
 
 namespace {
 
@@ -23,12 +23,15 @@ bool write(const std::filesystem::path& path, const std::string& content) {
 int main(int count, char** arguments) {
     if (count != 2) {
         std::cerr << "usage: kavlor-idl FOLDER\n"
-                     "Writes norvakavlor/component/automation/NorvaKavlor.idl and docs/reference.md there.\n";
+                     "Writes norvakavlor/component/automation/NorvaKavlor.idl,\n"
+                     "norvakavlor/component/identifier_table.cpp and docs/reference.md there.\n";
         return 2;
     }
     const std::filesystem::path root = arguments[1];
-    const bool written = write(root / "norvakavlor/component/automation/NorvaKavlor.idl",
-                               norvakavlor::interfaceDefinition()) &&
-                         write(root / "docs/reference.md", norvakavlor::referencePage());
+    const bool written =
+        write(root / "norvakavlor/component/automation/NorvaKavlor.idl",
+              norvakavlor::interfaceDefinition()) &&
+        write(root / "norvakavlor/component/identifier_table.cpp", norvakavlor::identifierTable()) &&
+        write(root / "docs/reference.md", norvakavlor::referencePage());
     return written ? 0 : 1;
 }

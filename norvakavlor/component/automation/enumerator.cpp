@@ -15,7 +15,7 @@ public:
     Enumerator(Ref<Object> collection, uint64_t mark) : collection_(std::move(collection)), mark_(mark) {}
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* elements, ULONG* fetched) override {
-        if (!elements || (count != 1 && !fetched))
+        if ((count > 0 && !elements) || (count > 1 && !fetched))
             return E_INVALIDARG;
         ULONG done = 0;
         const uint64_t start = mark_;

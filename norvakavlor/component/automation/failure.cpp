@@ -43,8 +43,8 @@ HRESULT reportFailure(const Error& error, EXCEPINFO* details) noexcept {
     } catch (const std::bad_alloc&) {
         // The number says enough.
     }
-    setErrorObject(source, description);
     if (!details) {
+        setErrorObject(source, description);
         ::SysFreeString(source);
         ::SysFreeString(description);
         return result;

@@ -8,7 +8,7 @@
 /// No exception leaves the library: at its edge each becomes an error that the client's language knows.
 namespace norvakavlor {
 
-/// Leaves the error where the client looks for it (in `details`, unless null, and as the thread's error
+/// Leaves the error where the client looks for it (in `details` or, if that is null, as the thread's error
 /// object) and gives the result to return.
 HRESULT reportFailure(const Error& error, EXCEPINFO* details) noexcept;
 HRESULT reportOutOfMemory(EXCEPINFO* details) noexcept;

@@ -12,11 +12,10 @@ GUID toGuid(const Uuid& uuid);
 /// "{6BA7B810-9DAD-11D1-80B4-00C04FD430C8}", as the registry has it.
 std::wstring toRegistryText(const Uuid& uuid);
 
-/// A class's own identifiers, worked out once for each class.
 struct ClassGuids {
     GUID classGuid;
     GUID interfaceGuid;
 };
-const ClassGuids& guidsOf(const ClassInfo& info);
+ClassGuids guidsOf(const ClassInfo& info);
 
 } // namespace norvakavlor

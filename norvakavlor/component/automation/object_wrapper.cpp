@@ -57,7 +57,7 @@ void* ObjectWrapper::queryOwn(REFIID id) {
     if (id == __uuidof(IDispatch))
         return static_cast<IDispatch*>(this);
     if (id == __uuidof(IProvideClassInfo))
-        return info().create ? static_cast<IProvideClassInfo*>(this) : nullptr;
+        return static_cast<IProvideClassInfo*>(this);
     if (id == __uuidof(ISupportErrorInfo))
         return static_cast<ISupportErrorInfo*>(this);
     if (id == ownInterface())

@@ -3,6 +3,7 @@
 #include <norvakavlor/component/automation/guid.h>
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/identifiers.h>
+#include <norvakavlor/platform/windows/registry_key.h>
 #include <norvakavlor/platform/windows/wide_text.h>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,7 @@ namespace {
 
 using platform::toWide;
 
+constexpr std::wstring_view kVersion = L"1.0";
 constexpr bool kIs64Bit = sizeof(void*) == 8;
 constexpr const wchar_t* kPlatformKey = kIs64Bit ? L"win64" : L"win32";
 /// Where the other bitness of the library has its classes.
@@ -36,45 +38,40 @@ struct Entry {
 };
 
 std::wstring programKey(const ClassInfo& info) { return L"NorvaKavlor." + toWide(info.name); }
-std::wstring classKey(const ClassInfo& info) { return L"CLSID\\" + toRegistryText(classId(info.name)); }
+std::wstring classKey(const ClassInfo& info) {
+    return L"CLSID\\" + toRegistryText(identifiersOf(info.name).classId);
+}
 std::wstring interfaceKey(const ClassInfo& info) {
-    return L"Interface\\" + toRegistryText(interfaceId(info.name));
+    return L"Interface\\" + toRegistryText(identifiersOf(info.name).interfaceId);
 }
-std::wstring libraryKey() { return L"TypeLib\\" + toRegistryText(typeLibraryId()); }
-
-std::vector<const ClassInfo*> classesWithInterfaces() {
-    std::vector<const ClassInfo*> classes;
-    for (const ClassTable table : creatableClasses())
-        classes.push_back(&table());
-    for (const ClassTable table : furtherClasses())
-        classes.push_back(&table());
-    return classes;
-}
+std::wstring libraryKey() { return L"TypeLib\\" + toRegistryText(kTypeLibraryId); }
+std::wstring versionKey() { return libraryKey() + L"\\" + std::wstring(kVersion); }
 
 void appendClass(std::vector<Entry>& entries, const ClassInfo& info, const std::wstring& path) {
-    const std::wstring classText = toRegistryText(classId(info.name));
+    const std::wstring classText = toRegistryText(identifiersOf(info.name).classId);
     entries.push_back({programKey(info), L"", toWide(info.summary)});
     entries.push_back({programKey(info) + L"\\CLSID", L"", classText});
     const std::wstring key = classKey(info);
+    // The version comes first: by it a removal knows the class, also when the rest could not be written.
+    entries.push_back({key + L"\\Version", L"", std::wstring(kVersion)});
     entries.push_back({key, L"", toWide(info.summary)});
     entries.push_back({key + L"\\InprocServer32", L"", path});
     entries.push_back({key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"});
     entries.push_back({key + L"\\ProgID", L"", programKey(info)});
     entries.push_back({key + L"\\Programmable", L"", L""});
-    entries.push_back({key + L"\\TypeLib", L"", toRegistryText(typeLibraryId())});
-    entries.push_back({key + L"\\Version", L"", L"1.0"});
+    entries.push_back({key + L"\\TypeLib", L"", toRegistryText(kTypeLibraryId)});
 }
 
 void appendInterface(std::vector<Entry>& entries, const ClassInfo& info) {
     const std::wstring key = interfaceKey(info);
+    entries.push_back({key + L"\\TypeLib", L"Version", std::wstring(kVersion)});
     entries.push_back({key, L"", L"_" + toWide(info.name)});
     entries.push_back({key + L"\\ProxyStubClsid32", L"", kDispatchMarshaller});
-    entries.push_back({key + L"\\TypeLib", L"", toRegistryText(typeLibraryId())});
-    entries.push_back({key + L"\\TypeLib", L"Version", L"1.0"});
+    entries.push_back({key + L"\\TypeLib", L"", toRegistryText(kTypeLibraryId)});
 }
 
 void appendLibrary(std::vector<Entry>& entries, const std::wstring& path) {
-    const std::wstring key = libraryKey() + L"\\1.0";
+    const std::wstring key = versionKey();
     entries.push_back({key, L"", L"NorvaKavlor 1.0"});
     entries.push_back({key + L"\\0\\" + kPlatformKey, L"", path});
     entries.push_back({key + L"\\FLAGS", L"", L"0"});
@@ -82,17 +79,10 @@ void appendLibrary(std::vector<Entry>& entries, const std::wstring& path) {
 }
 
 LSTATUS write(const Root& root, const Entry& entry) {
-    HKEY key = nullptr;
-    LSTATUS status = ::RegCreateKeyExW(root.key, (root.path + entry.key).c_str(), 0, nullptr, 0,
-                                       KEY_SET_VALUE, nullptr, &key, nullptr);
-    if (status != ERROR_SUCCESS)
-        return status;
-    const auto* bytes = reinterpret_cast<const BYTE*>(entry.content.c_str());
     const auto length = static_cast<DWORD>((entry.content.size() + 1) * sizeof(wchar_t));
-    status =
-        ::RegSetValueExW(key, entry.name.empty() ? nullptr : entry.name.c_str(), 0, REG_SZ, bytes, length);
-    ::RegCloseKey(key);
-    return status;
+    return ::RegSetKeyValueW(root.key, (root.path + entry.key).c_str(),
+                             entry.name.empty() ? nullptr : entry.name.c_str(), REG_SZ, entry.content.c_str(),
+                             length);
 }
 
 /// Notes the first failure; a key that is not there is none.
@@ -112,23 +102,28 @@ public:
     }
 
     bool hasSubkeys(const std::wstring& name) const {
-        HKEY key = nullptr;
-        if (::RegOpenKeyExW(root_.key, (root_.path + name).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+        platform::RegistryKey key;
+        if (::RegOpenKeyExW(root_.key, (root_.path + name).c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS)
             return false;
         DWORD count = 0;
-        ::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
+        ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
                            nullptr, nullptr, nullptr);
-        ::RegCloseKey(key);
         return count > 0;
     }
 
     bool isInOtherView(const std::wstring& name) const {
-        HKEY key = nullptr;
-        if (::RegOpenKeyExW(root_.key, (root_.path + name).c_str(), 0, KEY_READ | kOtherView, &key) !=
-            ERROR_SUCCESS)
-            return false;
-        ::RegCloseKey(key);
-        return true;
+        platform::RegistryKey key;
+        return ::RegOpenKeyExW(root_.key, (root_.path + name).c_str(), 0, KEY_READ | kOtherView, key.put()) ==
+               ERROR_SUCCESS;
+    }
+
+    /// Does a value name this version? A later version of the library may have taken the key over.
+    bool isOwnVersion(const std::wstring& key, const wchar_t* name) const {
+        wchar_t text[16] = {};
+        DWORD size = sizeof text;
+        return ::RegGetValueW(root_.key, (root_.path + key).c_str(), name, RRF_RT_REG_SZ, nullptr, text,
+                              &size) == ERROR_SUCCESS &&
+               std::wstring_view(text) == kVersion;
     }
 
     HRESULT result() const { return first_ == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(first_); }
@@ -149,7 +144,7 @@ HRESULT registerClasses(RegistrationScope scope, const std::wstring& path) {
     std::vector<Entry> entries;
     for (const ClassTable table : creatableClasses())
         appendClass(entries, table(), path);
-    for (const ClassInfo* info : classesWithInterfaces())
+    for (const ClassInfo* info : allClasses())
         appendInterface(entries, *info);
     appendLibrary(entries, path);
 
@@ -166,19 +161,24 @@ HRESULT registerClasses(RegistrationScope scope, const std::wstring& path) {
 HRESULT unregisterClasses(RegistrationScope scope) {
     Removal removal(rootOf(scope));
     for (const ClassTable table : creatableClasses()) {
+        if (!removal.isOwnVersion(classKey(table()) + L"\\Version", nullptr))
+            continue;
         removal.removeTree(classKey(table()));
         // Hosts of the other bitness have classes of their own, but the same programmatic identifiers. Where
         // there is one view of the registry only, the class has just gone from it.
         if (!removal.isInOtherView(classKey(table())))
             removal.removeTree(programKey(table()));
     }
-    for (const ClassInfo* info : classesWithInterfaces())
-        removal.removeTree(interfaceKey(*info));
-    const std::wstring version = libraryKey() + L"\\1.0";
+    for (const ClassInfo* info : allClasses()) {
+        if (removal.isOwnVersion(interfaceKey(*info) + L"\\TypeLib", L"Version"))
+            removal.removeTree(interfaceKey(*info));
+    }
+    const std::wstring version = versionKey();
     removal.removeTree(version + L"\\0\\" + kPlatformKey);
     removal.removeIfLeaf(version + L"\\0");
     if (!removal.hasSubkeys(version + L"\\0"))
-        removal.removeTree(libraryKey());
+        removal.removeTree(version);
+    removal.removeIfLeaf(libraryKey());
     return removal.result();
 }
 

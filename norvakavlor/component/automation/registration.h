@@ -14,8 +14,9 @@ enum class RegistrationScope { Machine, CurrentUser };
 /// written until then is removed again.
 HRESULT registerClasses(RegistrationScope scope, const std::wstring& path);
 
-/// Removes what registerClasses writes; entries that are not there are no failure. What another bitness of
-/// the library shares with this one stays as long as that one is registered.
+/// Removes what registerClasses writes; entries that are not there are no failure. What another version of
+/// the library has taken over stays, and what another bitness shares with this one stays as long as that one
+/// is registered.
 HRESULT unregisterClasses(RegistrationScope scope);
 
 } // namespace norvakavlor

@@ -1,10 +1,12 @@
 // The functions that the platform's loader of Automation servers and its registration tools call.
 
+#include <algorithm>
 #include <norvakavlor/component/automation/class_factory.h>
 #include <norvakavlor/component/automation/failure.h>
 #include <norvakavlor/component/automation/guid.h>
 #include <norvakavlor/component/automation/module.h>
 #include <norvakavlor/component/automation/registration.h>
+#include <norvakavlor/component/automation/type_library.h>
 #include <norvakavlor/component/class_list.h>
 #include <objbase.h>
 #include <olectl.h>
@@ -16,15 +18,21 @@ STDAPI DllGetClassObject(REFCLSID classGuid, REFIID id, void** result) {
         return E_POINTER;
     *result = nullptr;
     return guarded(nullptr, [&]() -> HRESULT {
-        for (const ClassTable table : creatableClasses()) {
-            if (guidsOf(table()).classGuid == classGuid)
-                return newClassFactory(table())->QueryInterface(id, result);
-        }
-        return CLASS_E_CLASSNOTAVAILABLE;
+        const auto all = classIdentifiers();
+        const auto found = std::ranges::find_if(all, [&](const ClassIdentifiers& identifiers) {
+            return toGuid(identifiers.classId) == classGuid;
+        });
+        const ClassInfo* info = found == all.end() ? nullptr : findCreatableClass(found->className);
+        return info ? newClassFactory(*info)->QueryInterface(id, result) : CLASS_E_CLASSNOTAVAILABLE;
     });
 }
 
-STDAPI DllCanUnloadNow() { return canUnloadModule() ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() {
+    if (!canUnloadModule())
+        return S_FALSE;
+    closeTypeLibrary();
+    return S_OK;
+}
 
 STDAPI DllRegisterServer() {
     return guarded(nullptr, [] { return registerClasses(RegistrationScope::Machine, modulePath()); });

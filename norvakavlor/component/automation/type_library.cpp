@@ -1,16 +1,41 @@
 #include <norvakavlor/component/automation/type_library.h>
 
+#include <mutex>
 #include <norvakavlor/component/automation/module.h>
 #include <oleauto.h>
+#include <utility>
 
 namespace norvakavlor {
+namespace {
+
+// Objects of different threads may ask at once.
+std::mutex mutex;
+/// Owned. A plain pointer, as nothing may be released while the process ends.
+ITypeLib* library = nullptr;
+
+ComPointer<ITypeLib> openLibrary() {
+    const std::lock_guard lock(mutex);
+    if (!library)
+        ::LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, &library);
+    return ComPointer<ITypeLib>(library);
+}
+
+} // namespace
 
 ComPointer<ITypeInfo> findTypeInfo(const GUID& guid) {
-    ComPointer<ITypeLib> library;
     ComPointer<ITypeInfo> info;
-    if (SUCCEEDED(::LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, library.receive())))
-        library->GetTypeInfoOfGuid(guid, info.receive());
+    // Enumerations have no identifier, and are not what somebody without one looks for.
+    if (guid == GUID_NULL)
+        return info;
+    if (const ComPointer<ITypeLib> open = openLibrary())
+        open->GetTypeInfoOfGuid(guid, info.receive());
     return info;
+}
+
+void closeTypeLibrary() {
+    const std::lock_guard lock(mutex);
+    if (ITypeLib* open = std::exchange(library, nullptr))
+        open->Release();
 }
 
 } // namespace norvakavlor

@@ -6,7 +6,10 @@
 namespace norvakavlor {
 
 /// What the type library inside this module says of a class or an interface; none where it says nothing. The
-/// platform keeps the library open as long as somebody holds a part of it.
+/// library is loaded once and stays open.
 ComPointer<ITypeInfo> findTypeInfo(const GUID& guid);
+
+/// Lets go of the library, before this module is unloaded; what is asked for later loads it anew.
+void closeTypeLibrary();
 
 } // namespace norvakavlor

@@ -44,52 +44,15 @@ Value converted(const VARIANT& variant, VARTYPE type) {
     return toValue(*result.get());
 }
 
-/// The variant that stands for a reference to a plain variable.
-VARIANT dereferenced(const VARIANT& variant) {
-    VARIANT copy;
-    ::VariantInit(&copy);
-    copy.vt = variant.vt & static_cast<VARTYPE>(~VT_BYREF);
-    if (!variant.byref)
+/// A copy of the plain variable that a variant refers to.
+OwnedVariant dereferenced(const VARIANT& variant) {
+    OwnedVariant copy;
+    VARIANT source = variant; // which is only read
+    const HRESULT outcome = source.byref ? ::VariantCopyInd(copy.get(), &source) : E_POINTER;
+    if (outcome == E_OUTOFMEMORY)
+        throw std::bad_alloc();
+    if (FAILED(outcome))
         mismatch();
-    switch (copy.vt) {
-    case VT_I1:
-    case VT_UI1:
-        copy.bVal = *variant.pbVal;
-        break;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-        copy.iVal = *variant.piVal;
-        break;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
-        copy.lVal = *variant.plVal;
-        break;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-        std::memcpy(&copy.llVal, variant.byref, sizeof copy.llVal);
-        break;
-    case VT_BSTR:
-        copy.bstrVal = *variant.pbstrVal;
-        break;
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-        copy.punkVal = *variant.ppunkVal;
-        break;
-    case VT_DECIMAL:
-        copy.decVal = *variant.pdecVal;
-        copy.vt = VT_DECIMAL;
-        break;
-    default:
-        mismatch();
-    }
     return copy;
 }
 
@@ -122,7 +85,7 @@ Value toValue(const VARIANT& argument) {
     if (variant.vt & VT_ARRAY)
         return toArray(variant);
     if (variant.vt & VT_BYREF)
-        return toValue(dereferenced(variant));
+        return toValue(*dereferenced(variant).get());
     switch (variant.vt) {
     case VT_EMPTY:
         return {};

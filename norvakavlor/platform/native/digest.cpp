@@ -9,14 +9,11 @@
 #include <openssl/evp.h>
 
 namespace norvakavlor::platform {
-namespace {
 
-template <size_t kSize> std::array<uint8_t, kSize> digestOf(std::string_view bytes, const EVP_MD* algorithm) {
-    std::array<uint8_t, kSize> digest{};
-    unsigned length = kSize;
+std::array<uint8_t, 16> md5(std::string_view bytes) {
+    std::array<uint8_t, 16> digest{};
     ERR_clear_error(); // what others left there
-    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, algorithm, nullptr) != 1 ||
-        length != kSize) {
+    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), nullptr, EVP_md5(), nullptr) != 1) {
         const unsigned long code = ERR_get_error();
         // An algorithm that the system forbids is said first; that memory ran out is said so, or not at all.
         if (code == 0 || ERR_GET_REASON(code) == ERR_R_MALLOC_FAILURE ||
@@ -26,11 +23,6 @@ template <size_t kSize> std::array<uint8_t, kSize> digestOf(std::string_view byt
     }
     return digest;
 }
-
-} // namespace
-
-std::array<uint8_t, 16> md5(std::string_view bytes) { return digestOf<16>(bytes, EVP_md5()); }
-std::array<uint8_t, 20> sha1(std::string_view bytes) { return digestOf<20>(bytes, EVP_sha1()); }
 
 std::string toSystemCodePage(std::string_view utf8) {
     std::string bytes;

@@ -35,8 +35,8 @@ private:
 
 class Hash {
 public:
-    Hash(const Provider& provider, ALG_ID algorithm) {
-        require(::CryptCreateHash(provider.get(), algorithm, 0, 0, &handle_), "CryptCreateHash");
+    explicit Hash(const Provider& provider) {
+        require(::CryptCreateHash(provider.get(), CALG_MD5, 0, 0, &handle_), "CryptCreateHash");
     }
     Hash(const Hash&) = delete;
     Hash& operator=(const Hash&) = delete;
@@ -47,21 +47,18 @@ private:
     HCRYPTHASH handle_ = 0;
 };
 
-template <size_t kSize> std::array<uint8_t, kSize> digestOf(std::string_view bytes, ALG_ID algorithm) {
+} // namespace
+
+std::array<uint8_t, 16> md5(std::string_view bytes) {
     const Provider provider;
-    const Hash hash(provider, algorithm);
+    const Hash hash(provider);
     require(::CryptHashData(hash.get(), reinterpret_cast<const BYTE*>(bytes.data()),
                             static_cast<DWORD>(bytes.size()), 0),
             "CryptHashData");
-    std::array<uint8_t, kSize> digest{};
-    DWORD length = kSize;
+    std::array<uint8_t, 16> digest{};
+    DWORD length = digest.size();
     require(::CryptGetHashParam(hash.get(), HP_HASHVAL, digest.data(), &length, 0), "CryptGetHashParam");
     return digest;
 }
-
-} // namespace
-
-std::array<uint8_t, 16> md5(std::string_view bytes) { return digestOf<16>(bytes, CALG_MD5); }
-std::array<uint8_t, 20> sha1(std::string_view bytes) { return digestOf<20>(bytes, CALG_SHA1); }
 
 } // namespace norvakavlor::platform

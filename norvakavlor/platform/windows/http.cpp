@@ -147,7 +147,20 @@ private:
         return static_cast<DWORD>(std::clamp<int64_t>(std::min(limit, left).count(), 1, INT32_MAX));
     }
 
+    /// Windows 7 offers nothing newer than TLS 1.0 by itself. A system that does not know TLS 1.3 refuses to
+    /// be asked for it.
+    void askForCurrentSecurity() const {
+        const auto ask = [&](DWORD protocols) {
+            return ::WinHttpSetOption(session_.get(), WINHTTP_OPTION_SECURE_PROTOCOLS, &protocols,
+                                      sizeof protocols);
+        };
+        constexpr DWORD kCommon = WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2;
+        require(ask(kCommon | WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_3) || ask(kCommon));
+    }
+
     void prepare() const {
+        if (target_.isSecure)
+            askForCurrentSecurity();
         setOption(WINHTTP_OPTION_DISABLE_FEATURE, WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_REDIRECTS |
                                                       WINHTTP_DISABLE_AUTHENTICATION |
                                                       WINHTTP_DISABLE_KEEP_ALIVE);

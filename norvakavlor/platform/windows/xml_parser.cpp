@@ -20,10 +20,6 @@ namespace {
 
 using Node = ComPointer<IXMLDOMNode>;
 
-// The cross compiler's libraries lack both.
-constexpr CLSID kDomDocument = {0xF5078F32, 0xC551, 0x11D3, {0x89, 0xB9, 0x00, 0x00, 0xF8, 0x1F, 0xE2, 0x21}};
-constexpr IID kIDomDocument2 = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
-
 /// In a tree that is in memory already, nothing but memory can be short.
 void require(HRESULT result) {
     if (FAILED(result))
@@ -138,8 +134,9 @@ void setProperty(IXMLDOMDocument2& document, const char* name, VARIANT value) {
 
 ComPointer<IXMLDOMDocument2> newDocument() {
     ComPointer<IXMLDOMDocument2> document;
-    const HRESULT made = ::CoCreateInstance(kDomDocument, nullptr, CLSCTX_INPROC_SERVER, kIDomDocument2,
-                                            reinterpret_cast<void**>(document.receive()));
+    const HRESULT made =
+        ::CoCreateInstance(__uuidof(DOMDocument30), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IXMLDOMDocument2),
+                           reinterpret_cast<void**>(document.receive()));
     if (made == E_OUTOFMEMORY)
         throw std::bad_alloc();
     if (FAILED(made))

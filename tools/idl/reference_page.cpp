@@ -1,8 +1,7 @@
-#include <norvakavlor/component/descriptions.h>
-
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/enumerations.h>
 #include <string_view>
+#include <tools/idl/descriptions.h>
 
 namespace norvakavlor {
 namespace {

@@ -1,11 +1,12 @@
-#include <norvakavlor/component/descriptions.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/enumerations.h>
-#include <norvakavlor/component/identifiers.h>
+#include <norvakavlor/runtime/text.h>
 #include <string_view>
+#include <tools/idl/derived_identifiers.h>
+#include <tools/idl/descriptions.h>
+#include <unordered_map>
 #include <vector>
 
 namespace norvakavlor {
@@ -24,15 +25,6 @@ interface IDispatch;
 
 )";
 
-std::vector<const ClassInfo*> allClasses() {
-    std::vector<const ClassInfo*> classes;
-    for (const ClassTable table : creatableClasses())
-        classes.push_back(&table());
-    for (const ClassTable table : furtherClasses())
-        classes.push_back(&table());
-    return classes;
-}
-
 std::string quoted(std::string_view text) {
     std::string result = "\"";
     for (const char character : text) {
@@ -49,6 +41,35 @@ std::string dispatchId(int32_t number) {
     return text;
 }
 
+/// One spelling for each name: the one that came first, letter case ignored.
+class Spellings {
+public:
+    Spellings();
+    /// Adds the name if it is new.
+    const std::string& of(std::string_view name) {
+        return known_.try_emplace(upperCase(name), name).first->second;
+    }
+
+private:
+    std::unordered_map<std::string, std::string> known_;
+};
+
+Spellings::Spellings() {
+    const auto classes = allClasses();
+    for (const ClassInfo* info : classes)
+        of(info->name);
+    for (const Enumeration& enumeration : enumerations())
+        of(enumeration.name);
+    for (const Enumeration& enumeration : enumerations()) {
+        for (const Enumeration::Member& member : enumeration.members)
+            of(member.name);
+    }
+    for (const ClassInfo* info : classes) {
+        for (const Member& member : info->members())
+            of(member.name);
+    }
+}
+
 class Writer {
 public:
     std::string write();
@@ -63,10 +84,11 @@ private:
     void writeClass(const ClassInfo& info);
 
     std::string typeName(const Type& type) const;
-    std::string parameterText(const Parameter& parameter) const;
-    std::string parameterList(const Member& member) const;
+    std::string parameterText(const Parameter& parameter, bool mayBeLeftOut);
+    std::string parameterList(const Member& member, bool isPut = false);
 
     std::string text_;
+    Spellings spellings_;
     const std::vector<const ClassInfo*> classes_ = allClasses();
 };
 
@@ -101,28 +123,36 @@ std::string Writer::typeName(const Type& type) const {
     return "VARIANT";
 }
 
-std::string Writer::parameterText(const Parameter& parameter) const {
+std::string Writer::parameterText(const Parameter& parameter, bool mayBeLeftOut) {
+    const std::string& name = spellings_.of(parameter.name);
     // Results and arrays travel in the caller's own variable, and what may be left out may also be Null: only
     // a variant holds all of these.
     if (parameter.byReference || parameter.type.kind == Type::Kind::Array)
-        return "[in, out] VARIANT* " + parameter.name;
+        return "[in, out] VARIANT* " + name;
     if (parameter.optional)
-        return "[in, optional] VARIANT " + parameter.name;
-    return "[in] " + typeName(parameter.type) + " " + parameter.name;
+        return (mayBeLeftOut ? "[in, optional] VARIANT " : "[in] VARIANT ") + name;
+    return "[in] " + typeName(parameter.type) + " " + name;
 }
 
-std::string Writer::parameterList(const Member& member) const {
+/// Only the last arguments can be left out of a compiled call; what may be absent before a required one takes
+/// Null or Nothing. A new value is required, and follows them all.
+std::string Writer::parameterList(const Member& member, bool isPut) {
+    const auto& all = member.parameters;
+    const auto isRequired = [](const Parameter& parameter) { return !parameter.optional; };
+    const auto last = std::find_if(all.rbegin(), all.rend(), isRequired);
+    const auto required = isPut ? all.size() : static_cast<size_t>(all.rend() - last);
     std::string list;
-    for (const Parameter& parameter : member.parameters)
-        list += (list.empty() ? "" : ", ") + parameterText(parameter);
+    for (size_t index = 0; index < all.size(); ++index)
+        list += (index == 0 ? "" : ", ") + parameterText(all[index], index >= required);
     return list;
 }
 
 // The compiler takes no help texts for the members.
 void Writer::writeEnumeration(const Enumeration& enumeration) {
-    text_ += "    typedef [helpstring(" + quoted(enumeration.summary) + ")] enum\n    {\n";
+    text_ += "    typedef [helpstring(" + quoted(enumeration.summary) + ")] enum " +
+             std::string(enumeration.name) + "\n    {\n";
     for (const Enumeration::Member& member : enumeration.members)
-        text_ += "        " + std::string(member.name) + " = " + std::to_string(member.value) + ", // " +
+        text_ += "        " + spellings_.of(member.name) + " = " + std::to_string(member.value) + ", // " +
                  std::string(member.help) + "\n";
     text_ += "    } " + std::string(enumeration.name) + ";\n\n";
 }
@@ -133,15 +163,16 @@ void Writer::writeLine(const Member& member, std::string_view kind, const std::s
 }
 
 void Writer::writePut(const Member& member, std::string_view kind) {
-    std::string list = parameterList(member);
+    std::string list = parameterList(member, true);
     list += (list.empty() ? "[in] " : ", [in] ") + typeName(member.type) + " newValue";
-    writeLine(member, kind, "void " + member.name + "(" + list + ")");
+    writeLine(member, kind, "void " + spellings_.of(member.name) + "(" + list + ")");
 }
 
 void Writer::writeProperty(const Member& member) {
     if (member.get)
         writeLine(member, ", propget",
-                  typeName(member.type) + " " + member.name + "(" + parameterList(member) + ")");
+                  typeName(member.type) + " " + spellings_.of(member.name) + "(" + parameterList(member) +
+                      ")");
     if (!member.put)
         return;
     if (member.type.kind != Type::Kind::Object)
@@ -151,12 +182,14 @@ void Writer::writeProperty(const Member& member) {
 }
 
 void Writer::writeMethod(const Member& member) {
-    writeLine(member, "", typeName(member.type) + " " + member.name + "(" + parameterList(member) + ")");
+    writeLine(member, "",
+              typeName(member.type) + " " + spellings_.of(member.name) + "(" + parameterList(member) + ")");
 }
 
 void Writer::writeInterface(const ClassInfo& info) {
-    text_ += "\n    [uuid(" + interfaceId(info.name).toText() + "), helpstring(" + quoted(info.summary) +
-             ")]\n    dispinterface _" + info.name + "\n    {\n    properties:\n    methods:\n";
+    text_ += "\n    [uuid(" + derivedIdentifiers(info.name).interfaceId.toText() + "), helpstring(" +
+             quoted(info.summary) + ")]\n    dispinterface _" + info.name +
+             "\n    {\n    properties:\n    methods:\n";
     for (const Member& member : info.members()) {
         if (member.kind == Member::Kind::Property) {
             writeProperty(member);
@@ -170,14 +203,14 @@ void Writer::writeInterface(const ClassInfo& info) {
 }
 
 void Writer::writeClass(const ClassInfo& info) {
-    text_ += "\n    [uuid(" + classId(info.name).toText() + "), helpstring(" + quoted(info.summary) + ")" +
-             (info.create ? "" : ", noncreatable") + "]\n    coclass " + info.name +
-             "\n    {\n        [default] dispinterface _" + info.name + ";\n    };\n";
+    text_ += "\n    [uuid(" + derivedIdentifiers(info.name).classId.toText() + "), helpstring(" +
+             quoted(info.summary) + ")" + (info.create ? "" : ", noncreatable") + "]\n    coclass " +
+             info.name + "\n    {\n        [default] dispinterface _" + info.name + ";\n    };\n";
 }
 
 std::string Writer::write() {
     text_ = kPrelude;
-    text_ += "[uuid(" + typeLibraryId().toText() +
+    text_ += "[uuid(" + derivedTypeLibraryId().toText() +
              "), version(1.0), helpstring(\"NorvaKavlor 1.0\")]\nlibrary NorvaKavlor\n{\n"
              "    importlib(\"stdole2.tlb\");\n\n";
     for (const Enumeration& enumeration : enumerations())
