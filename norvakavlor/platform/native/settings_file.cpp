@@ -47,9 +47,11 @@ fs::path settingsFolder() {
 
 /// The one form of a key's name: what stands between backslashes counts, not how many they are.
 std::string plainKey(std::string_view key) {
-    std::string plain(key);
-    const auto repeated = std::ranges::unique(plain, [](char a, char b) { return a == '\\' && b == '\\'; });
-    plain.erase(repeated.begin(), repeated.end());
+    std::string plain;
+    for (const char c : key) {
+        if (c != '\\' || !plain.ends_with(c))
+            plain += c;
+    }
     if (plain.ends_with('\\'))
         plain.pop_back();
     return plain;
