@@ -25,7 +25,7 @@ TEST(DocumentLock, IsTheReadOnlyAttribute) {
     EXPECT_EQ(tryLockDocument(path), LockResult::Held);
     EXPECT_EQ(readFile(path), "old");
     EXPECT_EQ(errorNumber([&] { replaceFile(path, "from elsewhere"); }), 70);
-    replaceLockedDocument(path, "new");
+    replaceLockedDocument(LockRelease(path), "new");
     EXPECT_EQ(readFile(path), "new");
     EXPECT_FALSE(isReadOnly(path));
     setReadOnly(path, true);
@@ -41,7 +41,7 @@ TEST(DocumentLock, IsForFilesThatAreThere) {
     EXPECT_EQ(tryLockDocument(folder.file("missing.xml")), LockResult::Missing);
     EXPECT_EQ(errorNumber([&] { tryLockDocument(folder.file("folder")); }), 70);
     EXPECT_FALSE(folder.has("missing.xml"));
-    replaceLockedDocument(folder.file("missing.xml"), "new");
+    replaceLockedDocument(LockRelease(folder.file("missing.xml")), "new");
     EXPECT_EQ(folder.read("missing.xml"), "new");
     EXPECT_EQ(errorNumber([&] { createDocument(folder.file("none/a.xml"), "x"); }), 76);
 }
@@ -67,7 +67,7 @@ TEST(DocumentLock, OneAtATimeHoldsIt) {
                 continue;
             }
             const std::string next = std::to_string(std::stoi(readFile(path)) + 1);
-            if (errorNumber([&] { replaceLockedDocument(path, next); }) != 0)
+            if (errorNumber([&] { replaceLockedDocument(LockRelease(path), next); }) != 0)
                 failed = true;
             ++done;
         }

@@ -75,13 +75,13 @@ TEST(DocumentLockWindows, IsHeldWhileASaveWaitsForOthers) {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         EXPECT_EQ(readFile(path), "new");
     });
-    EXPECT_EQ(errorNumber([&] { replaceLockedDocument(path, "new"); }), 0);
+    EXPECT_EQ(errorNumber([&] { replaceLockedDocument(LockRelease(path), "new"); }), 0);
     holder.join();
     next.join();
     EXPECT_TRUE(isReadOnly(path));
 
     const OtherHandle lasting(path, FILE_SHARE_READ);
-    EXPECT_EQ(errorNumber([&] { replaceLockedDocument(path, "newer"); }), 70);
+    EXPECT_EQ(errorNumber([&] { replaceLockedDocument(LockRelease(path), "newer"); }), 70);
     EXPECT_FALSE(isReadOnly(path));
     EXPECT_EQ(readFile(path), "new");
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.xml"});

@@ -14,7 +14,7 @@ constexpr uint32_t kPerformanceData = 0x80000004;
 TEST(Registry, KeepsStringsByKeyAndName) {
     const std::string path = "Software\\Norvalis\\Kavlor\\Own tests";
     writeRegistry(kCurrentUser, path, "resultsDir", "C:\\results");
-    writeRegistry(kCurrentUser, path + "\\Inner", "resultsDir", "inner");
+    writeRegistry(kCurrentUser, path + "\\\\Inner\\\\", "resultsDir", "inner");
     writeRegistry(kCurrentUser, path, "cut", "before\0after"s);
     const struct {
         uint32_t root;
@@ -25,6 +25,7 @@ TEST(Registry, KeepsStringsByKeyAndName) {
         {kCurrentUser, path, "resultsDir", "C:\\results"},
         {kCurrentUser, "SOFTWARE\\norvalis\\KAVLOR\\own TESTS", "RESULTSDIR", "C:\\results"},
         {kCurrentUser, path + "\\Inner", "resultsDir", "inner"},
+        {kCurrentUser, "Software\\\\Norvalis\\Kavlor\\\\\\Own tests\\", "resultsDir", "C:\\results"},
         {kCurrentUser, path, "cut", "before"},
         {kCurrentUser, path, "missing", ""},
         {kCurrentUser, path + "\\Missing", "resultsDir", ""},

@@ -53,6 +53,8 @@ TEST(SettingsNative, KeepsWhatPeopleWrote) {
                                                   "\n"
                                                   "[hkey_local_machine\\b]\n"
                                                   "other=2\n"
+                                                  "[HKEY_LOCAL_MACHINE\\\\D\\E\\]\n"
+                                                  "old=3\n"
                                                   "[unfinished");
     const auto read = [](const char* path, const char* name) { return readRegistry(0x80000002, path, name); };
     EXPECT_EQ(read("a", "NAME"), "C:\\new");
@@ -60,9 +62,11 @@ TEST(SettingsNative, KeepsWhatPeopleWrote) {
     EXPECT_EQ(read("B", "other"), "2");
     EXPECT_EQ(read("A", "stray"), "");
     EXPECT_EQ(read("A", "what is this?"), "");
+    EXPECT_EQ(read("\\d\\\\e\\", "old"), "3");
     writeRegistry(0x80000002, "A", "name", "x\ny");
     writeRegistry(0x80000002, "A", "added", "C:\\new");
-    writeRegistry(0x80000002, "C", "first", " ");
+    writeRegistry(0x80000002, "C\\", "first", " ");
+    writeRegistry(0x80000002, "D\\E", "added", "4");
     deleteRegistry(0x80000002, "B", "other");
     EXPECT_EQ(settings.content(), "; mine\r\n"
                                   "stray=1\n"
@@ -75,7 +79,10 @@ TEST(SettingsNative, KeepsWhatPeopleWrote) {
                                   "added=C:\\new\n"
                                   "\n"
                                   "[hkey_local_machine\\b]\n"
+                                  "[HKEY_LOCAL_MACHINE\\\\D\\E\\]\n"
+                                  "old=3\n"
                                   "[unfinished\n"
+                                  "added=4\n"
                                   "\n"
                                   "[HKEY_LOCAL_MACHINE\\C]\n"
                                   "first=\" \"\n");

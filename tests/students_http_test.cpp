@@ -91,14 +91,53 @@ TEST_F(StudentsOverHttp, ARefusedInsertionIsWrittenBackAllTheSame) {
     }
 }
 
-TEST_F(StudentsOverHttp, ARosterThatDoesNotParseIsSavedOnceAndAskedForAgain) {
+TEST_F(StudentsOverHttp, ARosterIsMadeOnlyWhereTheServerHasNone) {
     LoginGlobals::StoreValidationString("V=1");
-    EXPECT_FALSE(roster->AddStudent(misbehaving("empty") + "?site=3/r.xml", student("", "dora"), nullptr));
-    const std::string load = "POST LoadKavlorObject.asp?ObjName=Students&FileName=r.xml&V=1";
+    const std::string stored = "%3Cstudents autoStudentID='6'%2F%3E";
+    const struct {
+        std::string replies; ///< to one load after the other: status and text
+        std::string requests;
+        bool added;
+    } cases[] = {
+        {"404 None./200" + stored, "LSLS", true},
+        {"404%3Chtml%2F%3E/200" + stored, "LSLS", true},
+        {"200/200 %0D%0A%09/200" + stored, "LLSLS", true},
+        {"204/404/200" + stored, "LLSLS", true},
+        {"200/200" + stored, "LLS", true},
+        {"200", "LLSL", false},
+        {"404", "LSL", false},
+        {"404/200%3Chtml%2F%3E", "LSL", false},
+        {"200/500/200" + stored, "LL", false},
+        {"200/200busy/200" + stored, "LL", false},
+        {"500/200" + stored, "L", false},
+        {"401/200" + stored, "L", false},
+        {"200The server is busy./200" + stored, "L", false},
+        {"200%3Cstudents%3E/200" + stored, "L", false},
+        {"200%3Chtml%2F%3E/200" + stored, "L", false},
+        {"200%3CStudents%2F%3E/200" + stored, "L", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.replies);
+        const std::string base = misbehaving("turns/" + c.replies);
+        EXPECT_EQ(New<Students>()->AddStudent(base + "?site=3/r.xml", student("", "dora"), nullptr), c.added);
+        std::string letters;
+        for (const std::string& request : requests())
+            letters += request.substr(std::string_view("POST ").size(), 1);
+        EXPECT_EQ(letters, c.requests);
+        if (c.added) {
+            EXPECT_THAT(lastBody, ::testing::StartsWith("<students autoStudentID=\"7\"><student>"));
+        }
+    }
+    EXPECT_FALSE(
+        roster->ReplaceStudent(misbehaving("turns/200%3Chtml%2F%3E") + "r.xml", student("B", ""), nullptr));
+    EXPECT_EQ(requests().size(), 1u);
+    EXPECT_THAT(messages.all(), IsEmpty());
+    // The save that makes a roster is that of any roster; only the insertion's own go without extra query.
+    New<Students>()->AddStudent(misbehaving("turns/404") + "?site=3/own.xml", student("", "dora"), nullptr);
+    const std::string load = "POST LoadKavlorObject.asp?ObjName=Students&FileName=own.xml&V=1";
     EXPECT_THAT(
         requests(),
-        ElementsAre(load, "POST SaveKavlorObject.asp?ObjName=Students&FileName=r.xml&site=3&V=1", load));
-    EXPECT_THAT(messages.all(), IsEmpty());
+        ElementsAre(load, "POST SaveKavlorObject.asp?ObjName=Students&FileName=own.xml&site=3&V=1", load));
 }
 
 TEST_F(StudentsOverHttp, ALostConnectionSavesNothing) {

@@ -60,7 +60,9 @@ std::string endpointURL(std::string_view endpoint, std::string_view kind, std::s
     return requestURL(endpoint, kind, location, URLFileName(location), parameters);
 }
 
-std::string postToServer(const std::string& url) { return platform::sendHttp({.url = url}).text; }
+platform::HttpReply askServer(const std::string& url) { return platform::sendHttp({.url = url}); }
+
+std::string postToServer(const std::string& url) { return askServer(url).text; }
 
 std::string postToServer(const std::string& url, const xml::Document& document) {
     std::string body = document.toText();
@@ -113,10 +115,12 @@ bool leavesStaleCopy(const std::string& former, const std::string& current) {
 }
 
 std::optional<xml::Document> readLocalDocument(const std::string& path) {
-    return unlessUnreachable([&]() -> std::optional<xml::Document> {
-        const std::optional<std::string> text = xml::decodeFile(platform::readFile(path));
-        return text ? platform::parseXml(*text) : std::nullopt;
-    });
+    return unlessUnreachable([&] { return parseLocalDocument(path); });
+}
+
+std::optional<xml::Document> parseLocalDocument(const std::string& path) {
+    const std::optional<std::string> text = xml::decodeFile(platform::readFile(path));
+    return text ? platform::parseXml(*text) : std::nullopt;
 }
 
 void writeLocalDocument(const std::string& path, const xml::Document& document) {

@@ -13,6 +13,10 @@
 /// Nothing else in the library reads or writes a document.
 namespace norvakavlor {
 
+namespace platform {
+struct HttpReply;
+}
+
 /// The server's four endpoints.
 inline constexpr std::string_view kLoadEndpoint = "LoadKavlorObject.asp";
 inline constexpr std::string_view kSaveEndpoint = "SaveKavlorObject.asp";
@@ -28,6 +32,9 @@ std::string endpointURL(std::string_view endpoint, std::string_view kind, std::s
 /// Sends a request without a body, or with a document, and gives the reply's text. Raises when no reply came.
 std::string postToServer(const std::string& url);
 std::string postToServer(const std::string& url, const xml::Document& document);
+/// The whole reply to a request without a body, for who must know what kind of answer it is. Raises when none
+/// came.
+platform::HttpReply askServer(const std::string& url);
 
 /// The document at a location. Nothing when it is missing, does not parse or cannot be fetched. The reply's
 /// status is never looked at: only whether it parses counts.
@@ -57,6 +64,8 @@ bool leavesStaleCopy(const std::string& former, const std::string& current);
 
 /// A document of the local disk, whatever the path looks like; nothing when it is missing or does not parse.
 std::optional<xml::Document> readLocalDocument(const std::string& path);
+/// The same for who must tell them apart: nothing when it does not parse. Raises as platform::readFile does.
+std::optional<xml::Document> parseLocalDocument(const std::string& path);
 void writeLocalDocument(const std::string& path, const xml::Document& document);
 /// Text that came from a server as a document.
 std::optional<xml::Document> parseReply(std::string_view text);

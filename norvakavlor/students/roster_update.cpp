@@ -3,6 +3,7 @@
 #include <norvakavlor/curriculum/courses.h>
 #include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/document_lock.h>
+#include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/error.h>
@@ -36,6 +37,34 @@ std::string updateURL(std::string_view endpoint, const std::string& location) {
            LoginGlobals::GetValidationString();
 }
 
+void throwRefusal(const std::string& description) {
+    if (!description.empty())
+        throw objectError(635, kSource, description);
+}
+
+/// The document whose lock is held; nothing when it does not parse. What cannot be read now is nobody's fault
+/// and keeps no lock.
+std::optional<xml::Document> readLocked(const std::string& filename, const platform::LockRelease& lock) {
+    try {
+        return parseLocalDocument(filename);
+    } catch (const Error&) {
+        lock.release();
+        throw;
+    }
+}
+
+/// What a server says about a roster.
+enum class Answer { Roster, Missing, Blank, Unclear };
+
+Answer answerWithoutRoster(const platform::HttpReply& reply) {
+    constexpr int kNotFound = 404;
+    if (reply.status == kNotFound)
+        return Answer::Missing;
+    const bool isSuccess = reply.status / 100 == 2;
+    const bool isBlank = reply.text.find_first_not_of(" \t\r\n") == std::string::npos;
+    return isSuccess && isBlank ? Answer::Blank : Answer::Unclear;
+}
+
 } // namespace
 
 bool Students::AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
@@ -48,24 +77,66 @@ bool Students::AddStudent(const std::string& filename, const Ref<Student>& theSt
     std::string errDesc;
     if (!student->Validate(courses, errCode, errDesc))
         throw objectError(errCode, kSource, errDesc);
-    if (!loadForUpdate(filename, courses))
-        return false;
+    clear();
+    return IsURL(filename) ? insertOnServer(filename, student, courses)
+                           : insertLocally(filename, student, courses);
+}
 
-    const auto refuse = [&](const std::string& description) {
-        saveAndRelease(filename, courses);
-        throw objectError(635, kSource, description);
-    };
+bool Students::insertOnServer(const std::string& filename, const Ref<Student>& student, Courses* courses) {
+    if (!loadFromServer(filename, courses))
+        return false;
+    const std::string refused = insert(student);
+    const std::string refusal = postToServer(updateURL(kSaveEndpoint, filename), rosterDocument(courses));
+    if (!refusal.empty())
+        platform::showMessage(refusal);
+    throwRefusal(refused);
+    return true;
+}
+
+bool Students::insertLocally(const std::string& filename, const Ref<Student>& student, Courses* courses) {
+    const platform::LockRelease lock(filename);
+    if (!lockRosterFile(filename, courses))
+        return false;
+    std::string refused;
+    std::string content;
+    try {
+        const auto document = readLocked(filename, lock);
+        // One that does not parse keeps the lock, so that nobody writes over what is there.
+        if (!document)
+            return false;
+        if (!isRoster(document)) {
+            lock.release();
+            return false;
+        }
+        parseRosterDocument(document->root(), courses);
+        refused = insert(student);
+        content = rosterDocument(courses).toText();
+    } catch (const Error&) {
+        // So does one whose content is at fault.
+        throw;
+    } catch (...) {
+        // Memory ran out, which says nothing about the roster.
+        lock.release();
+        throw;
+    }
+    platform::replaceLockedDocument(lock, content);
+    throwRefusal(refused);
+    return true;
+}
+
+/// Adds a student to the roster that was loaded. The text of the error, when user name or ID is taken: the
+/// roster is stored all the same then, as the counter may have gone on.
+std::string Students::insert(const Ref<Student>& student) {
     if (idByUserName_.contains(student->UserName))
-        refuse("Duplicate Username - " + student->UserName);
+        return "Duplicate Username - " + student->UserName;
     // A number stays used when the insertion then fails.
     if (student->StudentID.empty())
         student->StudentID = nextStudentID();
     if (Exists(student->StudentID))
-        refuse("Duplicate User ID - " + student->StudentID);
+        return "Duplicate User ID - " + student->StudentID;
     StudentMembers->Add(student, student->StudentID);
     addToIndex(*student);
-    saveAndRelease(filename, courses);
-    return true;
+    return {};
 }
 
 std::string Students::nextStudentID() {
@@ -79,33 +150,29 @@ std::string Students::nextStudentID() {
     return "SID" + std::string(zeros) + std::to_string(autoStudentID_);
 }
 
-bool Students::loadForUpdate(const std::string& filename, Courses* courses) {
-    clear();
-    if (IsURL(filename))
-        return loadForUpdateFromServer(filename, courses);
-    if (!lockRosterFile(filename, courses))
-        return false;
-    // From here on the lock is set; a roster that does not parse keeps it, so that nobody writes over what is
-    // there.
-    const auto document = readLocalDocument(filename);
-    return document && parseRosterDocument(document->root(), courses);
-}
-
-bool Students::loadForUpdateFromServer(const std::string& filename, Courses* courses) {
-    const auto request = [&](std::optional<xml::Document>& document) {
-        return ignoringErrors(
-            [&] { document = parseReply(postToServer(updateURL(kLoadEndpoint, filename))); });
-    };
+bool Students::loadFromServer(const std::string& filename, Courses* courses) {
+    const std::string url = updateURL(kLoadEndpoint, filename);
     std::optional<xml::Document> document;
-    // A connection that was lost says nothing about the roster: saving an empty one now could wipe it.
-    if (!request(document))
-        return false;
-    if (!document) {
-        Save(filename, courses);
-        if (!request(document))
-            return false;
+    const auto ask = [&] {
+        platform::HttpReply reply;
+        // A connection that was lost says nothing about the roster: saving an empty one now could wipe it.
+        if (!ignoringErrors([&] { reply = askServer(url); }))
+            return Answer::Unclear;
+        document = parseReply(reply.text);
+        return isRoster(document) ? Answer::Roster : answerWithoutRoster(reply);
+    };
+    Answer answer = ask();
+    // Some servers say so that there is none; once may be chance.
+    if (answer == Answer::Blank) {
+        answer = ask();
+        if (answer == Answer::Blank)
+            answer = Answer::Missing;
     }
-    return document && parseRosterDocument(document->root(), courses);
+    if (answer == Answer::Missing) {
+        Save(filename, courses);
+        answer = ask();
+    }
+    return answer == Answer::Roster && parseRosterDocument(document->root(), courses);
 }
 
 bool Students::lockRosterFile(const std::string& filename, Courses* courses) const {
@@ -129,17 +196,6 @@ bool Students::lockRosterFile(const std::string& filename, Courses* courses) con
         }
     }
     return false;
-}
-
-void Students::saveAndRelease(const std::string& filename, Courses* courses) const {
-    const xml::Document document = rosterDocument(courses);
-    if (IsURL(filename)) {
-        const std::string refusal = postToServer(updateURL(kSaveEndpoint, filename), document);
-        if (!refusal.empty())
-            platform::showMessage(refusal);
-    } else {
-        platform::replaceLockedDocument(filename, document.toText());
-    }
 }
 
 } // namespace norvakavlor

@@ -15,6 +15,7 @@ namespace norvakavlor {
 namespace {
 
 constexpr std::string_view kKind = "Students";
+constexpr std::string_view kRoot = "students";
 
 std::string parameterUnlessEmpty(const char* name, const std::string& value) {
     return value.empty() ? std::string() : "&" + std::string(name) + "=" + value;
@@ -40,6 +41,17 @@ bool Students::LoadWithFilter(const std::string& filename, Courses* courses, con
                                            parameterUnlessEmpty("SectionID", sectionID) +
                                            parameterUnlessEmpty("StudentID", studentID));
     return document && parseRosterDocument(document->root(), courses);
+}
+
+bool Students::isRoster(const std::optional<xml::Document>& document) {
+    return document && document->root().name() == kRoot;
+}
+
+/// As Load, but for who stores the roster then: another document in its place would be lost.
+bool Students::loadForChange(const std::string& filename, Courses* courses) {
+    clear();
+    const auto document = readDocument(kKind, filename);
+    return isRoster(document) && parseRosterDocument(document->root(), courses);
 }
 
 bool Students::parseRosterDocument(xml::Node root, Courses* courses) {
@@ -72,7 +84,7 @@ bool Students::Save(const std::string& filename, Courses* courses) const {
 
 xml::Document Students::rosterDocument(Courses* courses) const {
     xml::Document document;
-    const xml::Node root = document.createRoot("students");
+    const xml::Node root = document.createRoot(kRoot);
     root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
     SaveToXMLNode(root, courses);
     return document;
@@ -95,7 +107,7 @@ bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& t
     // The caller's may be an item of this roster, which goes with it.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it holds on.
     const Ref<Student> student = theStudent;
-    if (!Load(filename, courses))
+    if (!loadForChange(filename, courses))
         return false;
     // Each step's failure is passed over. The index is keyed by user name and not by ID, so the former user
     // name finds the student until the next load.
@@ -120,7 +132,7 @@ bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& th
             idByUserName_.erase(student->UserName);
     };
     if (!IsURL(filename)) {
-        if (!Load(filename, courses))
+        if (!loadForChange(filename, courses))
             return false;
         remove();
         return Save(filename, courses);

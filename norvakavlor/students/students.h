@@ -4,6 +4,7 @@
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/students/student.h>
 #include <norvakavlor/xml/document.h>
+#include <optional>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -39,21 +40,24 @@ public:
     bool SaveToXMLNode(xml::Node rosterNode, Courses* courses) const;
 
     /// Adds a student to the stored roster, which this object then holds; the object itself becomes the
-    /// member, and gets an identifier of its own when it has none. A roster that is not there is made. False
-    /// when another process held the lock for three tries, or when the roster does not load; the lock stays
-    /// set on a local file that does not parse. Raises object errors 631 and 633 for course and section
-    /// before anything is read, and 635 for a user name or ID that is taken; the roster is stored and
-    /// unlocked then, its counter included. Raises what Load raises, and 6 when the numbers for identifiers
-    /// are used up, and 642 for a section without its course; the lock stays set on a local file then, too. A
-    /// lock that stays is cleared by hand. Raises 70, 76, 61 or 57, as Save does, when the roster cannot be
-    /// written; it is unlocked then, and as it was.
+    /// member, and gets an identifier of its own when it has none. A roster that is not there is made; on the
+    /// web, when the server answers with 404 or twice in a row with success and no text. False when another
+    /// process held the lock for three tries, when the roster does not parse, and when it is another document
+    /// than a roster; the lock stays set on a local file that does not parse. Raises object errors 631 and
+    /// 633 for course and section before anything is read, and 635 for a user name or ID that is taken; the
+    /// roster is stored and unlocked then, its counter included. Raises what Load raises, and 6 when the
+    /// numbers for identifiers are used up, and 642 for a section without its course; the lock stays set on a
+    /// local file then, too. A lock that stays is cleared by hand. Raises 70, 76, 61 or 57, as Save does,
+    /// when the roster cannot be written, 53, 70 or 57 when it cannot be read, and std::bad_alloc; it is
+    /// unlocked then, and as it was.
     bool AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses);
     /// Puts a student in the place of the one with the same ID, or adds it. No check, no lock; a failing save
-    /// is passed over. False when the roster does not load. The former user name stays in the index until the
-    /// next load.
+    /// is passed over. False when the roster does not load or is another document. The former user name stays
+    /// in the index until the next load.
     bool ReplaceStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses);
-    /// Removes a student from the stored roster. False when the roster does not load, or when the server
-    /// refused with a text, which was then shown. A local save that fails raises.
+    /// Removes a student from the stored roster. False when a local roster does not load or is another
+    /// document, or when the server refused with a text, which was then shown. A local save that fails
+    /// raises.
     bool DeleteStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses);
 
     /// The roster's own object of a user name, letter case counting; Nothing when there is none.
@@ -85,12 +89,15 @@ public:
 
 private:
     void clear();
+    static bool isRoster(const std::optional<xml::Document>& document);
+    bool loadForChange(const std::string& filename, Courses* courses);
     bool parseRosterDocument(xml::Node root, Courses* courses);
     xml::Document rosterDocument(Courses* courses) const;
-    bool loadForUpdate(const std::string& filename, Courses* courses);
-    bool loadForUpdateFromServer(const std::string& filename, Courses* courses);
-    void saveAndRelease(const std::string& filename, Courses* courses) const;
+    bool insertLocally(const std::string& filename, const Ref<Student>& student, Courses* courses);
+    bool insertOnServer(const std::string& filename, const Ref<Student>& student, Courses* courses);
+    bool loadFromServer(const std::string& filename, Courses* courses);
     bool lockRosterFile(const std::string& filename, Courses* courses) const;
+    std::string insert(const Ref<Student>& student);
     void addToIndex(const Student& student);
     std::string nextStudentID();
 

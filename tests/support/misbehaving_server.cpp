@@ -226,6 +226,22 @@ void acceptFrom(Visit& visit) {
     reply(visit.connection, visit.count >= first ? "success" : "busy", "200 OK", "text/plain");
 }
 
+/// "/turns/404/200TEXT/...": status and text for the first load, for the second, and so on; the last stays.
+/// A save is taken.
+void takeTurns(Visit& visit) {
+    std::string turn = takePart(visit.rest);
+    for (int passed = 1; passed < visit.count && visit.rest.find('/') != std::string::npos; ++passed)
+        turn = takePart(visit.rest);
+    constexpr size_t kStatusDigits = 3;
+    const std::string text = decoded(turn);
+    if (visit.rest.find("SaveKavlorObject.asp") != std::string::npos) {
+        reply(visit.connection, "");
+    } else {
+        reply(visit.connection, text.substr(kStatusDigits), text.substr(0, kStatusDigits) + " Status",
+              "text/plain; charset=utf-8");
+    }
+}
+
 const std::map<std::string, std::function<void(Visit&)>, std::less<>>& manners() {
     static const std::string whole(kDocument);
     static const std::string half = whole.substr(0, whole.size() / 2);
@@ -237,6 +253,7 @@ const std::map<std::string, std::function<void(Visit&)>, std::less<>>& manners()
         {"status", replyStatus},
         {"status-500-xml", page(kDocument, "500 Internal Server Error")},
         {"accept-from", acceptFrom},
+        {"turns", takeTurns},
         {"redirect", redirect},
         // Pages that are no document.
         {"error-page", page("<html><body><h1>Out of memory<br></body></html>", "500 Error", "text/html")},

@@ -11,6 +11,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 namespace norvakavlor::platform {
@@ -68,9 +69,10 @@ GuardedFile guard(const std::filesystem::path& path) {
             throw lastError();
         if (!S_ISREG(opened.st_mode))
             throw runtimeError(RuntimeError::PermissionDenied);
-        const bool stillNamed = ::stat(path.c_str(), &named) == 0 && named.st_ino == opened.st_ino &&
-                                named.st_dev == opened.st_dev;
-        if (stillNamed)
+        const bool isThere = ::stat(path.c_str(), &named) == 0;
+        if (!isThere && errno != ENOENT)
+            throw lastError();
+        if (isThere && named.st_ino == opened.st_ino && named.st_dev == opened.st_dev)
             return {isGuarded ? LockResult::Taken : LockResult::Held, std::move(file), opened};
     }
 }
@@ -88,8 +90,16 @@ LockResult tryLockDocument(const std::string& path) {
     return LockResult::Taken;
 }
 
-void replaceLockedDocument(const std::string& path, std::string_view content) {
-    const std::filesystem::path target = targetOf(path);
+LockRelease::LockRelease(const std::string& path) : path_(path), target_(targetOf(path)) {}
+
+void LockRelease::release() const noexcept {
+    struct stat state {};
+    if (::stat(target_.c_str(), &state) == 0 && S_ISREG(state.st_mode))
+        std::ignore = ::chmod(target_.c_str(), (state.st_mode & 07777) | kOwnerWrites);
+}
+
+void replaceLockedDocument(const LockRelease& lock, std::string_view content) {
+    const std::filesystem::path& target = lock.target();
     try {
         // When somebody sleeps over the guard, the lock is this process's all the same, and its content is
         // kept.
@@ -104,11 +114,11 @@ void replaceLockedDocument(const std::string& path, std::string_view content) {
             return;
         }
     } catch (const std::exception&) {
-        tidyUp([&] { setReadOnly(path, false); });
+        lock.release();
         throw;
     }
-    if (!createDocument(path, content))
-        replaceFile(path, content);
+    if (!createDocument(lock.path(), content))
+        replaceFile(lock.path(), content);
 }
 
 bool createDocument(const std::string& path, std::string_view content) {

@@ -13,6 +13,7 @@
 #include <norvakavlor/runtime/text.h>
 #include <pwd.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <vector>
 
@@ -44,6 +45,18 @@ fs::path settingsFolder() {
     return fs::path(home) / ".config" / "norvakavlor";
 }
 
+/// The one form of a key's name: what stands between backslashes counts, not how many they are.
+std::string plainKey(std::string_view key) {
+    std::string plain;
+    for (const char c : key) {
+        if (c != '\\' || !plain.ends_with(c))
+            plain += c;
+    }
+    if (plain.ends_with('\\'))
+        plain.pop_back();
+    return plain;
+}
+
 /// Where the lines of the file have a value, or could have it.
 struct Place {
     std::optional<size_t> entry;
@@ -52,11 +65,12 @@ struct Place {
 };
 
 Place find(const std::vector<std::string>& lines, std::string_view key, std::string_view name) {
+    const std::string wanted = plainKey(key);
     Place place;
     bool inKey = false;
     for (size_t i = 0; i < lines.size(); ++i) {
         if (const auto found = keyOfLine(lines[i])) {
-            inKey = equalIgnoringCase(*found, key);
+            inKey = equalIgnoringCase(plainKey(*found), wanted);
         } else if (const auto entry = inKey ? entryOfLine(lines[i]) : std::nullopt;
                    entry && equalIgnoringCase(entry->name, name)) {
             return {i, i + 1, entry->value};
@@ -77,21 +91,27 @@ std::vector<std::string> linesOf(std::string_view text) {
     return lines;
 }
 
-/// The lines of the file; none when it is not there yet.
+/// The lines of the file; none when it is not there yet. One that only cannot be looked at is there: a change
+/// would drop all its values.
 std::vector<std::string> readLines(const fs::path& folder) {
     const std::string path = (folder / "settings").string();
-    return fileExists(path) ? linesOf(readFile(path)) : std::vector<std::string>();
+    struct stat state {};
+    if (::stat(path.c_str(), &state) == 0)
+        return linesOf(readFile(path));
+    if (errno != ENOENT)
+        throw runtimeError(errorOfCode(errno));
+    return {};
 }
 
 /// Held while a change is made, so that of two processes neither loses what the other wrote.
 FileDescriptor lockOf(const fs::path& folder) {
     FileDescriptor file(::open((folder / "settings.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    int result = -1;
-    do {
-        result = file ? ::flock(file.get(), LOCK_EX) : -1;
-    } while (result != 0 && errno == EINTR);
-    if (result != 0)
+    if (!file)
         throw runtimeError(errorOfCode(errno));
+    while (::flock(file.get(), LOCK_EX) != 0) {
+        if (errno != EINTR)
+            throw runtimeError(errorOfCode(errno));
+    }
     return file;
 }
 
@@ -125,7 +145,7 @@ void changeSettingsFile(std::string_view key, std::string_view name,
         } else {
             if (lines.empty())
                 lines = linesOf(kOpening);
-            lines.insert(lines.end(), {"", lineOfKey(key), line});
+            lines.insert(lines.end(), {"", lineOfKey(plainKey(key)), line});
         }
     }
     std::string content;

@@ -38,12 +38,15 @@ bool isSameFile(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFO
            one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
 }
 
-void markReadOnly(const FileHandle& file, DWORD attributes) {
-    FILE_BASIC_INFO change{}; // times of 0 stay as they are
-    change.FileAttributes = attributes | FILE_ATTRIBUTE_READONLY;
-    if (!::SetFileInformationByHandle(file.get(), FileBasicInfo, &change, sizeof change))
-        throw runtimeError(errorOfCode(::GetLastError()));
+bool setAttributes(const FileHandle& file, DWORD attributes) {
+    FILE_BASIC_INFO change{}; // times of 0 stay as they are, as do attributes of 0
+    change.FileAttributes = attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes;
+    return ::SetFileInformationByHandle(file.get(), FileBasicInfo, &change, sizeof change) != 0;
 }
+
+/// A file that was replaced has no name any more, or is about to lose it; any other failure to look says
+/// nothing about it.
+bool isGone(DWORD error) { return errorOfCode(error) == RuntimeError::PathNotFound || isHeldByOthers(error); }
 
 /// Nothing when the file opened is not the document any more: another process replaced it meanwhile.
 std::optional<LockResult> tryLockOnce(const fs::path& path) {
@@ -64,9 +67,15 @@ std::optional<LockResult> tryLockOnce(const fs::path& path) {
     if (error != ERROR_SUCCESS || !state)
         throw runtimeError(errorOfCode(error != ERROR_SUCCESS ? error : ::GetLastError()));
     const bool isHeld = (state->dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
-    if (!isHeld)
-        markReadOnly(file, state->dwFileAttributes);
+    if (!isHeld && !setAttributes(file, state->dwFileAttributes | FILE_ATTRIBUTE_READONLY))
+        throw runtimeError(errorOfCode(::GetLastError()));
     const auto named = stateOf(path);
+    if (const DWORD failure = named ? DWORD{ERROR_SUCCESS} : ::GetLastError();
+        failure != ERROR_SUCCESS && !isGone(failure)) {
+        if (!isHeld)
+            setAttributes(file, state->dwFileAttributes);
+        throw runtimeError(errorOfCode(failure));
+    }
     if (!named || !isSameFile(*named, *state))
         return std::nullopt;
     return isHeld ? LockResult::Held : LockResult::Taken;
@@ -133,9 +142,20 @@ LockResult tryLockDocument(const std::string& path) {
     }
 }
 
-void replaceLockedDocument(const std::string& path, std::string_view content) {
-    const fs::path target = targetOf(path);
-    if (!fileExists(path) && createDocument(path, content))
+LockRelease::LockRelease(const std::string& path) : path_(path), target_(targetOf(path)) {}
+
+void LockRelease::release() const noexcept {
+    const DWORD attributes = ::GetFileAttributesW(target_.c_str());
+    const DWORD others = attributes & ~DWORD{FILE_ATTRIBUTE_READONLY};
+    if (attributes != INVALID_FILE_ATTRIBUTES)
+        ::SetFileAttributesW(target_.c_str(), others == 0 ? FILE_ATTRIBUTE_NORMAL : others);
+}
+
+void replaceLockedDocument(const LockRelease& lock, std::string_view content) {
+    const std::string& path = lock.path();
+    const fs::path& target = lock.target();
+    const bool isMissing = ::GetFileAttributesW(target.c_str()) == INVALID_FILE_ATTRIBUTES;
+    if (isMissing && createDocument(path, content))
         return;
     bool isLocked = true;
     try {
@@ -146,7 +166,7 @@ void replaceLockedDocument(const std::string& path, std::string_view content) {
             throw runtimeError(errorOfCode(error));
     } catch (const std::exception&) {
         if (isLocked)
-            tidyUp([&] { setReadOnly(path, false); });
+            lock.release();
         throw;
     }
 }

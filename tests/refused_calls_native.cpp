@@ -1,0 +1,159 @@
+#include <cerrno>
+#include <cstdarg>
+#include <cstdint>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <new>
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/registry.h>
+#include <norvakavlor/platform/settings.h>
+#include <norvakavlor/students/students.h>
+#include <string>
+#include <string_view>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support/fixtures.h"
+
+/// What the system refuses in passing, and grants the next time. Two of its calls are this file's own: they
+/// are the system's but for one path, while a test says so.
+namespace {
+
+struct Refusal {
+    std::string_view call; ///< "stat"; "read" and "write" for opening a file for it
+    std::string path;
+    int code = 0;
+};
+Refusal refusal;
+
+bool isRefused(std::string_view call, const char* path) {
+    if (refusal.call != call || refusal.path != path)
+        return false;
+    errno = refusal.code;
+    return true;
+}
+
+} // namespace
+
+extern "C" int stat(const char* path, struct stat* state) noexcept {
+    return isRefused("stat", path) ? -1 : ::fstatat(AT_FDCWD, path, state, 0);
+}
+
+extern "C" int open(const char* path, int manner, ...) {
+    va_list arguments;
+    va_start(arguments, manner);
+    const mode_t mode = (manner & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    if (isRefused((manner & O_ACCMODE) == O_RDONLY ? "read" : "write", path))
+        return -1;
+    return ::openat(AT_FDCWD, path, manner, mode);
+}
+
+namespace norvakavlor {
+namespace {
+
+using namespace norvakavlor::testing;
+
+/// No test may wait for ever for what is refused for ever.
+constexpr unsigned kPatience = 20;
+
+/// Refuses one call while it lives.
+class RefusedCall {
+public:
+    RefusedCall(std::string_view call, std::string path, int code) {
+        refusal = {call, std::move(path), code};
+    }
+    ~RefusedCall() { refusal = {}; }
+    RefusedCall(const RefusedCall&) = delete;
+    RefusedCall& operator=(const RefusedCall&) = delete;
+};
+
+TEST(RefusedCalls, AnInsertionThatCannotReadGivesTheLockBack) {
+    const TemporaryFolder folder;
+    const std::string text = "<students autoStudentID='4'/>";
+    const std::string path = folder.write("r.xml", text);
+    const auto added = New<Student>();
+    const auto add = [&] { New<Students>()->AddStudent(path, added, nullptr); };
+    const struct {
+        const char* call;
+        int code;
+    } cases[] = {{"read", EIO}, {"read", EMFILE}, {"stat", EIO}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.call) + " " + std::to_string(c.code));
+        ::alarm(kPatience);
+        {
+            const RefusedCall refused(c.call, path, c.code);
+            EXPECT_EQ(errorNumber(add), 57);
+        }
+        ::alarm(0);
+        EXPECT_FALSE(platform::isReadOnly(path));
+    }
+    EXPECT_EQ(folder.read("r.xml"), text);
+    EXPECT_EQ(errorNumber(add), 0) << "nothing is in the way of the next one";
+    EXPECT_EQ(added->StudentID, "SID00005");
+}
+
+#ifndef __SANITIZE_ADDRESS__ // it has memory of its own and ends a program that runs out of it
+TEST(RefusedCalls, AnInsertionWithoutMemoryGivesTheLockBack) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("r.xml", "<students/>");
+    constexpr int kLarge = 60 << 20;
+    ASSERT_EQ(::truncate(path.c_str(), kLarge), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        size_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        const rlim_t limit = pages * static_cast<size_t>(::getpagesize()) + kLarge / 4;
+        const rlimit bound{limit, limit};
+        int code = ::setrlimit(RLIMIT_AS, &bound);
+        try {
+            New<Students>()->AddStudent(path, New<Student>(), nullptr);
+        } catch (const std::bad_alloc&) {
+            code += 7;
+        }
+        ::_exit(code);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, 7);
+    EXPECT_FALSE(platform::isReadOnly(path));
+}
+#endif
+
+TEST(RefusedCalls, SettingsThatCannotBeSeenAreKept) {
+    const auto folder = std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "norvakavlor";
+    platform::writeSetting("a", "b", "kept", "value");
+    const struct {
+        const char* call;
+        const char* file;
+        int code;
+    } cases[] = {{"stat", "settings", EIO},
+                 {"stat", "settings", ENOTDIR},
+                 {"read", "settings", EMFILE},
+                 {"write", "settings.lock", EINTR},
+                 {"write", "settings.lock", EACCES}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.call) + " " + c.file + " " + std::to_string(c.code));
+        ::alarm(kPatience);
+        {
+            const RefusedCall refused(c.call, folder / c.file, c.code);
+            EXPECT_EQ(errorNumber([] { platform::writeSetting("a", "b", "lost", "x"); }), 70);
+            EXPECT_EQ(errorNumber([] { platform::deleteSetting("a", "b", "kept"); }), 70);
+            platform::writeRegistry(0x80000001, "a", "lost", "x"); // fails without a word
+            platform::deleteRegistry(0x80000001, "a", "lost");
+        }
+        ::alarm(0);
+        EXPECT_EQ(platform::readSetting("a", "b", "kept"), "value");
+        EXPECT_EQ(platform::readSetting("a", "b", "lost") + platform::readRegistry(0x80000001, "a", "lost"),
+                  "");
+    }
+}
+
+} // namespace
+} // namespace norvakavlor
