@@ -25,3 +25,7 @@ compile_quickly(norvakavlor_tests)
 add_test(NAME norvakavlor_tests COMMAND ${PROJECT_SOURCE_DIR}/tests/support/with_servers
     ${PROJECT_SOURCE_DIR}/tests/support/wine.sh $<TARGET_FILE:norvakavlor_tests>)
 set_tests_properties(norvakavlor_tests PROPERTIES SKIP_RETURN_CODE 125)
+
+# What bench/run starts under Wine; nothing else needs it.
+add_executable(kavlor_bench_creation EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/bench/creation_windows.cpp)
+target_link_libraries(kavlor_bench_creation PRIVATE norvakavlor)

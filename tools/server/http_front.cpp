@@ -2,96 +2,207 @@
 
 #include "request_target.h"
 
-#include <chrono>
+#include <charconv>
 #include <cstdio>
-#include <exception>
-#include <httplib.h>
+#include <memory>
+#include <microhttpd.h>
 #include <mutex>
+#include <netdb.h>
+#include <netinet/in.h>
 #include <norvakavlor/runtime/error.h>
+#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/xml/decode.h>
-#include <thread>
+#include <optional>
+#include <set>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <utility>
 
 namespace norvakavlor::server {
 namespace {
 
-constexpr const char* kAnyPath = "[^]*";
-constexpr const char* kPlainText = "text/plain; charset=utf-8";
+/// One request and its answer, from the request line to the last byte sent.
+struct Exchange {
+    Request request;
+    Reply reply;
+    bool begun = false;
+};
 
-/// A body comes in pieces. False when it was cut off or is too large.
-bool readBody(const httplib::Request& incoming, const httplib::ContentReader& read, std::string& body) {
-    // Without either header there is no body, and waiting for one would never end.
-    if (!incoming.has_header("Content-Length") && !incoming.has_header("Transfer-Encoding"))
-        return true;
-    return read([&](const char* data, size_t size) {
-        if (size > xml::kMaximumBytes - body.size())
-            return false;
-        body.append(data, size);
-        return true;
-    });
+/// Clients take an empty answer for success, so no failure may go out without a text.
+Reply failure(int status) {
+    return {.status = status,
+            .text = "The server did not take the request (" + std::to_string(status) + ")."};
+}
+
+std::string header(MHD_Connection* connection, const char* name) {
+    const char* value = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name);
+    return value ? value : "";
+}
+
+/// Why a request's body must not be read: two lengths that differ, or one that is too large.
+std::optional<Reply> bodyFault(MHD_Connection* connection) {
+    std::set<std::string> lengths;
+    MHD_get_connection_values(
+        connection, MHD_HEADER_KIND,
+        [](void* found, MHD_ValueKind, const char* name, const char* value) {
+            if (equalIgnoringCase(name, MHD_HTTP_HEADER_CONTENT_LENGTH))
+                static_cast<std::set<std::string>*>(found)->insert(value ? value : "");
+            return MHD_YES;
+        },
+        &lengths);
+    if (lengths.size() > 1)
+        return failure(MHD_HTTP_BAD_REQUEST);
+    size_t length = 0;
+    for (const std::string& text : lengths)
+        std::from_chars(text.data(), text.data() + text.size(), length);
+    if (length > xml::kMaximumBytes)
+        return failure(MHD_HTTP_CONTENT_TOO_LARGE);
+    return std::nullopt;
+}
+
+[[noreturn]] void cannotListen(const Options& options) {
+    throw runtimeError(RuntimeError::InvalidProcedureCall, "Cannot listen on " + options.address + ", port " +
+                                                               std::to_string(options.port) + ".");
+}
+
+/// A listening socket; its port is the system's choice when the option is 0.
+int listeningSocket(const Options& options) {
+    constexpr int kWaiting = 1024; // connections that nobody has accepted yet
+    addrinfo wanted{};
+    wanted.ai_socktype = SOCK_STREAM;
+    wanted.ai_flags = AI_PASSIVE | AI_NUMERICSERV;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(options.address.c_str(), std::to_string(options.port).c_str(), &wanted, &found) != 0)
+        cannotListen(options);
+    const std::unique_ptr<addrinfo, void (*)(addrinfo*)> addresses(found, freeaddrinfo);
+    const int listener = socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int yes = 1;
+    if (listener < 0 || setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes) != 0 ||
+        bind(listener, found->ai_addr, found->ai_addrlen) != 0 || listen(listener, kWaiting) != 0) {
+        if (listener >= 0)
+            close(listener);
+        cannotListen(options);
+    }
+    return listener;
+}
+
+int portOf(int listener) {
+    sockaddr_storage bound{};
+    socklen_t size = sizeof bound;
+    getsockname(listener, reinterpret_cast<sockaddr*>(&bound), &size);
+    return ntohs(bound.ss_family == AF_INET6 ? reinterpret_cast<const sockaddr_in6&>(bound).sin6_port
+                                             : reinterpret_cast<const sockaddr_in&>(bound).sin_port);
 }
 
 } // namespace
 
 class HttpFront::Implementation {
 public:
-    Implementation(Service& service, const std::string& address) : service_(service), address_(address) {
-        // A port belongs to one server only: the library's default would let a second one share it.
-        server.set_socket_options([](socket_t socket) {
-            const int yes = 1;
-            setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-        });
-        server.set_payload_max_length(xml::kMaximumBytes);
-        // Each client connects anew, so that no idle connection keeps the server from ending.
-        server.set_keep_alive_max_count(1);
-        server.set_read_timeout(std::chrono::seconds(30));
-        server.Get(kAnyPath,
-                   [this](const auto& incoming, auto& outgoing) { answer(incoming, "", outgoing); });
-        server.Post(kAnyPath, [this](const httplib::Request& incoming, httplib::Response& outgoing,
-                                     const httplib::ContentReader& read) {
-            std::string body;
-            if (readBody(incoming, read, body)) {
-                answer(incoming, std::move(body), outgoing);
-            } else if (outgoing.status < 400) {
-                constexpr int kBadRequest = 400;
-                outgoing.status = kBadRequest;
-            }
-        });
-        server.set_exception_handler([](const auto&, auto& outgoing, const std::exception_ptr&) {
-            constexpr int kServerError = 500;
-            outgoing.status = kServerError;
-            outgoing.set_content("The server could not do that.", kPlainText);
-        });
-        // Clients take an empty answer for success, so no failure may go out without a text.
-        server.set_error_handler([](const httplib::Request&, httplib::Response& outgoing) {
-            if (outgoing.body.empty()) {
-                outgoing.set_content("The server did not take the request (" +
-                                         std::to_string(outgoing.status) + ").",
-                                     kPlainText);
-            }
-        });
-        server.set_logger([this](const auto& incoming, const auto& outgoing) { log(incoming, outgoing); });
+    Implementation(const Options& options, Service& service) : service_(service) {
+        constexpr unsigned kIdleSeconds = 30;
+        constexpr unsigned kConnections = 2048;
+        constexpr size_t kHeadBytes = 256u << 10; // of one request: clients put whole names into its line
+        const int listener = listeningSocket(options);
+        const bool isVersion6 = options.address.find(':') != std::string::npos;
+        address_ = "http://" + (isVersion6 ? "[" + options.address + "]" : options.address) + ":" +
+                   std::to_string(portOf(listener));
+        daemon_ =
+            MHD_start_daemon(MHD_USE_THREAD_PER_CONNECTION | MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_POLL,
+                             0, nullptr, nullptr, &Implementation::take, this, //
+                             MHD_OPTION_LISTEN_SOCKET, listener,               //
+                             MHD_OPTION_URI_LOG_CALLBACK, &Implementation::begin, this,
+                             MHD_OPTION_NOTIFY_COMPLETED, &Implementation::end, this,
+                             MHD_OPTION_CONNECTION_TIMEOUT, kIdleSeconds, MHD_OPTION_CONNECTION_LIMIT,
+                             kConnections, MHD_OPTION_CONNECTION_MEMORY_LIMIT, kHeadBytes, MHD_OPTION_END);
+        if (!daemon_) {
+            close(listener);
+            cannotListen(options);
+        }
     }
+    ~Implementation() { MHD_stop_daemon(daemon_); }
 
-    httplib::Server server;
+    const std::string& address() const { return address_; }
 
 private:
-    void answer(const httplib::Request& incoming, std::string body, httplib::Response& outgoing) {
-        const Request request{incoming.method, incoming.target, incoming.get_header_value("Content-Type"),
-                              std::move(body)};
-        const Reply reply = service_.answer(request, address_);
-        outgoing.status = reply.status;
-        outgoing.set_content(reply.text, reply.contentType);
+    /// The request line came: the target as it stood there, which the library hands out nowhere else.
+    static void* begin(void*, const char* target, MHD_Connection*) {
+        return new Exchange{.request = {.target = target}};
+    }
+
+    static void end(void* self, MHD_Connection*, void** exchange, MHD_RequestTerminationCode) {
+        const std::unique_ptr<Exchange> ended(static_cast<Exchange*>(*exchange));
+        *exchange = nullptr;
+        if (ended && ended->begun)
+            static_cast<Implementation*>(self)->log(*ended);
+    }
+
+    /// Called once for the head, then for each piece of the body, then for the answer.
+    static MHD_Result take(void* self, MHD_Connection* connection, const char*, const char* method,
+                           const char*, const char* piece, size_t* pieceSize, void** conversation) {
+        Exchange& exchange = *static_cast<Exchange*>(*conversation);
+        if (!exchange.begun) {
+            exchange.begun = true;
+            exchange.request.method = method;
+            exchange.request.contentType = header(connection, MHD_HTTP_HEADER_CONTENT_TYPE);
+            if (auto fault = bodyFault(connection)) {
+                exchange.reply = std::move(*fault);
+                return send(connection, exchange);
+            }
+            return MHD_YES;
+        }
+        if (*pieceSize > 0) {
+            // No answer can be given in the middle of a body, only the connection closed.
+            if (*pieceSize > xml::kMaximumBytes - exchange.request.body.size())
+                return MHD_NO;
+            exchange.request.body.append(piece, *pieceSize);
+            *pieceSize = 0;
+            return MHD_YES;
+        }
+        static_cast<Implementation*>(self)->answer(exchange);
+        return send(connection, exchange);
+    }
+
+    void answer(Exchange& exchange) {
+        const Request& request = exchange.request;
+        if (request.method != MHD_HTTP_METHOD_POST && request.method != MHD_HTTP_METHOD_GET &&
+            request.method != MHD_HTTP_METHOD_HEAD) {
+            exchange.reply = failure(MHD_HTTP_METHOD_NOT_ALLOWED);
+            return;
+        }
+        try {
+            exchange.reply = service_.answer(request, address_);
+        } catch (const std::exception&) {
+            exchange.reply = {.status = MHD_HTTP_INTERNAL_SERVER_ERROR,
+                              .text = "The server could not do that."};
+        }
+    }
+
+    static MHD_Result send(MHD_Connection* connection, Exchange& exchange) {
+        Reply& reply = exchange.reply;
+        // The exchange, and so the text, outlives the sending.
+        MHD_Response* response =
+            MHD_create_response_from_buffer(reply.text.size(), reply.text.data(), MHD_RESPMEM_PERSISTENT);
+        if (!response)
+            return MHD_NO;
+        MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, reply.contentType.c_str());
+        // Each client connects anew: a connection is one request.
+        MHD_add_response_header(response, MHD_HTTP_HEADER_CONNECTION, "close");
+        const MHD_Result queued =
+            MHD_queue_response(connection, static_cast<unsigned>(reply.status), response);
+        MHD_destroy_response(response);
+        return queued;
+    }
+
+    void log(const Exchange& exchange) {
+        const Request& request = exchange.request;
         const RequestTarget target = parseTarget(request.target);
         if (request.method == "POST" && GradebookHost::isHost(target.directory, target.name)) {
             constexpr size_t kShown = 4096;
             print("posted: " + maskedForm(std::string_view(request.body).substr(0, kShown)));
         }
-    }
-
-    void log(const httplib::Request& incoming, const httplib::Response& outgoing) {
-        print(maskedTarget(incoming.method) + " " + maskedTarget(incoming.target) + " " +
-              std::to_string(outgoing.status) + " " + std::to_string(outgoing.body.size()) + " bytes");
+        print(maskedTarget(request.method) + " " + maskedTarget(request.target) + " " +
+              std::to_string(exchange.reply.status) + " " + std::to_string(exchange.reply.text.size()) +
+              " bytes");
     }
 
     void print(const std::string& line) {
@@ -101,38 +212,16 @@ private:
     }
 
     Service& service_;
-    const std::string& address_;
+    std::string address_;
     std::mutex printing_;
+    MHD_Daemon* daemon_ = nullptr;
 };
 
 HttpFront::HttpFront(const Options& options, Service& service)
-    : implementation_(std::make_unique<Implementation>(service, address_)) {
-    httplib::Server& server = implementation_->server;
-    int port = options.port;
-    if (port == 0) {
-        port = server.bind_to_any_port(options.address);
-    } else if (!server.bind_to_port(options.address, port)) {
-        port = -1;
-    }
-    if (port <= 0) {
-        throw runtimeError(RuntimeError::InvalidProcedureCall, "Cannot listen on " + options.address +
-                                                                   ", port " + std::to_string(options.port) +
-                                                                   ".");
-    }
-    const bool isVersion6 = options.address.find(':') != std::string::npos;
-    address_ =
-        "http://" + (isVersion6 ? "[" + options.address + "]" : options.address) + ":" + std::to_string(port);
-}
+    : implementation_(std::make_unique<Implementation>(options, service)) {}
 
 HttpFront::~HttpFront() = default;
 
-void HttpFront::run() { implementation_->server.listen_after_bind(); }
-
-void HttpFront::stop() {
-    // A stop that comes before the other thread listens would be forgotten.
-    for (int tries = 0; tries < 1000 && !implementation_->server.is_running(); ++tries)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    implementation_->server.stop();
-}
+const std::string& HttpFront::address() const { return implementation_->address(); }
 
 } // namespace norvakavlor::server

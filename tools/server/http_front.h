@@ -9,26 +9,22 @@
 /// Carries requests over HTTP.
 namespace norvakavlor::server {
 
+/// Answers requests while it lives, each on a thread of its own, so that a slow client stops no other one.
 class HttpFront {
 public:
-    /// Listens at once. Raises 5 when the address or port cannot be had.
+    /// Raises 5 when the address or port cannot be had.
     HttpFront(const Options& options, Service& service);
     HttpFront(const HttpFront&) = delete;
     HttpFront& operator=(const HttpFront&) = delete;
+    /// Closes every connection; what the service is doing is finished first.
     ~HttpFront();
 
     /// "http://127.0.0.1:8080", without a "/" at its end.
-    const std::string& address() const { return address_; }
-
-    /// Answers requests until stop() is called.
-    void run();
-    /// From another thread. Requests that are under way are answered.
-    void stop();
+    const std::string& address() const;
 
 private:
     class Implementation;
     std::unique_ptr<Implementation> implementation_;
-    std::string address_;
 };
 
 } // namespace norvakavlor::server

@@ -7,7 +7,6 @@
 #include <exception>
 #include <norvakavlor/platform/files.h>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace norvakavlor::server {
@@ -27,14 +26,11 @@ sigset_t endSignals() {
 int serve(const Options& options) {
     const sigset_t signals = endSignals();
     Service service(options);
-    HttpFront front(options, service);
-    std::thread serving([&] { front.run(); });
+    const HttpFront front(options, service);
     std::printf("kavlor-server: listening on %s/\n", front.address().c_str());
     std::fflush(stdout);
     int signal = 0;
     sigwait(&signals, &signal);
-    front.stop();
-    serving.join();
     return 0;
 }
 
