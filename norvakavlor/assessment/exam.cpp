@@ -8,13 +8,14 @@
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/stale_copy.h>
 #include <norvakavlor/xml/node_object.h>
 #include <utility>
 
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords{"Exam", "exam"};
+constexpr DocumentWords kWords = wordsOf("Exam");
 
 constexpr auto kLeadingFields = fields(                            //
     attributeUnlessEmpty("ID", &Exam::ID),                         //
@@ -57,13 +58,29 @@ bool Exam::Load(const std::string& location, QuestionPool* questionPool) {
 }
 
 bool Exam::LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const std::string& location) {
+    setFileName(location);
+    loadHeader(examNode);
+    loadQuestions(examNode, questionPool);
+    loadFurther(examNode);
+    return true;
+}
+
+void Exam::setFileName(const std::string& location) {
+    folder_ = folderOf(location);
     ExamFileName = bareFileName(location);
+}
+
+void Exam::loadHeader(xml::Node examNode) {
+    // What is read now did not come from there; Load names the new place once all is read.
+    loadedFrom_.clear();
     read(kLeadingFields, examNode, *this);
     loadOwnPreferences(Prefs, examNode);
     read(kTrailingFields, examNode, *this);
+}
 
-    // From here on every step's fault stays its own: a result that is no number keeps its default, a repeated
-    // question is dropped, and the rest of the exam is read all the same.
+/// Every step's fault stays its own: a result that is no number keeps its default, a repeated question is
+/// dropped, and the rest of the exam is read all the same.
+void Exam::loadQuestions(xml::Node examNode, QuestionPool* questionPool) {
     for (const xml::Node reference : xml::children(examNode, "questionRef")) {
         const Ref<Question> question = questionOf(questionPool, reference.text());
         std::apply(
@@ -71,6 +88,9 @@ bool Exam::LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const
             kResults);
         ignoringErrors([&] { Questions->Add(question, question->ID); });
     }
+}
+
+void Exam::loadFurther(xml::Node examNode) {
     for (const xml::Node element : xml::children(examNode, "examAssignment")) {
         auto assignment = New<ExamAssignment>();
         assignment->LoadFromXMLNode(element);
@@ -82,16 +102,17 @@ bool Exam::LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const
         if (question)
             (*question)->Remediation = element.text();
     }
-    return true;
 }
 
 bool Exam::Save(const std::string& location, bool deleteOld) {
-    std::string fileName = bareFileName(location); // first: no allocation may fail after the exam is stored
+    std::string fileName = bareFileName(location);
+    std::string folder = folderOf(location); // first: no allocation may fail after the exam is stored
     const bool accepted =
         saveAs(kWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOld && accepted && leavesStaleCopy(loadedFrom_, location);
     // Only now: a caller may have given this very member as the location.
     ExamFileName = std::move(fileName);
+    folder_ = std::move(folder);
     if (isStale) {
         Delete(loadedFrom_);
         loadedFrom_.clear();

@@ -45,13 +45,15 @@ public:
     /// number that is none in the exam's own attributes, "source" and preferences; faults of single questions
     /// are passed over.
     bool Load(const std::string& location, QuestionPool* questionPool);
-    /// The same from an exam element; `location` only gives ExamFileName. A question that the pool lacks, or
+    /// The same from an exam element; `location` only gives ExamFileName, and the place of an earlier load is
+    /// forgotten. A question that the pool lacks, or
     /// any question without a pool, has its ID and results alone; a repeated one is dropped.
     bool LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const std::string& location);
 
     /// Stores the exam. With `deleteOld`, the document that the exam was loaded from is then deleted when it
-    /// lies elsewhere, and forgotten; not when the server refused the save, as it would be the only copy.
-    /// True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot be written.
+    /// lies elsewhere, and forgotten; not when it is not proven that the server took the exam, as it would be
+    /// the only copy. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot be
+    /// written.
     bool Save(const std::string& location, bool deleteOld);
     /// Fills an exam element. Always True.
     bool SaveToXMLNode(xml::Node examNode) const;
@@ -75,8 +77,9 @@ public:
     /// it clears nothing, and a second call counts on top.
     ///
     /// `examID` may be the exam's location; otherwise the file name is ExamFileName (or `examID` when that is
-    /// empty) in the folder that this exam was loaded from, else the roster's. On the web the server makes
-    /// the summary, and the result says whether that loads. Locally course and section filter nothing: every
+    /// empty) in the folder of the load or save that last set ExamFileName, else the roster's. On the web the
+    /// server makes the summary, whose header fields this exam takes and whose results it adds; the result
+    /// says whether that loads. Locally course and section filter nothing: every
     /// student with an attempt file counts. Under random order only the first RandomQuestionLimit questions
     /// of an attempt count, so a limit of 0 counts none. An attempt that does not load is passed over. Raises
     /// 13 when the roster does not load, and what a roster's Load raises.
@@ -106,9 +109,18 @@ public:
     static const ClassInfo& classInfo();
 
 private:
+    void setFileName(const std::string& location);
+    void loadHeader(xml::Node examNode);
+    void loadQuestions(xml::Node examNode, QuestionPool* questionPool);
+    void loadFurther(xml::Node examNode);
+    void addServerSummary(xml::Node examNode, QuestionPool* questionPool, const std::string& location);
+    Question& totalOf(const Question& question);
     void addAttempt(const Exam& attempt);
 
-    std::string loadedFrom_; ///< of the last successful Load; never set by Save, nor from a launch address
+    std::string folder_; ///< of the load or save that last set ExamFileName; "" when it had none
+
+    std::string
+        loadedFrom_; ///< of the last load, when that was a Load that came to its end; never set by Save
 };
 
 } // namespace norvakavlor

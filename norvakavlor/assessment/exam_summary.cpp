@@ -13,12 +13,6 @@
 namespace norvakavlor {
 namespace {
 
-/// A location up to and including its last separator.
-std::string folderOf(const std::string& location) {
-    const size_t separator = location.find_last_of(IsURL(location) ? "/" : "/\\");
-    return separator == std::string::npos ? std::string() : location.substr(0, separator + 1);
-}
-
 /// How many of an attempt's questions its student was shown.
 int32_t questionsShown(const Exam& attempt) {
     const int32_t count = attempt.Questions->Count();
@@ -34,7 +28,7 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
                            const std::string& sectionID) {
     std::string location = examID;
     if (!IsURL(examID) && !platform::holdsSeparator(examID)) {
-        location = folderOf(loadedFrom_.empty() ? rosterFile : loadedFrom_) +
+        location = (folder_.empty() ? folderOf(rosterFile) : folder_) +
                    (ExamFileName.empty() ? examID : ExamFileName);
     }
     if (IsURL(location)) {
@@ -43,7 +37,9 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
         const std::string parameters =
             "&CourseID=" + courseID + "&SectionID=" + sectionID + "&AttemptNum=" + std::to_string(attemptNum);
         const auto document = readDocument("ExamSummary", location, parameters);
-        return document && LoadFromXMLNode(document->root(), questionPool, location);
+        if (document)
+            addServerSummary(document->root(), questionPool, location);
+        return document.has_value();
     }
 
     auto roster = New<Students>();
@@ -72,16 +68,34 @@ void Exam::AddAttempts(const Students& roster, QuestionPool* questionPool, const
     }
 }
 
+void Exam::addServerSummary(xml::Node examNode, QuestionPool* questionPool, const std::string& location) {
+    setFileName(location);
+    loadHeader(examNode);
+    auto summary = New<Exam>();
+    summary->loadQuestions(examNode, questionPool);
+    for (const Ref<Question>& counted : *summary->Questions) {
+        Question& total = totalOf(*counted);
+        total.Attempts = toInt16(0.0 + total.Attempts + counted->Attempts);
+        total.Correct = toInt16(0.0 + total.Correct + counted->Correct);
+    }
+    loadFurther(examNode);
+}
+
+/// This exam's question of the same ID: made without results when there is none yet.
+Question& Exam::totalOf(const Question& question) {
+    if (const Ref<Question>* found = Questions->find(question.ID))
+        return **found;
+    const Ref<Question> first = question.Clone();
+    first->Correct = 0;
+    first->Attempts = 0;
+    Questions->Add(first, first->ID);
+    return *first;
+}
+
 void Exam::addAttempt(const Exam& attempt) {
     for (int32_t position = 1; position <= questionsShown(attempt); ++position) {
         const Ref<Question>& answered = attempt.Questions->Item(position);
-        if (!Questions->contains(answered->ID)) {
-            const Ref<Question> first = answered->Clone();
-            first->Correct = 0;
-            first->Attempts = 0;
-            Questions->Add(first, first->ID);
-        }
-        Question& total = *Questions->Item(answered->ID);
+        Question& total = totalOf(*answered);
         total.Attempts = toInt16(total.Attempts + 1.0);
         if (answered->Correct == 1)
             total.Correct = toInt16(total.Correct + 1.0);

@@ -7,6 +7,7 @@
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/stale_copy.h>
 #include <norvakavlor/xml/node_object.h>
 #include <utility>
 
@@ -59,6 +60,9 @@ bool Lesson::Load(const std::string& filename, TaskPool* taskPool) {
 bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename) {
     // On the web the name stays as it is; a local one without extension gets its dot.
     LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
+    // What is read now did not come from there; Load names the new place once all is read.
+    loadedFrom_.clear();
+    standsInFor_.clear();
     if (!lessonNode.attribute("EXTERNAL_ID"))
         read(kOlderExternalID, lessonNode, *this);
     if (!lessonNode.attribute("COMPLETED"))
@@ -78,13 +82,37 @@ bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std
     return true;
 }
 
+void Lesson::StandInFor(const std::string& copyLocation) {
+    LessonFilename = bareFileName(copyLocation);
+    standsInFor_ = copyLocation;
+}
+
+/// What could not be read when the menu was loaded may be a student's finished lesson.
+void Lesson::makeWayForStandIn() const {
+    switch (lookFor(lessonKind(LessonObjType), standsInFor_)) {
+    case Presence::Nothing:
+        return;
+    case Presence::Unreadable:
+        return setDocumentAside(standsInFor_);
+    case Presence::Document:
+    case Presence::Unknown:
+        throw runtimeError(RuntimeError::PermissionDenied, "There is a copy of this lesson that could not be "
+                                                           "read before. Load the menu again.");
+    }
+}
+
 bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
+    const bool takesCopysPlace = !standsInFor_.empty() && mayBeOneDocument(standsInFor_, filename);
+    if (takesCopysPlace)
+        makeWayForStandIn();
     const std::string kind = lessonKind(LessonObjType);
     // First: no allocation may fail after the lesson is stored.
     std::string fileName = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
     const bool accepted =
-        saveAs({kind, "lesson"}, filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+        saveAs(wordsOf(kind), filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename);
+    if (accepted && takesCopysPlace)
+        standsInFor_.clear();
     // Only now: a caller may have given this very member as the location.
     LessonFilename = std::move(fileName);
     if (isStale) {

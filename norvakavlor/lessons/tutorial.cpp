@@ -92,7 +92,7 @@ Ref<Lesson> Tutorial::preferCopy(Ref<Lesson> authored, const std::string& fileNa
     const std::string copyLocation = withSeparator(saveDir) + studentCopyName(fileName, studentID);
     if (Ref<Lesson> copy = loadLesson(copyLocation, taskPool))
         return copy;
-    authored->LessonFilename = bareFileName(copyLocation);
+    authored->StandInFor(copyLocation);
     return authored;
 }
 

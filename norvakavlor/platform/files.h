@@ -26,11 +26,16 @@ std::string readFile(const std::string& path);
 /// left behind.
 void replaceFile(const std::string& path, std::string_view content);
 
+/// Renames a file. False, with nothing changed, when there is one of the new name. Raises 53 when it is
+/// missing, 70 or 57 when it cannot be renamed.
+bool renameFile(const std::string& path, const std::string& newPath);
+
 /// Deletes one file. A name that holds "*" or "?" deletes nothing and raises 53, as does a missing file; a
 /// read-only one raises 70 unless `force` is set.
 void deleteFile(const std::string& path, bool force = false);
 
-/// Do two paths name the same existing file, however they are written? False when either is missing.
+/// May two paths name the same file, however they are written? False only when both are there and are seen to
+/// be two: who asks would delete one of them.
 bool sameFile(const std::string& left, const std::string& right);
 
 /// The read-only attribute; natively, that the owner has no write permission. Raises 53 when the file is

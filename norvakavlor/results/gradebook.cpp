@@ -1,11 +1,12 @@
 #include <norvakavlor/results/gradebook.h>
 
+#include <algorithm>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/http.h>
-#include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/server_reply.h>
 
 namespace norvakavlor {
 
@@ -21,11 +22,15 @@ std::optional<xml::Document> readLaunchDocument(const std::string& location, con
     if (!IsURL(location))
         return readLocalDocument(location);
     const char* separator = location.find('?') == std::string::npos ? "?key=" : "&key=";
-    return parseReply(platform::sendHttp({.method = "GET", .url = location + separator + accessKey}).text);
+    return parseReply(platform::sendHttp({.method = "GET", .url = location + separator + accessKey}),
+                      kLaunchRoot);
 }
 
 std::string postToGradebook(const std::string& host, const std::string& body) {
-    return platform::sendHttp({.url = host,
+    constexpr std::string_view kWhiteSpace = " \t\r\n";
+    const size_t begin = std::min(host.find_first_not_of(kWhiteSpace), host.size());
+    const size_t end = std::max(begin, host.find_last_not_of(kWhiteSpace) + 1);
+    return platform::sendHttp({.url = host.substr(begin, end - begin),
                                .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
                                .body = body})
         .text;
@@ -38,10 +43,7 @@ bool storeRecord(const std::string& location, const xml::Document& document) {
         writeLocalDocument(location, document);
         return true;
     }
-    const std::string refusal = postToServer(location, document);
-    if (!refusal.empty())
-        platform::showMessage(refusal);
-    return refusal.empty();
+    return sendDocument(location, document);
 }
 
 bool deleteRecord(const std::string& location) {

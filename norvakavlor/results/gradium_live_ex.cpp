@@ -16,12 +16,13 @@ constexpr auto kHostFields = fields(                      //
     always("SUBMIT_HOST_V3_BACKUP", &GradiumLiveEx::SubmitBackupHost));
 // The older name is read before the newer one, which wins, and is never written.
 constexpr auto kOlderSubmitHost = always("SUBMIT_HOST", &GradiumLiveEx::SubmitHost);
-constexpr auto kExerciseFields = fields(                  //
-    always("id", &GradiumLiveEx::ExamID),                 //
-    always("courseId", &GradiumLiveEx::CourseID),         //
-    always("studentId", &GradiumLiveEx::StudentID),       //
-    always("assignmentId", &GradiumLiveEx::assignmentID), //
-    always("score", &GradiumLiveEx::Score));
+constexpr auto kExerciseFields = fields(            //
+    always("id", &GradiumLiveEx::ExamID),           //
+    always("courseId", &GradiumLiveEx::CourseID),   //
+    always("studentId", &GradiumLiveEx::StudentID), //
+    always("assignmentId", &GradiumLiveEx::assignmentID));
+// Launches come with an empty one, which says as little as none.
+constexpr auto kScore = always("score", &GradiumLiveEx::Score);
 
 constexpr std::string_view kExercise = "liveExercise";
 
@@ -48,16 +49,20 @@ std::string testTime(const CivilTime& time) {
 bool GradiumLiveEx::Load(const std::string& filename, const std::string& iniLocation) {
     accessKey_ = gradebookAccessKey(iniLocation);
     const auto document = readLaunchDocument(filename, accessKey_);
-    if (!document)
+    if (!document || document->root().name() != kLaunchRoot)
         return false;
     theXML = document->toText();
-    return LoadFromXMLNode(document->node().selectSingleNode("/ORBEX_INPUTS"), filename);
+    return LoadFromXMLNode(document->root(), filename);
 }
 
 bool GradiumLiveEx::LoadFromXMLNode(xml::Node rootNode, const std::string&) {
     read(kOlderSubmitHost, rootNode, *this);
     read(kHostFields, rootNode, *this);
-    return read(kExerciseFields, rootNode.child(kExercise), *this);
+    const xml::Node exercise = rootNode.child(kExercise);
+    read(kExerciseFields, exercise, *this);
+    if (!exercise.child(kScore.name).text().empty())
+        read(kScore, exercise, *this);
+    return true;
 }
 
 bool GradiumLiveEx::Save(const std::string& filename) {
@@ -66,13 +71,15 @@ bool GradiumLiveEx::Save(const std::string& filename) {
         return true;
     }
     xml::Document document;
-    SaveToXMLNode(document.createRoot("ORBEX_INPUTS"));
+    SaveToXMLNode(document.createRoot(kLaunchRoot));
     return storeRecord(filename, document);
 }
 
 bool GradiumLiveEx::SaveToXMLNode(xml::Node rootNode) const {
     write(kHostFields, rootNode, *this);
-    write(kExerciseFields, rootNode.append(kExercise), *this);
+    const xml::Node exercise = rootNode.append(kExercise);
+    write(kExerciseFields, exercise, *this);
+    write(kScore, exercise, *this);
     return true;
 }
 

@@ -22,8 +22,9 @@ public:
     std::string theXML; ///< the launch document last loaded, as text
 
     /// Loads a launch document from an address, to which the access key is appended on the way, or a local
-    /// file. `iniLocation` is the title file that chooses the key, or "none". False, with nothing changed,
-    /// when it does not parse; raises when no reply came, and 13 for a score that is no number.
+    /// file. `iniLocation` is the title file that chooses the key, or "none". False, with nothing changed but
+    /// the key, when it does not parse or is no ORBEX_INPUTS; raises when no reply came, and 13 for a score
+    /// that is no number (an empty one is none).
     bool Load(const std::string& filename, const std::string& iniLocation);
     /// The same from the ORBEX_INPUTS element. Always True otherwise.
     bool LoadFromXMLNode(xml::Node rootNode, const std::string& url);

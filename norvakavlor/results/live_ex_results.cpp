@@ -2,19 +2,21 @@
 
 #include <norvakavlor/config/registry.h>
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/results/gradebook.h>
 #include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/stale_copy.h>
 #include <norvakavlor/xml/node_object.h>
+#include <utility>
 
 namespace norvakavlor {
 namespace {
 
-constexpr std::string_view kKind = "LiveExResults";
+constexpr DocumentWords kWords = wordsOf("LiveExResults");
 
 constexpr auto kFields = fields(                                 //
     attribute("ID", &LiveExResults::ExamID),                     //
@@ -49,11 +51,13 @@ Ref<LiveExScore> LiveExScore::Clone() const {
 }
 
 bool LiveExResults::Load(const std::string& filename) {
-    std::string from = filename; // which may be ExamFileName, and loading changes that
-    if (!loadFrom(*this, kKind, filename, filename))
-        return false;
-    origFilename = std::move(from);
-    return true;
+    std::string from = filename; // which may be a member that loading changes
+    // Not there while the record is read: when that raises, this is no whole record, and no save of it may
+    // delete one.
+    std::string former = std::exchange(origFilename, {});
+    const bool loaded = loadFrom(*this, kWords.kind, from, from);
+    origFilename = std::move(loaded ? from : former);
+    return loaded;
 }
 
 bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filename) {
@@ -68,21 +72,19 @@ bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filen
 }
 
 bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
-    xml::Document document;
-    const xml::Node root = document.createRoot("liveResults");
     const Ref<GradiumLiveEx> launch = GetGradiumLiveEx();
-    // A launched exercise leaves its record empty: its result is with the gradebook.
-    const bool written = launch ? submitTo(*launch) : SaveToXMLNode(root);
-    if (!written)
-        return false;
+    xml::Document document;
+    const xml::Node root = document.createRoot(kWords.root);
+    // The result of a launched exercise is with the gradebook once that accepted it, and its record is empty.
+    // Until then the record keeps its scores, so that loading it later can submit again.
+    if (!launch || !submitTo(*launch))
+        SaveToXMLNode(root);
 
     if (IsURL(filename)) {
-        const std::string refusal = postToServer(endpointURL(kSaveEndpoint, kKind, filename), document);
-        if (!refusal.empty()) {
-            // Spelled so: support staff search for it.
-            platform::showMessage("Gradium server repored an error: " + refusal);
+        // Spelled so: support staff search for it.
+        constexpr std::string_view kLead = "Gradium server repored an error: ";
+        if (!sendDocument(endpointURL(kSaveEndpoint, kWords.kind, filename), document, kLead))
             return false;
-        }
     } else {
         writeLocalDocument(filename, document);
     }
@@ -95,11 +97,12 @@ bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
     return true;
 }
 
+/// Did the gradebook accept the percentage? The launch file goes then, a read-only one too.
 bool LiveExResults::submitTo(GradiumLiveEx& launch) const {
     launch.Score = CalcScore();
-    if (launch.submit())
-        ignoringErrors([&] { platform::deleteFile(pendingLaunchFile()); });
-    // The record is stored whether the gradebook accepted or not.
+    if (!launch.submit())
+        return false;
+    deleteRecord(pendingLaunchFile());
     return true;
 }
 
@@ -114,7 +117,7 @@ bool LiveExResults::SaveToXMLNode(xml::Node resultsNode) const {
 }
 
 bool LiveExResults::Delete(const std::string& filename) const {
-    deleteDocument(kKind, filename);
+    deleteDocument(kWords.kind, filename);
     return true;
 }
 
@@ -135,7 +138,10 @@ Ref<GradiumLiveEx> LiveExResults::GetGradiumLiveEx() const {
     if (launchFile.empty())
         return nullptr;
     auto launch = New<GradiumLiveEx>();
-    return launch->Load(launchFile, "none") ? launch : nullptr;
+    bool loaded = false;
+    // A launch that cannot be looked up is none.
+    ignoringErrors([&] { loaded = launch->Load(launchFile, "none"); });
+    return loaded ? launch : nullptr;
 }
 
 double LiveExResults::CalcScore() const {

@@ -66,6 +66,11 @@ std::string withSeparator(std::string_view directory) {
     return result;
 }
 
+std::string folderOf(const std::string& location) {
+    const size_t separator = location.find_last_of(IsURL(location) ? "/" : "/\\");
+    return separator == std::string::npos ? std::string() : location.substr(0, separator + 1);
+}
+
 std::vector<std::string> splitDirectories(std::string_view list) {
     std::vector<std::string> directories;
     for (size_t start = 0; start <= list.size();) {

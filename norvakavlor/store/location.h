@@ -30,6 +30,9 @@ std::string EnsureTrailingSlash(std::string_view text);
 /// A last "/" or "\" stays as it is, else "/" is appended: the rule of exam lists and of students' copies.
 std::string withSeparator(std::string_view directory);
 
+/// A location up to and including its last separator; "" when it has none.
+std::string folderOf(const std::string& location);
+
 /// The directories of a list, separated by ";". An empty list is one empty piece.
 std::vector<std::string> splitDirectories(std::string_view list);
 

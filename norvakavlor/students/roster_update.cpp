@@ -4,12 +4,12 @@
 #include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/document_lock.h>
 #include <norvakavlor/platform/http.h>
-#include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/students/students.h>
 
 #include <chrono>
@@ -86,9 +86,7 @@ bool Students::insertOnServer(const std::string& filename, const Ref<Student>& s
     if (!loadFromServer(filename, courses))
         return false;
     const std::string refused = insert(student);
-    const std::string refusal = postToServer(updateURL(kSaveEndpoint, filename), rosterDocument(courses));
-    if (!refusal.empty())
-        platform::showMessage(refusal);
+    sendDocument(updateURL(kSaveEndpoint, filename), rosterDocument(courses));
     throwRefusal(refused);
     return true;
 }
@@ -158,7 +156,7 @@ bool Students::loadFromServer(const std::string& filename, Courses* courses) {
         // A connection that was lost says nothing about the roster: saving an empty one now could wipe it.
         if (!ignoringErrors([&] { reply = askServer(url); }))
             return Answer::Unclear;
-        document = parseReply(reply.text);
+        document = parseReply(reply, "students");
         return isRoster(document) ? Answer::Roster : answerWithoutRoster(reply);
     };
     Answer answer = ask();

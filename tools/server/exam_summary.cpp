@@ -4,6 +4,7 @@
 
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/students/students.h>
 
 namespace norvakavlor::server {
@@ -20,7 +21,8 @@ std::string examSummary(const DocumentFolder& folder, const RequestTarget& targe
         students->LoadFromXMLNode(matching.root(), nullptr);
         auto authored = New<Exam>();
         auto summary = New<Exam>();
-        if (authored->Load(examPath, nullptr)) {
+        const bool isThere = authored->Load(examPath, nullptr);
+        if (isThere) {
             summary->ID = authored->ID;
             summary->ExternalID = authored->ExternalID;
             summary->Title = authored->Title;
@@ -29,6 +31,8 @@ std::string examSummary(const DocumentFolder& folder, const RequestTarget& targe
             summary->Prefs = authored->Prefs;
         }
         summary->AddAttempts(*students, nullptr, examPath, attempt);
+        if (!isThere && summary->Questions->empty())
+            throw runtimeError(RuntimeError::FileNotFound, "There is no such exam, and no attempt at it.");
         xml::Document document;
         summary->SaveToXMLNode(document.createRoot("exam"));
         return document.toText();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
@@ -138,6 +139,20 @@ std::string readFile(const std::string& path) {
     return content;
 }
 
+bool renameFile(const std::string& path, const std::string& newPath) {
+    stateOfFile(path);
+    const fs::path from = localPath(path);
+    const fs::path to = localPath(newPath);
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    // Some file systems know no such renaming; a second name for the file is never given over another one.
+    if (errno == EINVAL && ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0)
+        return true;
+    if (errno == EEXIST)
+        return false;
+    throw runtimeError(errorOfCode(errno));
+}
+
 void deleteOneFile(const std::string& path, bool force) {
     if (isReadOnly(stateOfFile(path)) && !force)
         throw runtimeError(RuntimeError::PermissionDenied);
@@ -145,6 +160,15 @@ void deleteOneFile(const std::string& path, bool force) {
         const RuntimeError error = errorOfCode(errno);
         throw runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
     }
+}
+
+bool sameFile(const std::string& left, const std::string& right) {
+    const auto stateAt = [](const std::string& path) {
+        return isPossible(path) ? stateOf(localPath(path)) : std::nullopt;
+    };
+    const auto first = stateAt(left);
+    const auto second = stateAt(right);
+    return !first || !second || (first->st_dev == second->st_dev && first->st_ino == second->st_ino);
 }
 
 bool isReadOnly(const std::string& path) { return isReadOnly(stateOfFile(path)); }

@@ -112,6 +112,21 @@ std::string readFile(const std::string& path) {
     return content;
 }
 
+bool renameFile(const std::string& path, const std::string& newPath) {
+    const fs::path from = localPath(path);
+    const fs::path to = localPath(newPath);
+    attributesOfFile(from);
+    const DWORD error = patiently([&] {
+        return ::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) ? DWORD{ERROR_SUCCESS}
+                                                                               : ::GetLastError();
+    });
+    if (error == ERROR_SUCCESS)
+        return true;
+    if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS)
+        return false;
+    throw readingError(error);
+}
+
 void deleteOneFile(const std::string& path, bool force) {
     const fs::path target = localPath(path);
     const DWORD attributes = attributesOfFile(target);
@@ -127,6 +142,20 @@ void deleteOneFile(const std::string& path, bool force) {
     if (isLocked)
         ::SetFileAttributesW(target.c_str(), attributes);
     throw readingError(error);
+}
+
+bool sameFile(const std::string& left, const std::string& right) {
+    // Both stay open while they are compared, so that neither number can pass to another file meanwhile.
+    constexpr DWORD kAttributesAlone = 0;
+    const FileHandle first = openShared(localPath(left), kAttributesAlone, OPEN_EXISTING);
+    const FileHandle second = openShared(localPath(right), kAttributesAlone, OPEN_EXISTING);
+    BY_HANDLE_FILE_INFORMATION one{};
+    BY_HANDLE_FILE_INFORMATION other{};
+    if (!first || !second || !::GetFileInformationByHandle(first.get(), &one) ||
+        !::GetFileInformationByHandle(second.get(), &other))
+        return true;
+    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
 }
 
 bool isReadOnly(const std::string& path) {
