@@ -76,6 +76,7 @@ private:
             return node();
         case Type::Kind::Array:
             return std::make_shared<Array>(Array{0, {"a", Value(), Value::nothing()}});
+        case Type::Kind::Scalar:
         case Type::Kind::Any:
         case Type::Kind::None:
             break;
