@@ -85,10 +85,8 @@ int32_t Course::AddSection(const std::string& sectionName) {
 }
 
 Ref<KeyedCollection<CourseSection>> Course::GetSections() const {
-    auto sections = New<KeyedCollection<CourseSection>>();
-    for (const Ref<CourseSection>& section : *Sections)
-        sections->Add(section, section->ID);
-    return sections;
+    // Under the keys that they have: a renamed section may bear the ID of another one.
+    return Sections->copy();
 }
 
 bool Course::SetTextBook(const Ref<norvakavlor::TextBook>& theTextBook) {
