@@ -152,7 +152,7 @@ const ClassInfo& Course::classInfo() {
         describe<Course>("Course", "A taught offering with a textbook and a list of sections.")
             .property("ID", &Course::ID, "Key in Courses.")
             .property("Name", &Course::Name, "Course name.")
-            .readOnly("Sections", &Course::Sections, "The sections, keyed by ID, in document order.")
+            .property("Sections", &Course::Sections, "The sections, keyed by ID, in document order.")
             .property("TextBook", &Course::TextBook, "The course's textbook; may be Nothing.")
             .property("NewSectionID", &Course::NewSectionID, "Number of the next section.")
             .method("LoadFromXMLNode", &Course::LoadFromXMLNode, {"node", {"textBooks", optional}},
