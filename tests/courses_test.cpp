@@ -87,6 +87,11 @@ TEST(Courses, NumberTheirSections) {
     EXPECT_EQ(sections->Item("3"), loaded->Sections->Item("3"));
     sections->clear();
     EXPECT_EQ(loaded->Sections->Count(), 4);
+    // Renaming leaves the key, be the name another one's.
+    loaded->Sections->Item("3")->ID = "2";
+    const auto renamed = loaded->GetSections();
+    EXPECT_EQ(renamed->Item("3"), loaded->Sections->Item("3"));
+    EXPECT_EQ(renamed->Count(), 4);
 }
 
 TEST(Courses, WriteOnlyWhatTheyHave) {

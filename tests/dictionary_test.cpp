@@ -1,5 +1,7 @@
+#include <functional>
 #include <gmock/gmock.h>
 #include <limits>
+#include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <string>
 #include <tests/support/outcome.h>
@@ -10,6 +12,22 @@ namespace {
 
 using ::testing::ElementsAre;
 using testing::errorNumber;
+using testing::outcome;
+
+/// An object whose end runs a client's code, as a script's object may.
+class Ending final : public Object {
+public:
+    explicit Ending(std::function<void()> code) : code_(std::move(code)) {}
+    ~Ending() override { code_(); }
+
+    static const ClassInfo& classInfo() {
+        static const ClassInfo info = describe<Ending>("Ending", "For tests.");
+        return info;
+    }
+
+private:
+    std::function<void()> code_;
+};
 
 std::vector<std::string> texts(const std::shared_ptr<Array>& array) {
     std::vector<std::string> result;
@@ -28,6 +46,10 @@ Ref<Dictionary> letters(const char* keys) {
 TEST(Dictionary, TellsKeysApart) {
     const auto object = New<Dictionary>();
     const auto other = New<Dictionary>();
+    const Value single = ExactNumber{ExactNumber::Type::Single, 85.7f, "85.7"};
+    const auto exact = [](const char* digits) {
+        return ExactNumber{ExactNumber::Type::Decimal, 9007199254740992.0, digits};
+    };
     const struct {
         Value one;
         Value two;
@@ -53,6 +75,9 @@ TEST(Dictionary, TellsKeysApart) {
         {object, object, true, true},
         {object, other, false, false},
         {object, Value::nothing(), false, false},
+        {single, single, true, true},
+        {single, "85.7", false, false},
+        {exact("9007199254740992"), exact("9007199254740993"), false, false},
     };
     for (const auto& c : cases) {
         for (const bool ignoreCase : {false, true}) {
@@ -116,6 +141,53 @@ TEST(Dictionary, RaisesWhatScriptsKnow) {
     dictionary->Add("a", 1);
     EXPECT_EQ(dictionary->CompareMode(), 1);
     EXPECT_EQ(errorNumber([&] { dictionary->Add("A", 1); }), 457);
+}
+
+// Whatever an item's end does to the dictionary that held it, it meets a whole one.
+TEST(Dictionary, LetsGoOfAnItemLast) {
+    const struct {
+        const char* what;
+        std::function<void(Dictionary&)> act;
+        const char* seen;
+    } cases[] = {
+        {"replaced", [](Dictionary& dictionary) { dictionary.SetItem("key", "new"); }, "key=new"},
+        {"replaced by an object",
+         [](Dictionary& dictionary) { dictionary.SetItem("key", New<Dictionary>()); }, "key=error 13"},
+        {"removed", [](Dictionary& dictionary) { dictionary.Remove("key"); }, ""},
+        {"all removed", [](Dictionary& dictionary) { dictionary.RemoveAll(); }, ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto dictionary = New<Dictionary>();
+        std::string seen = "nothing was let go";
+        dictionary->Add("key", New<Ending>([&] {
+                            seen = dictionary->Exists("key")
+                                       ? "key=" + outcome([&] { return dictionary->Item("key").toText(); })
+                                       : "";
+                            dictionary->RemoveAll();
+                        }));
+        c.act(*dictionary);
+        EXPECT_EQ(seen, c.seen);
+        EXPECT_TRUE(dictionary->empty());
+    }
+}
+
+TEST(Dictionary, EndsAChainOfAnyLength) {
+    int ended = 0;
+    Value chain = New<Ending>([&] { ++ended; });
+    for (int link = 0; link < 100000; ++link) {
+        const auto dictionary = New<Dictionary>();
+        dictionary->Add("next", link % 2 ? chain : Value(std::make_shared<Array>(Array{0, {chain}})));
+        chain = dictionary;
+    }
+    chain = Value();
+    EXPECT_EQ(ended, 1);
+    // The end of one object may set others free, and itself make and release some.
+    New<Ending>([&] {
+        New<Ending>([&] { ++ended; });
+        ++ended;
+    });
+    EXPECT_EQ(ended, 3);
 }
 
 TEST(Dictionary, IsWalkedByKeysWhileItChanges) {

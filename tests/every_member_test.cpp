@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <memory>
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/late_bound.h>
@@ -76,6 +76,7 @@ private:
             return node();
         case Type::Kind::Array:
             return std::make_shared<Array>(Array{0, {"a", Value(), Value::nothing()}});
+        case Type::Kind::Scalar:
         case Type::Kind::Any:
         case Type::Kind::None:
             break;
@@ -123,7 +124,13 @@ TEST(EveryMember, ReturnsOrRaises) {
     }
 }
 
+bool isCollection(const Type& type) {
+    return type.objectClass &&
+           (type.objectClass().name == "Collection" || type.objectClass().name == "Dictionary");
+}
+
 TEST(EveryProperty, GivesBackWhatWasPutOrIsReadOnly) {
+    std::vector<std::string> readOnlyCollections;
     const NoValidationString afterwards;
     const Arguments arguments(0);
     for (const Ref<Object>& object : oneOfEachClass()) {
@@ -131,7 +138,19 @@ TEST(EveryProperty, GivesBackWhatWasPutOrIsReadOnly) {
             SCOPED_TRACE(object->dynamicClass().name + "." + member.name);
             const Value value = arguments.of(member.type);
             if (!member.put) {
+                if (member.kind == Member::Kind::Property && isCollection(member.type))
+                    readOnlyCollections.push_back(object->dynamicClass().name + "." + member.name);
                 EXPECT_EQ(errorNumber([&] { put(*object, member.name, value); }), 438);
+            } else if (isCollection(member.type)) {
+                const Value former = get(*object, member.name);
+                put(*object, member.name, Value::nothing());
+                const Value empty = get(*object, member.name);
+                EXPECT_FALSE(empty.isAbsent());
+                EXPECT_FALSE(empty.toObject() == former.toObject());
+                put(*object, member.name, former);
+                const Value otherKind = New<KeyedCollection<Dictionary>>();
+                EXPECT_EQ(errorNumber([&] { put(*object, member.name, otherKind); }), 13);
+                EXPECT_TRUE(get(*object, member.name).toObject() == former.toObject());
             } else if (member.get && member.parameters.empty()) {
                 put(*object, member.name, value);
                 const Value read = get(*object, member.name);
@@ -143,6 +162,9 @@ TEST(EveryProperty, GivesBackWhatWasPutOrIsReadOnly) {
             }
         }
     }
+    EXPECT_THAT(readOnlyCollections,
+                ::testing::ElementsAre("TextBooks.textBooks", "Courses.Courses", "Objectives.Objectives",
+                                       "TaskPool.Tasks", "QuestionPool.Questions", "Students.Students"));
 }
 
 } // namespace

@@ -34,6 +34,8 @@ TEST(Value, ConvertsAsAnAssignmentWould) {
         {"large", 1e10, "10000000000", "True", kRange, kRange, "10000000000", kRange},
         {"date", Date{38060.25}, "3/14/2004 6:00:00 AM", "True", kRange, "38060", "38060.25",
          "3/14/2004 6:00:00 AM"},
+        {"single", ExactNumber{ExactNumber::Type::Single, 85.7f, "85.7"}, "85.7", "True", "86", "86",
+         "85.6999969482422", "3/25/1900 4:48:00 PM"},
         {"text", "abc", "abc", kWrong, kWrong, kWrong, kWrong, kWrong},
         {"no text", "", "", kWrong, kWrong, kWrong, kWrong, kWrong},
         {"number's text", " 2.5", " 2.5", "True", "2", "2", "2.5", kWrong},

@@ -180,8 +180,8 @@ const ClassInfo& Exam::classInfo() {
             .property("Prefs", &Exam::Prefs, "The preferences under which it is delivered; may be Nothing.")
             .property("StudentID", &Exam::StudentID, "The student of an attempt.")
             .property("IsChallenge", &Exam::IsChallenge, "Is it a challenge exam?")
-            .readOnly("Questions", &Exam::Questions, "The questions, keyed by ID, in exam order.")
-            .readOnly("ExamAssignments", &Exam::ExamAssignments, "The exam's assignments, in document order.")
+            .property("Questions", &Exam::Questions, "The questions, keyed by ID, in exam order.")
+            .property("ExamAssignments", &Exam::ExamAssignments, "The exam's assignments, in document order.")
             .property("ExamFileName", &Exam::ExamFileName, "File name of the document last loaded or saved.")
             .method("Load", &Exam::Load, {"location", {"questionPool", optional}},
                     "Loads a document; False when it cannot be had or does not parse.")

@@ -29,14 +29,12 @@ public:
     bool Started = false;        ///< the attempt has begun
     double PctCorrect = 0;       ///< percentage of correct answers
     std::string Title;
-    int16_t Source = 0;       ///< one of ExamSources; any value is kept
-    Ref<Preferences> Prefs;   ///< may be Nothing; saved as new preferences then
-    std::string StudentID;    ///< the student of an attempt
-    bool IsChallenge = false; ///< challenge exam
-    const Ref<KeyedCollection<Question>> Questions =
-        New<KeyedCollection<Question>>(); ///< keyed by ID, in exam order
-    const Ref<KeyedCollection<ExamAssignment>> ExamAssignments =
-        New<KeyedCollection<ExamAssignment>>(); ///< no keys
+    int16_t Source = 0;                           ///< one of ExamSources; any value is kept
+    Ref<Preferences> Prefs;                       ///< may be Nothing; saved as new preferences then
+    std::string StudentID;                        ///< the student of an attempt
+    bool IsChallenge = false;                     ///< challenge exam
+    NotNull<KeyedCollection<Question>> Questions; ///< keyed by ID, in exam order
+    NotNull<KeyedCollection<ExamAssignment>> ExamAssignments; ///< no keys
     std::string
         ExamFileName; ///< file name of the document last loaded or saved; ends in "." without extension
 

@@ -82,7 +82,7 @@ const ClassInfo& ExamList::classInfo() {
     static const ClassInfo info =
         describe<ExamList>("ExamList", "A named list of exams with shared preferences.")
             .property("Title", &ExamList::Title, "The list's title.")
-            .readOnly("Exams", &ExamList::Exams, "The exam files that were found, in document order.")
+            .property("Exams", &ExamList::Exams, "The exam files that were found, in document order.")
             .property("Prefs", &ExamList::Prefs, "The shared preferences; may be Nothing.")
             .property("ExamListFileName", &ExamList::ExamListFileName,
                       "File name of the document last loaded or saved.")

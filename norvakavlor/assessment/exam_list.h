@@ -12,10 +12,9 @@ namespace norvakavlor {
 class ExamList final : public Object {
 public:
     std::string Title;
-    const Ref<KeyedCollection<TitleFilename>> Exams =
-        New<KeyedCollection<TitleFilename>>(); ///< those found; no keys
-    Ref<Preferences> Prefs;                    ///< may be Nothing; saved as new preferences then
-    std::string ExamListFileName;              ///< file name of the document last loaded or saved
+    NotNull<KeyedCollection<TitleFilename>> Exams; ///< those found; no keys
+    Ref<Preferences> Prefs;                        ///< may be Nothing; saved as new preferences then
+    std::string ExamListFileName;                  ///< file name of the document last loaded or saved
 
     /// Loads a list and finds each of its exam files in the first of the directories, separated by ";", that
     /// has it; a file found in none is left out, as is a name with a separator in it. False, with nothing

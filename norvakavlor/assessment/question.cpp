@@ -58,7 +58,7 @@ const ClassInfo& Question::classInfo() {
         describe<Question>("Question", "One question: simulated steps with their accepted answers.")
             .property("ID", &Question::ID, "Key in QuestionPool.")
             .property("Text", &Question::Text, "The question's text; may hold markup.")
-            .readOnly("Answers", &Question::Answers, "The accepted answers, in order.")
+            .property("Answers", &Question::Answers, "The accepted answers, in order.")
             .property("AnswerInOrder", &Question::AnswerInOrder, "Must the answers be given in order?")
             .property("Skill", &Question::Skill, "The skill; in no pool document.")
             .property("Objective", &Question::Objective,
@@ -74,17 +74,17 @@ const ClassInfo& Question::classInfo() {
             .property("AltText1", &Question::AltText1, "Alternative text.")
             .property("AltText2", &Question::AltText2, "Alternative text.")
             .property("AltText3", &Question::AltText3, "Alternative text.")
-            .readOnly("BGImages", &Question::BGImages, "Background image of each step.")
-            .readOnly("CorrectBGImages", &Question::CorrectBGImages,
+            .property("BGImages", &Question::BGImages, "Background image of each step.")
+            .property("CorrectBGImages", &Question::CorrectBGImages,
                       "Image of the right answer of each step.")
-            .readOnly("DialogBoxes", &Question::DialogBoxes, "Dialog box of each step.")
-            .readOnly("TaskPaneList", &Question::TaskPaneList, "Task panes, in order.")
-            .readOnly("DivIDs", &Question::DivIDs, "Page element of each step.")
+            .property("DialogBoxes", &Question::DialogBoxes, "Dialog box of each step.")
+            .property("TaskPaneList", &Question::TaskPaneList, "Task panes, in order.")
+            .property("DivIDs", &Question::DivIDs, "Page element of each step.")
             .property("QuestionSetupFunction", &Question::QuestionSetupFunction,
                       "Set-up function; read, never written.")
             .property("QuestionSetupParam", &Question::QuestionSetupParam,
                       "Its parameter; read, never written.")
-            .readOnly("QuestionImages", &Question::QuestionImages,
+            .property("QuestionImages", &Question::QuestionImages,
                       "Images of the question; read, never written.")
             .property("Points", &Question::Points, "Points in an exam.")
             .property("Remediation", &Question::Remediation, "Remediation text in an exam.")

@@ -26,14 +26,13 @@ public:
 /// compared exactly, to what it shows; lists have no keys.
 class Question final : public Object {
 public:
-    std::string ID;   ///< key in QuestionPool
-    std::string Text; ///< may hold markup
-    const Ref<KeyedCollection<std::string>> Answers =
-        New<KeyedCollection<std::string>>(); ///< accepted, in order
-    bool AnswerInOrder = false;              ///< must the answers be given in order?
-    std::string Skill;                       ///< in no pool document
-    Ref<norvakavlor::Objective> Objective;   ///< shared with the objectives it was found in; may be Nothing
-    Ref<norvakavlor::Task> Task;             ///< shared with the pool it was found in; may be Nothing
+    std::string ID;                                ///< key in QuestionPool
+    std::string Text;                              ///< may hold markup
+    NotNull<KeyedCollection<std::string>> Answers; ///< accepted, in order
+    bool AnswerInOrder = false;                    ///< must the answers be given in order?
+    std::string Skill;                             ///< in no pool document
+    Ref<norvakavlor::Objective> Objective; ///< shared with the objectives it was found in; may be Nothing
+    Ref<norvakavlor::Task> Task;           ///< shared with the pool it was found in; may be Nothing
     std::string Hint;
     std::string Module;      ///< the objective's module as loading found it
     int16_t Correct = 0;     ///< result of an attempt; in a summary, how many students answered right
@@ -44,17 +43,16 @@ public:
     std::string AltText1;
     std::string AltText2;
     std::string AltText3;
-    const Ref<Dictionary> BGImages = New<Dictionary>();        ///< step -> background image
-    const Ref<Dictionary> CorrectBGImages = New<Dictionary>(); ///< step -> image of the right answer
-    const Ref<Dictionary> DialogBoxes = New<Dictionary>();     ///< step -> DialogBox
-    const Ref<KeyedCollection<std::string>> TaskPaneList = New<KeyedCollection<std::string>>();
-    const Ref<Dictionary> DivIDs = New<Dictionary>(); ///< step -> page element
-    std::string QuestionSetupFunction;                ///< read from documents, never written
-    std::string QuestionSetupParam;                   ///< likewise
-    const Ref<KeyedCollection<std::string>> QuestionImages =
-        New<KeyedCollection<std::string>>(); ///< likewise
-    int16_t Points = 1;                      ///< set by exams
-    std::string Remediation;                 ///< set by exams
+    NotNull<Dictionary> BGImages;        ///< step -> background image
+    NotNull<Dictionary> CorrectBGImages; ///< step -> image of the right answer
+    NotNull<Dictionary> DialogBoxes;     ///< step -> DialogBox
+    NotNull<KeyedCollection<std::string>> TaskPaneList;
+    NotNull<Dictionary> DivIDs;                           ///< step -> page element
+    std::string QuestionSetupFunction;                    ///< read from documents, never written
+    std::string QuestionSetupParam;                       ///< likewise
+    NotNull<KeyedCollection<std::string>> QuestionImages; ///< likewise
+    int16_t Points = 1;                                   ///< set by exams
+    std::string Remediation;                              ///< set by exams
 
     /// A new question with the texts, results, Objective and Task (the same objects) of this one; its
     /// answers, images, dialog boxes and other lists and its set-up are empty, as exams have it.

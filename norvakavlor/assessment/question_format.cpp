@@ -23,7 +23,7 @@ constexpr auto kHint = unlessEmpty("hint", &Question::Hint);
 struct StepList {
     const char* list;
     const char* element;
-    Ref<Dictionary> const Question::*dictionary;
+    NotNull<Dictionary> Question::*dictionary;
     int missingStep;           ///< error code
     int duplicate;             ///< error code
     const char* duplicateName; ///< what the error text calls the list

@@ -85,10 +85,8 @@ int32_t Course::AddSection(const std::string& sectionName) {
 }
 
 Ref<KeyedCollection<CourseSection>> Course::GetSections() const {
-    auto sections = New<KeyedCollection<CourseSection>>();
-    for (const Ref<CourseSection>& section : *Sections)
-        sections->Add(section, section->ID);
-    return sections;
+    // Under the keys that they have: a renamed section may bear the ID of another one.
+    return Sections->copy();
 }
 
 bool Course::SetTextBook(const Ref<norvakavlor::TextBook>& theTextBook) {
@@ -154,7 +152,7 @@ const ClassInfo& Course::classInfo() {
         describe<Course>("Course", "A taught offering with a textbook and a list of sections.")
             .property("ID", &Course::ID, "Key in Courses.")
             .property("Name", &Course::Name, "Course name.")
-            .readOnly("Sections", &Course::Sections, "The sections, keyed by ID, in document order.")
+            .property("Sections", &Course::Sections, "The sections, keyed by ID, in document order.")
             .property("TextBook", &Course::TextBook, "The course's textbook; may be Nothing.")
             .property("NewSectionID", &Course::NewSectionID, "Number of the next section.")
             .method("LoadFromXMLNode", &Course::LoadFromXMLNode, {"node", {"textBooks", optional}},

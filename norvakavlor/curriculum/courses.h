@@ -26,10 +26,9 @@ class Course final : public Object {
 public:
     std::string ID;   ///< key in Courses; decimal digits when AddCourse made it
     std::string Name; ///< course name
-    const Ref<KeyedCollection<CourseSection>> Sections =
-        New<KeyedCollection<CourseSection>>(); ///< keyed by ID
-    Ref<norvakavlor::TextBook> TextBook;       ///< may be Nothing; shared with whoever holds it
-    int32_t NewSectionID = 0;                  ///< number of the next section; in no document
+    NotNull<KeyedCollection<CourseSection>> Sections; ///< keyed by ID
+    Ref<norvakavlor::TextBook> TextBook;              ///< may be Nothing; shared with whoever holds it
+    int32_t NewSectionID = 0;                         ///< number of the next section; in no document
 
     /// Reads a class element. The textbook is looked up in `textBooks`; without those it is a new one that
     /// has its ID alone. Raises the plain number 641 for a textbook that `textBooks` lacks and 457 for a
@@ -39,7 +38,7 @@ public:
 
     /// Adds a section under the next number and gives that number.
     int32_t AddSection(const std::string& sectionName);
-    /// A new collection that holds the same section objects.
+    /// A new collection that holds the same section objects under the same keys.
     Ref<KeyedCollection<CourseSection>> GetSections() const;
     /// Shares `theTextBook`. Always True.
     bool SetTextBook(const Ref<norvakavlor::TextBook>& theTextBook);

@@ -123,7 +123,7 @@ const ClassInfo& Objective::classInfo() {
             .property("Module", &Objective::Module, "The group that it belongs to.")
             .property("SkillSet", &Objective::SkillSet, "Label of the skill set.")
             .property("Label", &Objective::Label, "Display label.")
-            .readOnly("References", &Objective::References, "References into textbooks, in document order.")
+            .property("References", &Objective::References, "References into textbooks, in document order.")
             .method("LoadFromXMLNode", &Objective::LoadFromXMLNode, {"node", {"textBooks", optional}},
                     "Reads an objective element.")
             .method("SaveToXMLNode", &Objective::SaveToXMLNode, {"document", "node"},

@@ -29,11 +29,11 @@ public:
 /// One skill that is taught and assessed.
 class Objective final : public Object {
 public:
-    std::string ID;       ///< key in Objectives
-    std::string Module;   ///< the group that it belongs to
-    std::string SkillSet; ///< label of the skill set
-    std::string Label;    ///< display label
-    const Ref<KeyedCollection<Reference>> References = New<KeyedCollection<Reference>>(); ///< no keys
+    std::string ID;                                 ///< key in Objectives
+    std::string Module;                             ///< the group that it belongs to
+    std::string SkillSet;                           ///< label of the skill set
+    std::string Label;                              ///< display label
+    NotNull<KeyedCollection<Reference>> References; ///< no keys
 
     /// Reads an objective element; a missing child leaves its field as it is. Raises what references raise;
     /// those before it stay.

@@ -50,8 +50,7 @@ void Task::SaveToXMLNode(xml::Node node) const {
     if (Objective)
         node.append("objectiveRef", Objective->ID);
     node.append("baseHREF", BaseHREF);
-    if (References)
-        saveReferences(*References, node);
+    saveReferences(*References, node);
 }
 
 void Task::SetObjectiveID(const std::string& objectiveID) {
@@ -109,7 +108,7 @@ const ClassInfo& Task::classInfo() {
             .property("BaseHREF", &Task::BaseHREF, "Base address of the task's content.")
             .property("CompletionDate", &Task::CompletionDate,
                       "When the student completed it; the zero date if not.")
-            .readOnly("References", &Task::References, "References into textbooks; clones share them.")
+            .property("References", &Task::References, "References into textbooks; clones share them.")
             .method("Clone", &Task::Clone, {}, "A new task with the same fields.")
             .method("SaveToXMLNode", &Task::SaveToXMLNode, {"node"}, "Fills a task element.")
             .method("SetObjectiveID", &Task::SetObjectiveID, {"objectiveID"},

@@ -17,8 +17,7 @@ public:
     Ref<norvakavlor::Objective> Objective; ///< shared with the objectives it was found in; may be Nothing
     std::string BaseHREF;                  ///< base address of the task's content
     Date CompletionDate; ///< when the student completed it; in no pool document, lessons use it
-    Ref<KeyedCollection<Reference>> References =
-        New<KeyedCollection<Reference>>(); ///< no keys; clones share it
+    NotNull<KeyedCollection<Reference>> References; ///< no keys; clones share it
 
     /// A new task with the same fields, sharing Objective and References.
     Ref<Task> Clone() const;

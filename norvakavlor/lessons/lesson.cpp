@@ -209,8 +209,8 @@ const ClassInfo& Lesson::classInfo() {
     static const ClassInfo info =
         describe<Lesson>("Lesson", "A training unit: a titled list of tasks with their completion dates.")
             .property("Title", &Lesson::Title, "The lesson's title.")
-            .readOnly("LessonAssignments", &Lesson::LessonAssignments, "Where the lesson is assigned.")
-            .readOnly("Tasks", &Lesson::Tasks, "Copies of the pool's tasks, keyed by ID.")
+            .property("LessonAssignments", &Lesson::LessonAssignments, "Where the lesson is assigned.")
+            .property("Tasks", &Lesson::Tasks, "Copies of the pool's tasks, keyed by ID.")
             .property("LessonFilename", &Lesson::LessonFilename, "File name last loaded from or saved to.")
             .property("LessonObjType", &Lesson::LessonObjType, "2 for a textbook lesson.")
             .property("LessonID", &Lesson::LessonID, "The lesson's ID.")
@@ -230,7 +230,7 @@ const ClassInfo& Lesson::classInfo() {
             .method("GetLessons", &Lesson::GetLessons, {"Directory", "lessonType"},
                     "The lessons of a type in a directory.")
             .method("GetStudentLessons", &Lesson::GetStudentLessons,
-                    {"Directory", "StudentID", {"Completed", optional}, {"TaskPool", optional}},
+                    {"Directory", "StudentID", scalar({"Completed", optional}), {"TaskPool", optional}},
                     "A student's copies, loaded: complete, open or all.")
             .method("CalcLessonComplete", &Lesson::CalcLessonComplete, {},
                     "Has every task a completion date?")

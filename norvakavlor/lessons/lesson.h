@@ -28,12 +28,10 @@ public:
 class Lesson final : public Object {
 public:
     std::string Title;
-    const Ref<KeyedCollection<LessonAssignment>> LessonAssignments =
-        New<KeyedCollection<LessonAssignment>>(); ///< no keys
-    const Ref<KeyedCollection<Task>> Tasks =
-        New<KeyedCollection<Task>>(); ///< copies of the pool's tasks, keyed by ID
-    std::string LessonFilename;       ///< file name, without directory, last loaded from or saved to
-    int16_t LessonObjType = 0; ///< 2: a textbook lesson, which has an object kind of its own on the server
+    NotNull<KeyedCollection<LessonAssignment>> LessonAssignments; ///< no keys
+    NotNull<KeyedCollection<Task>> Tasks;                         ///< copies of the pool's tasks, keyed by ID
+    std::string LessonFilename; ///< file name, without directory, last loaded from or saved to
+    int16_t LessonObjType = 0;  ///< 2: a textbook lesson, which has an object kind of its own on the server
     std::string LessonID;
     std::string ExternalID; ///< the lesson's ID in an outside system, such as the gradebook
     bool Completed = false; ///< the flag stored in the document; no calculation here consults it

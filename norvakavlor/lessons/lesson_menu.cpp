@@ -55,7 +55,7 @@ const ClassInfo& LessonMenu::classInfo() {
         describe<LessonMenu>("LessonMenu",
                              "What a student sees when choosing a lesson: a titled list of tutorials.")
             .property("Title", &LessonMenu::Title, "The menu's title.")
-            .readOnly("Tutorials", &LessonMenu::Tutorials, "The tutorials, in document order.")
+            .property("Tutorials", &LessonMenu::Tutorials, "The tutorials, in document order.")
             .property("LessonMenuObjType", &LessonMenu::LessonMenuObjType, "2 for a textbook menu.")
             .method("GetLessonMenus", &LessonMenu::GetLessonMenus, {"Directory"}, "The menus of a directory.")
             .method("Load", &LessonMenu::Load,

@@ -11,8 +11,7 @@ namespace norvakavlor {
 class LessonMenu final : public Object {
 public:
     std::string Title;
-    const Ref<KeyedCollection<Tutorial>> Tutorials =
-        New<KeyedCollection<Tutorial>>(); ///< in document order; no keys
+    NotNull<KeyedCollection<Tutorial>> Tutorials; ///< in document order; no keys
     int16_t LessonMenuObjType = 1; ///< 2: a textbook menu, whose tutorials and lessons are a textbook's too
 
     /// The menus of a directory: local names end in "_lm.xml" in any letter case.

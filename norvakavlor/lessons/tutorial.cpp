@@ -112,8 +112,8 @@ const ClassInfo& Tutorial::classInfo() {
     static const ClassInfo info =
         describe<Tutorial>("Tutorial", "A titled group of lessons in a menu.")
             .property("Title", &Tutorial::Title, "The tutorial's title.")
-            .readOnly("LessonTitleFiles", &Tutorial::LessonTitleFiles, "The lesson files that were found.")
-            .readOnly("Lessons", &Tutorial::Lessons, "The loaded lessons, in the order of their files.")
+            .property("LessonTitleFiles", &Tutorial::LessonTitleFiles, "The lesson files that were found.")
+            .property("Lessons", &Tutorial::Lessons, "The loaded lessons, in the order of their files.")
             .property("BaseHREF", &Tutorial::BaseHREF, "Base address of the content.")
             .property("Spacer", &Tutorial::Spacer, "Is it a spacer line and no real tutorial?")
             .property("TutorialType", &Tutorial::TutorialType, "One of TutorialTypes.")

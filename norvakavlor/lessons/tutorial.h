@@ -14,14 +14,12 @@ enum class TutorialTypes : int16_t { TutorialNormal = 0, TutorialNoExpand = 1, T
 class Tutorial final : public Object {
 public:
     std::string Title;
-    const Ref<KeyedCollection<TitleFilename>> LessonTitleFiles =
-        New<KeyedCollection<TitleFilename>>(); ///< no keys
-    const Ref<KeyedCollection<Lesson>> Lessons =
-        New<KeyedCollection<Lesson>>(); ///< in the order of their files; no keys
-    std::string BaseHREF;               ///< base address of the content; in no document
-    bool Spacer = false;                ///< a spacer line in the menu, not a real tutorial
-    int16_t TutorialType = 0;           ///< one of TutorialTypes
-    int16_t LessonObjType = 1;          ///< 2: textbook lessons
+    NotNull<KeyedCollection<TitleFilename>> LessonTitleFiles; ///< no keys
+    NotNull<KeyedCollection<Lesson>> Lessons;                 ///< in the order of their files; no keys
+    std::string BaseHREF;                                     ///< base address of the content; in no document
+    bool Spacer = false;       ///< a spacer line in the menu, not a real tutorial
+    int16_t TutorialType = 0;  ///< one of TutorialTypes
+    int16_t LessonObjType = 1; ///< 2: textbook lessons
 
     /// Reads a tutorial element and loads its lessons. Without a directory list each lesson has its file name
     /// alone. With one, the pieces between ";" are tried in order; a lesson found in none, or whose name

@@ -30,7 +30,7 @@ std::string ModuleDiscManager::GetFileForModule(const std::string& moduleName) c
 const ClassInfo& ModuleDiscManager::classInfo() {
     static const ClassInfo info =
         describe<ModuleDiscManager>("ModuleDiscManager", "Which file serves which module of the curriculum.")
-            .readOnly("moduleHash", &ModuleDiscManager::moduleHash, "Module name to file.")
+            .property("moduleHash", &ModuleDiscManager::moduleHash, "Module name to file.")
             .method("LoadConfigFile", &ModuleDiscManager::LoadConfigFile, {"xmlFileName"},
                     "Adds the modules of a configuration file; False when it does not parse.")
             .method("GetFileForModule", &ModuleDiscManager::GetFileForModule, {"moduleName"},

@@ -8,7 +8,7 @@ namespace norvakavlor {
 /// Which file serves which module of the curriculum, where the material comes on separate media.
 class ModuleDiscManager final : public Object {
 public:
-    const Ref<Dictionary> moduleHash = New<Dictionary>(); ///< live: module name, compared exactly -> file
+    NotNull<Dictionary> moduleHash; ///< live: module name, compared exactly -> file
 
     /// Adds the modules of a local configuration file. False, with nothing changed, when it is missing or
     /// does not parse. An element without name or file takes that of the element before it. Raises 457 for a

@@ -170,7 +170,7 @@ const ClassInfo& LiveExScore::classInfo() {
 const ClassInfo& LiveExResults::classInfo() {
     static const ClassInfo info =
         describe<LiveExResults>("LiveExResults", "What a student achieved in a live exercise.")
-            .readOnly("Scores", &LiveExResults::Scores, "The scores, keyed by ID.")
+            .property("Scores", &LiveExResults::Scores, "The scores, keyed by ID.")
             .property("Title", &LiveExResults::Title, "The exercise's title.")
             .property("ExamID", &LiveExResults::ExamID, "The exercise.")
             .property("CompletionDate", &LiveExResults::CompletionDate, "Completion date as text.")

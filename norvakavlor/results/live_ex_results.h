@@ -26,8 +26,7 @@ public:
 /// step.
 class LiveExResults final : public Object {
 public:
-    const Ref<KeyedCollection<LiveExScore>> Scores =
-        New<KeyedCollection<LiveExScore>>(); ///< live; keyed by ID
+    NotNull<KeyedCollection<LiveExScore>> Scores; ///< live; keyed by ID
     std::string Title;
     std::string ExamID; ///< the exercise
     std::string CompletionDate;

@@ -14,8 +14,24 @@ namespace norvakavlor {
 
 /// The type of a property, a parameter or a result as clients know it.
 struct Type {
-    enum class Kind { None, Text, Boolean, Int16, Int32, Double, Date, Object, Node, Document, Array, Any };
+    enum class Kind {
+        None,
+        Text,
+        Boolean,
+        Int16,
+        Int32,
+        Double,
+        Date,
+        Object,
+        Node,
+        Document,
+        Array,
+        Scalar,
+        Any
+    };
 
+    /// Scalar is text, number or date, whichever comes; where one of these is wanted, an object stands for
+    /// its default value. Any keeps an object as it is.
     Kind kind = Kind::None;
     /// The class of an Object; asked only when needed, as two classes may name each other.
     const ClassInfo& (*objectClass)() = nullptr;

@@ -60,7 +60,7 @@ template <> struct ArgumentTraits<std::string_view> {
 /// A text that may be absent, which is not the same as an empty one.
 template <> struct ArgumentTraits<std::optional<std::string>> {
     using Held = std::optional<std::string>;
-    static Type type() { return {Type::Kind::Any, nullptr}; }
+    static Type type() { return {Type::Kind::Scalar, nullptr}; }
     static Held take(const Value& value) { return value.isAbsent() ? Held() : Held(value.toText()); }
     static Held& give(Held& held) { return held; }
 };
@@ -112,6 +112,13 @@ template <class T> struct ArgumentTraits<Ref<T>> {
     static Held& give(Held& held) { return held; }
 };
 
+/// Nothing gives a new object.
+template <class T> struct ArgumentTraits<NotNull<T>> : ArgumentTraits<Ref<T>> {
+    using Held = NotNull<T>;
+    static Held take(const Value& value) { return ArgumentTraits<Ref<T>>::take(value); }
+    static Held& give(Held& held) { return held; }
+};
+
 template <class T>
 requires std::is_base_of_v<Object, T>
 struct ArgumentTraits<T*> {
@@ -147,11 +154,18 @@ struct ParameterName {
     const char* name;
     bool isOptional = false;
     bool isByReference = false;
+    bool isScalar = false;
 };
 
 inline ParameterName byRefResult(const char* name) {
     ParameterName parameter(name);
     parameter.isByReference = true;
+    return parameter;
+}
+
+/// A `Value` that is a text or a number, never an object: a collection's key or index.
+inline ParameterName scalar(ParameterName parameter) {
+    parameter.isScalar = true;
     return parameter;
 }
 
@@ -215,6 +229,7 @@ public:
                                                            const char* help) {
         Member row = fieldRow(name, field, help);
         row.put = [field](Object& object, std::span<Value>, const Value& value) {
+            // Nothing may follow: releasing the former value may run a client's code that frees the object.
             static_cast<T&>(object).*field = detail::ParameterTraits<Field>::take(value);
         };
         return add(std::move(row));
@@ -345,7 +360,8 @@ private:
         std::vector<Parameter> rows;
         const Type types[] = {detail::ParameterTraits<Parameters>::type()..., Type{}};
         for (const ParameterName& name : names) {
-            rows.push_back({name.name, types[rows.size()], name.isOptional, name.isByReference});
+            const Type type = name.isScalar ? Type{Type::Kind::Scalar, nullptr} : types[rows.size()];
+            rows.push_back({name.name, type, name.isOptional, name.isByReference});
         }
         if (rows.size() != sizeof...(Parameters))
             throw std::logic_error("a table names too few or too many parameters");

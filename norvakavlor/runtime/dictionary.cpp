@@ -30,6 +30,8 @@ std::string Dictionary::identityOf(const Value& key) const {
         return "z";
     if (key.as<std::shared_ptr<Array>>())
         throw runtimeError(RuntimeError::InvalidProcedureCall);
+    if (const auto* number = key.as<ExactNumber>())
+        return "x" + number->text; // which no double's digits are
     return numberIdentity(key.toDouble());
 }
 
@@ -60,6 +62,7 @@ Value Dictionary::Item(const Value& key) {
 
 void Dictionary::SetItem(const Value& key, const Value& item) {
     if (Entry* entry = findEntry(key)) {
+        // Nothing may follow: releasing the former item may run a client's code that removes the entry.
         entry->item = item;
     } else {
         insert(key, item);

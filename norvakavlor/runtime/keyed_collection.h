@@ -79,6 +79,14 @@ public:
         const auto removed = std::exchange(entries_, {});
     }
 
+    /// A new collection of the same items under the same keys, whatever the items are called by now.
+    Ref<KeyedCollection> copy() const {
+        auto result = New<KeyedCollection>();
+        for (const auto& entry : entries_)
+            result->insert(result->entries_.size(), entry->item, entry->key);
+        return result;
+    }
+
     int32_t Count() const { return static_cast<int32_t>(entries_.size()); }
     bool empty() const { return entries_.empty(); }
 
@@ -113,13 +121,14 @@ public:
             describe<KeyedCollection>(
                 "Collection", "An ordered collection; keys are compared without regard to letter case.")
                 .method("Add", &KeyedCollection::addLate,
-                        {"item", {"key", optional}, {"before", optional}, {"after", optional}},
+                        {kHoldsObjects ? ParameterName("item") : scalar("item"), scalar({"key", optional}),
+                         scalar({"before", optional}), scalar({"after", optional})},
                         "Adds an item, at the end or before or after another one; raises 457 when the key is "
                         "taken.")
-                .method("Remove", &KeyedCollection::removeLate, {"index"},
+                .method("Remove", &KeyedCollection::removeLate, {scalar("index")},
                         "Removes the item under a key or at a position from 1.")
                 .readOnly("Item", &KeyedCollection::itemLate, "The item under a key or at a position from 1.",
-                          {"index"})
+                          {scalar("index")})
                 .readOnly("Count", &KeyedCollection::Count, "The number of items.")
                 .defaultMember("Item")
                 .enumerates(&KeyedCollection::elementAt)
@@ -136,6 +145,7 @@ private:
         uint64_t place = 0;
     };
 
+    static constexpr bool kHoldsObjects = std::is_base_of_v<Object, T>;
     static constexpr uint64_t kGap = uint64_t{1} << 32;
     static constexpr uint64_t kMiddle = uint64_t{1} << 63;
 
@@ -232,7 +242,7 @@ private:
         if (!key.isEmpty())
             itemKey = upperCase(key.toText());
         Element typed = ArgumentTraits<Element>::take(item);
-        if constexpr (std::is_base_of_v<Object, T>) {
+        if constexpr (kHoldsObjects) {
             if (!typed)
                 throw runtimeError(RuntimeError::TypeMismatch);
         }

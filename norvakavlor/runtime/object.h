@@ -34,7 +34,12 @@ private:
     template <class T> friend class Ref;
     template <class T, class... Arguments> friend Ref<T> New(Arguments&&... arguments);
 
+    /// Ends an object that nobody holds any more. Objects that its end sets free end after it, one after the
+    /// other: a chain of any length needs no stack.
+    static void end(Object* object) noexcept;
+
     const ClassInfo& (*classInfo_)() = nullptr;
+    Object* nextToEnd_ = nullptr;
     uint32_t references_ = 0;
 };
 
@@ -71,11 +76,36 @@ private:
     void release() {
         if (T* object = std::exchange(object_, nullptr)) {
             if (--static_cast<Object*>(object)->references_ == 0)
-                delete object;
+                Object::end(object);
         }
     }
 
     T* object_ = nullptr;
+};
+
+/// A reference that always holds an object: a null Ref in its place makes a new one. For collections that may
+/// be set: `exam->Questions = other->Questions` shares, `exam->Questions = nullptr` begins an empty one.
+template <class T> class NotNull {
+public:
+    NotNull() : object_(New<T>()) {}
+    NotNull(const NotNull&) = default; // also moves: what was moved from would be null
+    NotNull(Ref<T> object) : object_(object ? std::move(object) : New<T>()) {}
+    ~NotNull() = default;
+    NotNull& operator=(NotNull other) noexcept {
+        std::swap(object_, other.object_);
+        return *this;
+    }
+
+    operator const Ref<T>&() const { return object_; }
+    T* get() const { return object_.get(); }
+    T* operator->() const { return object_.get(); }
+    T& operator*() const { return *object_; }
+    friend bool operator==(const NotNull& left, const NotNull& right) {
+        return left.object_ == right.object_;
+    }
+
+private:
+    Ref<T> object_;
 };
 
 /// Creates an object of a public class: `auto books = New<TextBooks>();`.

@@ -12,7 +12,7 @@ namespace {
 template <class... Functions> struct Overloads : Functions... { using Functions::operator()...; };
 template <class... Functions> Overloads(Functions...) -> Overloads<Functions...>;
 
-/// Every conversion to a number: by way of a double, which holds each of the scalar types exactly.
+/// Every conversion to a number: by way of a double, which is as exact as any number wanted here.
 template <class Number, class FromText>
 Number toNumber(const Value::Storage& storage, Number (*fromDouble)(double), FromText fromText) {
     return std::visit(Overloads{[](std::monostate) { return Number{}; },
@@ -21,6 +21,7 @@ Number toNumber(const Value::Storage& storage, Number (*fromDouble)(double), Fro
                                 [&](int32_t value) { return fromDouble(value); },
                                 [&](double value) { return fromDouble(value); },
                                 [&](Date value) { return fromDouble(value.days); },
+                                [&](const ExactNumber& value) { return fromDouble(value.number); },
                                 [&](const std::string& value) { return fromText(value); },
                                 [](const auto&) -> Number { mismatch(); }},
                       storage);
@@ -41,6 +42,7 @@ std::string Value::toText() const {
                                 [](double value) { return norvakavlor::toText(value); },
                                 [](Date value) { return norvakavlor::toText(value); },
                                 [](const std::string& value) { return value; },
+                                [](const ExactNumber& value) { return value.text; },
                                 [](const auto&) -> std::string { mismatch(); }},
                       storage_);
 }

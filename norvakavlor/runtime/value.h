@@ -14,6 +14,18 @@ namespace norvakavlor {
 
 struct Array;
 
+/// A client's number whose digits a double would not give as text: a single (as a double, 85.7 is
+/// 85.6999969482422), or a currency, decimal or 64-bit integer of more than 15 digits.
+struct ExactNumber {
+    enum class Type { Single, Decimal };
+
+    Type type = Type::Decimal; ///< currencies and 64-bit integers are decimals
+    double number = 0;         ///< the nearest double
+    std::string text;
+
+    friend bool operator==(const ExactNumber&, const ExactNumber&) = default;
+};
+
 /// What a late-bound client passes in and gets back. A missing argument is Empty, Nothing is an object
 /// that is a null Ref. Copies of a Value share its object and its array.
 class Value {
@@ -22,9 +34,18 @@ public:
         friend bool operator==(Null, Null) = default;
     };
     using Storage = std::variant<std::monostate, Null, bool, int16_t, int32_t, double, Date, std::string,
-                                 Ref<Object>, std::shared_ptr<Array>>;
+                                 Ref<Object>, std::shared_ptr<Array>, ExactNumber>;
 
     Value() = default;
+    Value(const Value&) = default;
+    Value(Value&&) noexcept = default;
+    ~Value() = default;
+    /// The former content is released last, when the value holds the new one: releasing may run a client's
+    /// code, which may look here.
+    Value& operator=(Value other) noexcept {
+        storage_.swap(other.storage_);
+        return *this;
+    }
     Value(Null null) : storage_(null) {}
     Value(bool value) : storage_(value) {}
     Value(int16_t value) : storage_(value) {}
@@ -36,7 +57,9 @@ public:
     Value(const char* value) : storage_(std::string(value)) {}
     template <class T> Value(T* pointer) = delete; // it would become a boolean; an object travels in a Ref
     template <class T> Value(const Ref<T>& object) : storage_(Ref<Object>(object)) {}
+    template <class T> Value(const NotNull<T>& object) : storage_(Ref<Object>(object.get())) {}
     Value(std::shared_ptr<Array> array) : storage_(std::move(array)) {}
+    Value(ExactNumber number) : storage_(std::move(number)) {}
 
     static Value nothing() { return Ref<Object>(); }
 

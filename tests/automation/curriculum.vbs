@@ -165,6 +165,15 @@ Set question = questions.Questions("a")
 Set clone = found("A")
 Check "clones", Not clone Is question
 Equal "without answers", clone.Answers.Count, 0
+Set clone.Answers = question.Answers
+Check "with those of another one", clone.Answers Is question.Answers
+Set clone.Answers = Nothing
+clone.Answers.Add "only here"
+Equal "with new ones", clone.Answers(1) & question.Answers(1), "only herex"
+On Error Resume Next
+Set clone.Answers = question.BGImages
+Raised "another kind of collection", 13, "NorvaKavlor", "Type mismatch"
+On Error GoTo 0
 Check "with the same objective", clone.Objective Is question.Objective
 Equal "an answer's order", question.AnswerInOrder, True
 

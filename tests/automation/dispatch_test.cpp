@@ -1,11 +1,13 @@
 #include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
+#include <norvakavlor/component/automation/com_object.h>
 #include <norvakavlor/component/automation/guid.h>
 #include <norvakavlor/platform/windows/foreign_object.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <objbase.h>
 #include <ocidl.h>
+#include <optional>
 #include <string>
 #include <tests/automation/client.h>
 #include <tests/support/probe.h>
@@ -15,6 +17,49 @@ namespace norvakavlor {
 namespace {
 
 using namespace testing;
+
+/// A client's object with a default value: a property, a method, both or neither.
+class ClientObject final : public ComObject<IDispatch> {
+public:
+    std::optional<Value> property;
+    std::optional<Value> method;
+    std::function<void()> atEnd;
+    int runs = 0; ///< calls of the method
+
+    ClientObject(std::optional<Value> itsProperty, std::optional<Value> itsMethod = {})
+        : property(std::move(itsProperty)), method(std::move(itsMethod)) {}
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result,
+                                     EXCEPINFO*, UINT*) override {
+        const bool runsMethod = (flags & DISPATCH_METHOD) != 0 && method;
+        const std::optional<Value>& value = runsMethod ? method : property;
+        if (id != DISPID_VALUE || !value || (!runsMethod && !(flags & DISPATCH_PROPERTYGET)))
+            return DISP_E_MEMBERNOTFOUND;
+        runs += runsMethod;
+        *result = toVariant(*value).detach();
+        return S_OK;
+    }
+
+private:
+    ~ClientObject() override {
+        if (atEnd)
+            atEnd();
+    }
+    void* queryOwn(REFIID id) override {
+        return id == __uuidof(IDispatch) ? static_cast<IDispatch*>(this) : nullptr;
+    }
+};
+
+ComPointer<ClientObject> clientObject(std::optional<Value> property, std::optional<Value> method = {}) {
+    ComPointer<ClientObject> pointer;
+    *pointer.receive() = new ClientObject(std::move(property), std::move(method));
+    return pointer;
+}
 
 class Dispatch : public ::testing::Test {
 protected:
@@ -62,7 +107,8 @@ TEST_F(Dispatch, TakesEveryTypeOfArgument) {
     VARIANT inner = number(70000);
     VARIANT byte = ofType(VT_UI1), signedByte = ofType(VT_I1), huge = ofType(VT_I8), date = ofType(VT_DATE),
             money = ofType(VT_CY), single = ofType(VT_R4), truth = ofType(VT_BOOL), fault = ofType(VT_ERROR),
-            decimal = ofType(VT_DECIMAL);
+            decimal = ofType(VT_DECIMAL), oddSingle = single, oddMoney = money, longest = huge,
+            unsignedLongest = ofType(VT_UI8), longDecimal = decimal;
     byte.bVal = 200;
     signedByte.cVal = -1;
     huge.llVal = 5000000000;
@@ -74,6 +120,14 @@ TEST_F(Dispatch, TakesEveryTypeOfArgument) {
     decimal.decVal.Lo64 = 15;
     decimal.decVal.scale = 1;
     decimal.vt = VT_DECIMAL;
+    // Those that have more digits than a double's, or others.
+    oddSingle.fltVal = 85.7f;
+    oddMoney.cyVal.int64 = 9223372036854775807;
+    longest.llVal = 9007199254740993;
+    unsignedLongest.ullVal = 18446744073709551615u;
+    longDecimal.decVal.Lo64 = 12345678901234567890u;
+    longDecimal.decVal.scale = 10;
+    longDecimal.vt = VT_DECIMAL;
     const struct {
         const char* what;
         VARIANT argument;
@@ -89,6 +143,12 @@ TEST_F(Dispatch, TakesEveryTypeOfArgument) {
         {"single", single, "Double", "0.5"},
         {"currency", money, "Double", "1.25"},
         {"decimal", decimal, "Double", "1.5"},
+        {"odd single", oddSingle, "ExactNumber", "85.7"},
+        {"odd single by reference", reference(VT_R4, &oddSingle.fltVal), "ExactNumber", "85.7"},
+        {"long currency", oddMoney, "ExactNumber", "922337203685477.5807"},
+        {"beyond a double", longest, "ExactNumber", "9007199254740993"},
+        {"beyond a signed number", unsignedLongest, "ExactNumber", "18446744073709551615"},
+        {"long decimal", longDecimal, "ExactNumber", "1234567890.123456789"},
         {"boolean", truth, "Boolean", "True"},
         {"date", date, "Date", "3/14/2004 12:00:00 PM"},
         {"text", text, "Text", "t"},
@@ -104,6 +164,7 @@ TEST_F(Dispatch, TakesEveryTypeOfArgument) {
             continue;
         ASSERT_EQ(put(*object.get(), L"Anything", c.argument).result, S_OK);
         EXPECT_EQ(probe->Anything.toText(), c.text);
+        EXPECT_EQ(call(*object.get(), L"Anything").asValue().toText(), c.text);
     }
     EXPECT_EQ(call(*object.get(), L"KindOf", {ofType(VT_NULL)}).asValue().toText(), "Null");
     EXPECT_EQ(call(*object.get(), L"KindOf", {objectArgument(nullptr)}).asValue().toText(), "Nothing");
@@ -337,6 +398,91 @@ TEST_F(Dispatch, KeepsOneIdentity) {
     EXPECT_EQ(put(*object.get(), L"Text", foreign).number, runtimeResult(13)) << "it has no default value";
     EXPECT_EQ(put(*object.get(), L"Book", objectArgument(object.get()), DISPATCH_PROPERTYPUTREF).number,
               runtimeResult(13));
+}
+
+TEST_F(Dispatch, TakesAnObjectForItsDefaultValue) {
+    const auto key = clientObject("B"), position = clientObject(2), byMethod = clientObject({}, "B"),
+               none = clientObject({}), function = clientObject("function () {}", "ran"),
+               circle = clientObject({});
+    VARIANT keyValue = objectArgument(key.get());
+    const auto nested = clientObject(toValue(keyValue));
+    circle->property = toValue(objectArgument(circle.get()));
+    for (const char* id : {"A", "B"}) {
+        auto book = New<TextBook>();
+        book->ID = id;
+        probe->Books->Add(book, id);
+    }
+    const ComPointer<IDispatch> books = wrapperOf(probe->Books);
+    const ComPointer<IDispatch> words = wrapperOf(New<KeyedCollection<std::string>>());
+    TextArgument text("text");
+    const struct {
+        const char* what;
+        ComPointer<ClientObject> argument;
+        const char* text; ///< as a text property's new value; null where there is none
+        bool isIndex;     ///< of the second book
+    } cases[] = {
+        {"a key", key, "B", true},
+        {"a position", position, "2", true},
+        {"a method's value", byMethod, "B", true},
+        {"an object's default object", nested, "B", true},
+        {"a function", function, "function () {}", false},
+        {"none", none, nullptr, false},
+        {"a circle", circle, nullptr, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const VARIANT argument = objectArgument(c.argument.get());
+        EXPECT_EQ(put(*object.get(), L"Text", argument).number, c.text ? S_OK : runtimeResult(13));
+        EXPECT_EQ(call(*words.get(), L"Add", {argument, argument}).number, c.text ? S_OK : runtimeResult(13));
+        if (c.text) {
+            EXPECT_EQ(probe->Text, c.text);
+            EXPECT_EQ(call(*object.get(), L"Join", {text, text, argument}).asValue().toText(),
+                      "text|text|" + std::string(c.text));
+            EXPECT_EQ(call(*words.get(), L"Item", {TextArgument(c.text)}).asValue().toText(), c.text);
+            EXPECT_EQ(call(*words.get(), L"Remove", {number(1)}).result, S_OK);
+        }
+        if (c.isIndex) {
+            for (const ComPointer<IDispatch>& from : {books, object})
+                EXPECT_TRUE(call(*from.get(), from.get() == books.get() ? L"Item" : L"Books", {argument})
+                                .asValue()
+                                .toObject() == Ref<Object>(probe->Books->Item(2)));
+        }
+        // What may be any value stays the object.
+        put(*object.get(), L"Anything", argument, DISPATCH_PROPERTYPUTREF);
+        EXPECT_EQ(call(*object.get(), L"Anything").value.get()->pdispVal, c.argument.get());
+    }
+    EXPECT_EQ(function->runs, 0);
+    circle->property.reset();
+    probe->Anything = Value();
+}
+
+TEST_F(Dispatch, LetsGoOfAClientsObjectLast) {
+    // A variable that takes a result holds it when the former content goes.
+    VARIANT variable = ofType(VT_DISPATCH);
+    ComPointer<ClientObject> former = clientObject({});
+    VARTYPE seen = VT_EMPTY;
+    former->atEnd = [&] { seen = variable.vt; };
+    variable.pdispVal = former.detach();
+    call(*object.get(), L"Results", {number(1), number(2), number(3), reference(VT_VARIANT, &variable)});
+    EXPECT_EQ(seen, VT_R8);
+
+    // A chain of any length, through clients' objects and not.
+    int ended = 0;
+    ComPointer<ClientObject> last = clientObject({});
+    last->atEnd = [&] { ++ended; };
+    ComPointer<IDispatch> chain(last.get());
+    last = {};
+    TextArgument next("next");
+    for (int link = 0; link < 40000; ++link) {
+        const ComPointer<IDispatch> dictionary = wrapperOf(New<Dictionary>());
+        ASSERT_EQ(call(*dictionary.get(), L"Add", {next, objectArgument(chain.get())}).result, S_OK);
+        chain = dictionary;
+        if (link % 2)
+            chain = ComPointer<IDispatch>(clientObject(toValue(objectArgument(chain.get()))).get());
+    }
+    EXPECT_EQ(ended, 0);
+    chain = {};
+    EXPECT_EQ(ended, 1);
 }
 
 TEST_F(Dispatch, EnumeratesWhileTheCollectionChanges) {

@@ -38,8 +38,8 @@ public:
 
     /// What kind of value arrived.
     std::string KindOf(const Value& value) const {
-        static constexpr const char* kNames[] = {"Empty",  "Null", "Boolean", "Int16",  "Int32",
-                                                 "Double", "Date", "Text",    "Object", "Array"};
+        static constexpr const char* kNames[] = {"Empty", "Null", "Boolean", "Int16", "Int32",      "Double",
+                                                 "Date",  "Text", "Object",  "Array", "ExactNumber"};
         const bool isNothing = value.isObject() && value.isAbsent();
         return isNothing ? "Nothing" : kNames[value.storage().index()];
     }

@@ -117,6 +117,7 @@ std::string Writer::typeName(const Type& type) const {
     case Type::Kind::Document:
         return "IDispatch*";
     case Type::Kind::Array:
+    case Type::Kind::Scalar:
     case Type::Kind::Any:
         return "VARIANT";
     }

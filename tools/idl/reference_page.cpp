@@ -30,6 +30,7 @@ std::string typeName(const Type& type) {
         return "XML document";
     case Type::Kind::Array:
         return "array";
+    case Type::Kind::Scalar:
     case Type::Kind::Any:
         return "any";
     }

@@ -21,7 +21,10 @@ bool isMissing(const VARIANT& argument) {
     return variant.vt == VT_ERROR && variant.scode == DISP_E_PARAMNOTFOUND;
 }
 
-bool wantsScalar(const Type& type) { return type.kind >= Type::Kind::Text && type.kind <= Type::Kind::Date; }
+bool wantsScalar(const Type& type) {
+    return (type.kind >= Type::Kind::Text && type.kind <= Type::Kind::Date) ||
+           type.kind == Type::Kind::Scalar;
+}
 
 ForeignObject* foreignIn(const Value& value) {
     const auto* object = value.as<Ref<Object>>();
@@ -32,8 +35,15 @@ ForeignObject* foreignIn(const Value& value) {
 /// default value.
 Value valueFor(const VARIANT& variant, const Type& type) {
     Value value = toValue(variant);
-    const ForeignObject* foreign = wantsScalar(type) ? foreignIn(value) : nullptr;
-    return foreign ? defaultValueOf(*foreign->object.get()) : value;
+    if (!wantsScalar(type))
+        return value;
+    // A default value may be an object that has one in turn; a circle of them would be a fault of the client.
+    for (int step = 0; const ForeignObject* foreign = foreignIn(value); ++step) {
+        if (step == 8)
+            throw runtimeError(RuntimeError::TypeMismatch);
+        value = defaultValueOf(*foreign->object.get());
+    }
+    return value;
 }
 
 /// The arguments of one call on their way in and back out.

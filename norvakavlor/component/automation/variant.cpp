@@ -1,5 +1,6 @@
 #include <norvakavlor/component/automation/variant.h>
 
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -8,6 +9,7 @@
 #include <norvakavlor/component/automation/object_wrapper.h>
 #include <norvakavlor/platform/windows/foreign_object.h>
 #include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/error.h>
 #include <type_traits>
 #include <utility>
@@ -16,16 +18,11 @@
 namespace norvakavlor {
 namespace {
 
-constexpr LCID kUnitedStates = 0x0409; // conversions never depend on the user's settings
+// Conversions never depend on the user's settings.
+constexpr LCID kUnitedStates = 0x0409;
+constexpr USHORT kConversion = VARIANT_NOUSEROVERRIDE;
 
 [[noreturn]] void mismatch() { throw runtimeError(RuntimeError::TypeMismatch); }
-
-/// Whole numbers beyond 32 bits travel as doubles.
-Value wholeNumber(int64_t number) {
-    if (number < std::numeric_limits<int32_t>::min() || number > std::numeric_limits<int32_t>::max())
-        return static_cast<double>(number);
-    return static_cast<int32_t>(number);
-}
 
 Value objectValue(IUnknown* object) {
     if (!object)
@@ -35,13 +32,33 @@ Value objectValue(IUnknown* object) {
     return New<ForeignObject>(object);
 }
 
-/// A copy without references, with the platform's conversions for types that values do not have.
-Value converted(const VARIANT& variant, VARTYPE type) {
+/// A copy of another type, by the platform's conversions.
+OwnedVariant converted(const VARIANT& variant, VARTYPE type) {
     OwnedVariant result;
     VARIANT source = variant;
-    if (FAILED(::VariantChangeTypeEx(result.get(), &source, kUnitedStates, 0, type)))
+    const HRESULT outcome = ::VariantChangeTypeEx(result.get(), &source, kUnitedStates, kConversion, type);
+    if (outcome == DISP_E_OVERFLOW)
+        throw runtimeError(RuntimeError::Overflow);
+    if (FAILED(outcome))
         mismatch();
-    return toValue(*result.get());
+    return result;
+}
+
+/// A number of a type that values do not have: a double where that has the same digits.
+Value number(const VARIANT& variant, ExactNumber::Type type) {
+    const double nearest = converted(variant, VT_R8).get()->dblVal;
+    if (!std::isfinite(nearest))
+        return nearest;
+    std::string text = toValue(*converted(variant, VT_BSTR).get()).toText();
+    if (text == toText(nearest))
+        return nearest;
+    return ExactNumber{type, nearest, std::move(text)};
+}
+
+Value wholeNumber(const VARIANT& variant, int64_t value) {
+    if (value < std::numeric_limits<int32_t>::min() || value > std::numeric_limits<int32_t>::max())
+        return number(variant, ExactNumber::Type::Decimal);
+    return static_cast<int32_t>(value);
 }
 
 /// A copy of the plain variable that a variant refers to.
@@ -110,19 +127,19 @@ Value toValue(const VARIANT& argument) {
         return static_cast<int32_t>(variant.lVal);
     case VT_UI4:
     case VT_UINT:
-        return wholeNumber(variant.ulVal);
+        return wholeNumber(variant, variant.ulVal);
     case VT_I8:
-        return wholeNumber(variant.llVal);
-    case VT_R4:
-        return static_cast<double>(variant.fltVal);
+        return wholeNumber(variant, variant.llVal);
     case VT_R8:
         return variant.dblVal;
     case VT_DATE:
         return Date{variant.date};
-    case VT_UI8:
+    case VT_R4:
+        return number(variant, ExactNumber::Type::Single);
     case VT_CY:
+    case VT_UI8:
     case VT_DECIMAL:
-        return converted(variant, VT_R8);
+        return number(variant, ExactNumber::Type::Decimal);
     case VT_BSTR:
         return platform::fromWide({variant.bstrVal, ::SysStringLen(variant.bstrVal)});
     case VT_DISPATCH:
@@ -182,6 +199,11 @@ struct VariantFiller {
         variant.parray = toSafeArray(array ? *array : Array());
         variant.vt = VT_ARRAY | VT_VARIANT;
     }
+    void operator()(const ExactNumber& value) const {
+        const OwnedVariant text = toVariant(value.text);
+        const bool isSingle = value.type == ExactNumber::Type::Single;
+        variant = converted(*text.get(), isSingle ? VT_R4 : VT_DECIMAL).detach();
+    }
 };
 
 /// Stores a plain value into a variable of its type; the variable owns texts and objects.
@@ -239,9 +261,9 @@ OwnedVariant toVariant(const Value& value) {
 void assignTo(VARIANT& argument, const Value& value) {
     auto& target = const_cast<VARIANT&>(referred(argument));
     if (&target != &argument && !(target.vt & VT_BYREF)) {
+        // Swapped: releasing the former content, last, may run a client's code that uses the variable.
         OwnedVariant result = toVariant(value);
-        ::VariantClear(&target);
-        target = result.detach();
+        std::swap(target, *result.get());
         return;
     }
     if (!(target.vt & VT_BYREF))
@@ -249,25 +271,23 @@ void assignTo(VARIANT& argument, const Value& value) {
     const auto type = target.vt & static_cast<VARTYPE>(~VT_BYREF);
     if (!target.byref || (type & VT_ARRAY))
         mismatch();
-    OwnedVariant result = toVariant(value);
-    const HRESULT outcome =
-        ::VariantChangeTypeEx(result.get(), result.get(), kUnitedStates, 0, static_cast<VARTYPE>(type));
-    if (outcome == DISP_E_OVERFLOW)
-        throw runtimeError(RuntimeError::Overflow);
-    if (FAILED(outcome))
-        mismatch();
-    storePlain(target, result.detach());
+    const OwnedVariant result = toVariant(value);
+    storePlain(target, converted(*result.get(), static_cast<VARTYPE>(type)).detach());
 }
 
 Value defaultValueOf(IUnknown& object) {
     const ComPointer<IDispatch> dispatch = ComPointer<IUnknown>(&object).as<IDispatch>();
-    DISPPARAMS none{};
-    OwnedVariant result;
-    if (!dispatch ||
-        FAILED(dispatch->Invoke(DISPID_VALUE, IID_NULL, kUnitedStates, DISPATCH_PROPERTYGET | DISPATCH_METHOD,
-                                &none, result.get(), nullptr, nullptr)))
+    if (!dispatch)
         mismatch();
-    return toValue(*result.get());
+    // First as a property: a script's function has its text there, and calling it would run it.
+    for (const WORD kind : {WORD{DISPATCH_PROPERTYGET}, WORD{DISPATCH_METHOD}}) {
+        DISPPARAMS none{};
+        OwnedVariant result;
+        if (SUCCEEDED(dispatch->Invoke(DISPID_VALUE, IID_NULL, kUnitedStates, kind, &none, result.get(),
+                                       nullptr, nullptr)))
+            return toValue(*result.get());
+    }
+    mismatch();
 }
 
 } // namespace norvakavlor

@@ -17,6 +17,7 @@ public:
     ~OwnedVariant() { ::VariantClear(&variant_); }
 
     VARIANT* get() { return &variant_; }
+    const VARIANT* get() const { return &variant_; }
     /// Gives the content away.
     VARIANT detach() noexcept;
 
