@@ -8,7 +8,6 @@
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/decode.h>
-#include <system_error>
 #include <utility>
 
 namespace norvakavlor::platform {
@@ -42,11 +41,6 @@ void deleteFile(const std::string& path, bool force) {
     if (fileNameOf(path).find_first_of("*?") != std::string_view::npos)
         throw runtimeError(RuntimeError::FileNotFound);
     deleteOneFile(path, force);
-}
-
-bool sameFile(const std::string& left, const std::string& right) {
-    std::error_code failure;
-    return std::filesystem::equivalent(localPath(left), localPath(right), failure) && !failure;
 }
 
 std::string_view fileNameOf(std::string_view path) { return path.substr(path.find_last_of(kSeparators) + 1); }

@@ -30,7 +30,8 @@ void replaceFile(const std::string& path, std::string_view content);
 /// read-only one raises 70 unless `force` is set.
 void deleteFile(const std::string& path, bool force = false);
 
-/// Do two paths name the same existing file, however they are written? False when either is missing.
+/// May two paths name the same file, however they are written? False only when both are there and are seen to
+/// be two: who asks would delete one of them.
 bool sameFile(const std::string& left, const std::string& right);
 
 /// The read-only attribute; natively, that the owner has no write permission. Raises 53 when the file is

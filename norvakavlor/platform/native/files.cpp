@@ -135,6 +135,15 @@ void deleteOneFile(const std::string& path, bool force) {
     }
 }
 
+bool sameFile(const std::string& left, const std::string& right) {
+    const auto stateAt = [](const std::string& path) {
+        return isPossible(path) ? stateOf(localPath(path)) : std::nullopt;
+    };
+    const auto first = stateAt(left);
+    const auto second = stateAt(right);
+    return !first || !second || (first->st_dev == second->st_dev && first->st_ino == second->st_ino);
+}
+
 bool isReadOnly(const std::string& path) { return isReadOnly(stateOfFile(path)); }
 
 void setReadOnly(const std::string& path, bool readOnly) {

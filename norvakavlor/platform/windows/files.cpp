@@ -129,6 +129,20 @@ void deleteOneFile(const std::string& path, bool force) {
     throw readingError(error);
 }
 
+bool sameFile(const std::string& left, const std::string& right) {
+    // Both stay open while they are compared, so that neither number can pass to another file meanwhile.
+    constexpr DWORD kAttributesAlone = 0;
+    const FileHandle first = openShared(localPath(left), kAttributesAlone, OPEN_EXISTING);
+    const FileHandle second = openShared(localPath(right), kAttributesAlone, OPEN_EXISTING);
+    BY_HANDLE_FILE_INFORMATION one{};
+    BY_HANDLE_FILE_INFORMATION other{};
+    if (!first || !second || !::GetFileInformationByHandle(first.get(), &one) ||
+        !::GetFileInformationByHandle(second.get(), &other))
+        return true;
+    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
+}
+
 bool isReadOnly(const std::string& path) {
     return (attributesOfFile(localPath(path)) & FILE_ATTRIBUTE_READONLY) != 0;
 }
