@@ -165,6 +165,7 @@ TEST(Http, FollowsRedirectsAsEachStatusAsks) {
         HttpReply reply;
         const auto requests = requestsDuring([&] { reply = sendHttp(request); });
         EXPECT_EQ(reply.status, 200);
+        EXPECT_EQ(reply.ownStatus, request.method == c.then ? 200 : std::stoi(c.status));
         EXPECT_THAT(reply.text, HasSubstr("Spreadsheets"));
         ASSERT_EQ(requests.size(), 2u);
         EXPECT_EQ(requestLine(requests[1]), std::string(c.then) + " /document/x?y");

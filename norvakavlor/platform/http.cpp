@@ -25,10 +25,13 @@ bool leadsElsewhere(const HttpExchange& reply) {
 }
 
 /// 307 and 308 ask for the same request again; the older ones turn a POST, and 303 everything, into a GET.
-void follow(const HttpExchange& reply, HttpRequest& request) {
+bool becomesGet(const HttpExchange& reply, const HttpRequest& request) {
     const bool isPost = request.method == "POST";
-    const bool becomesGet = reply.status == 303 || (isPost && (reply.status == 301 || reply.status == 302));
-    if (becomesGet) {
+    return reply.status == 303 || (isPost && (reply.status == 301 || reply.status == 302));
+}
+
+void follow(const HttpExchange& reply, HttpRequest& request) {
+    if (becomesGet(reply, request)) {
         request.method = "GET";
         request.body.clear();
         std::erase_if(request.headers,
@@ -60,12 +63,16 @@ HttpReply sendHttp(const HttpRequest& original) {
         throw transportError(request.url, transport_reason::kNoAddress);
     HttpLimits limits = httpLimits();
     const auto end = std::chrono::steady_clock::now() + limits.total;
+    int ownStatus = 0;
     for (int redirects = 0;; ++redirects) {
         const HttpExchange reply = exchangeOnce(request, limits);
         if (!leadsElsewhere(reply))
-            return {reply.status, xml::decodeReply(reply.body, reply.contentType)};
+            return {reply.status, ownStatus == 0 ? reply.status : ownStatus,
+                    xml::decodeReply(reply.body, reply.contentType)};
         if (redirects == kMaximumRedirects)
             throw transportError(request.url, transport_reason::kManyRedirects);
+        if (ownStatus == 0 && becomesGet(reply, request))
+            ownStatus = reply.status;
         follow(reply, request);
         limits.total =
             std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());

@@ -18,6 +18,9 @@ struct HttpRequest {
 
 struct HttpReply {
     int status = 0;
+    /// What the request itself got, or its repeat after a 307 or 308: the status above, unless a 301, 302 or
+    /// 303 turned the request into a GET; then that one.
+    int ownStatus = 0;
     std::string text; ///< decoded to UTF-8
 };
 
