@@ -219,6 +219,21 @@ TEST(Exam, DeletesTheDocumentItWasLoadedFrom) {
     EXPECT_TRUE(folder.has("sub/b.xml"));
     EXPECT_FALSE(folder.has("sub/a.xml"));
 
+    // What was read since did not come from there.
+    for (const bool raises : {false, true}) {
+        folder.write("first.xml", "<exam/>");
+        ASSERT_TRUE(exam->Load(folder.file("first.xml"), nullptr));
+        folder.write("second.xml", "<exam timeExpired='x'/>");
+        EXPECT_FALSE(exam->Load(folder.file("missing.xml"), nullptr)); // changes nothing
+        if (raises) {
+            EXPECT_EQ(errorNumber([&] { exam->Load(folder.file("second.xml"), nullptr); }), 13);
+        } else {
+            exam->LoadFromXMLNode(parsed("<exam/>").root(), nullptr, folder.file("first.xml"));
+        }
+        EXPECT_TRUE(exam->Save(folder.file("third.xml"), true));
+        EXPECT_TRUE(folder.has("first.xml") && folder.has("second.xml"));
+    }
+
     EXPECT_FALSE(New<Exam>()->Delete(folder.file("old.xml")));
     EXPECT_TRUE(New<Exam>()->Delete(folder.file("new.xml")));
 }

@@ -197,6 +197,9 @@ TEST_F(Gradebook, LaunchesWithTheKeyOfTheTitle) {
         EXPECT_THAT(receivedRequests(), ElementsAre(::testing::StartsWith(c.request + " ")));
     }
     EXPECT_FALSE(exam->Load(misbehaving("error-page"), nullptr, "none"));
+    EXPECT_FALSE(exam->Load(misbehaving("reply/<html%2F>"), nullptr, "none"));
+    EXPECT_FALSE(exam->Load(misbehaving("status/500/<exam%2F>"), nullptr, "none"));
+    EXPECT_TRUE(exam->Load(misbehaving("status/500/<ORBEX_INPUTS%2F>"), nullptr, "none"));
     EXPECT_NE(errorNumber([&] { exam->Load(refusingServer() + "launch", nullptr, "none"); }), 0);
     EXPECT_FALSE(exam->Load(folder.file("missing.xml"), nullptr, folder.file("missing.ini")));
     EXPECT_EQ(exam->theExam()->ID, "E1");

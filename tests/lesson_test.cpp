@@ -128,6 +128,11 @@ TEST(Lesson, LeavesNoStaleCopy) {
     EXPECT_THAT(folder.names(), ElementsAre("new_kvl.xml"));
     EXPECT_TRUE(lesson->Save(folder.file("third_kvl.xml"), true));
     EXPECT_THAT(folder.names(), ElementsAre("new_kvl.xml", "third_kvl.xml"));
+    ASSERT_TRUE(lesson->Load(folder.file("new_kvl.xml"), nullptr));
+    folder.write("bad_kvl.xml", "<lesson><source>x</source></lesson>");
+    EXPECT_EQ(errorNumber([&] { lesson->Load(folder.file("bad_kvl.xml"), nullptr); }), 13);
+    EXPECT_TRUE(lesson->Save(folder.file("fourth_kvl.xml"), true));
+    EXPECT_TRUE(folder.has("new_kvl.xml") && folder.has("bad_kvl.xml")) << "neither is what was saved";
     EXPECT_TRUE(lesson->CalcLessonFileComplete(folder.file("missing_kvl.xml"), nullptr));
     EXPECT_EQ(errorNumber([&] { lesson->Delete(folder.file("missing_kvl.xml")); }), 53);
 }

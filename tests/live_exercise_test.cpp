@@ -76,6 +76,14 @@ TEST(LiveExResults, MovesItsRecord) {
     const auto loaded = New<LiveExResults>();
     EXPECT_TRUE(loaded->Load(folder.file("third.xml")));
     EXPECT_EQ(loaded->origFilename, folder.file("third.xml"));
+    EXPECT_FALSE(loaded->Load(folder.file("missing.xml")));
+    EXPECT_TRUE(loaded->LoadFromXMLNode(parsed("<liveResults/>").root(), "x"));
+    EXPECT_EQ(loaded->origFilename, folder.file("third.xml")) << "the client's own until a load raises";
+    folder.write("bad.xml", "<liveResults><score>x</score></liveResults>");
+    EXPECT_EQ(errorNumber([&] { loaded->Load(folder.file("bad.xml")); }), 13);
+    EXPECT_EQ(loaded->origFilename, "");
+    EXPECT_TRUE(loaded->Save(folder.file("fourth.xml"), true));
+    EXPECT_THAT(folder.names(), ::testing::ElementsAre("bad.xml", "fourth.xml", "third.xml"));
     EXPECT_EQ(errorNumber([&] { loaded->Delete(folder.file("first.xml")); }), 53);
 }
 

@@ -116,7 +116,11 @@ TEST_F(LiveSubmission, ShowsWhatTheServerSaysToARecord) {
     {
         const RecordedMessages messages;
         EXPECT_FALSE(results->Save(misbehaving("reply/full") + "second.xml", true));
-        EXPECT_THAT(messages.all(), ::testing::ElementsAre("|Gradium server repored an error: full"));
+        EXPECT_FALSE(results->Save(misbehaving("status/500/") + "second.xml", true));
+        EXPECT_THAT(messages.all(),
+                    ::testing::ElementsAre("|Gradium server repored an error: full",
+                                           "|Gradium server repored an error: The server did not take the "
+                                           "document (500)."));
         EXPECT_NE(server.read("first.xml"), "(no file)")
             << "the only record stays when the server refuses another";
     }

@@ -7,6 +7,7 @@
 #include <norvakavlor/curriculum/textbooks.h>
 #include <norvakavlor/lessons/lesson.h>
 #include <norvakavlor/platform/http.h>
+#include <norvakavlor/results/live_ex_results.h>
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/login_globals.h>
@@ -132,10 +133,33 @@ TEST(StoreOverHttp, ReadsWhateverIsADocument) {
         auto books = New<TextBooks>();
         ASSERT_TRUE(books->Load(misbehaving(c.manner) + "b.xml"));
         EXPECT_EQ(books->textBooks->Item(1)->Title, c.title);
+        EXPECT_TRUE(New<TitleFilename>()->LoadValues(misbehaving(c.manner), "b.xml", "TextBooks"));
     }
     const auto wide = readDocument("Exam", misbehaving("utf16") + "b.xml");
     ASSERT_TRUE(wide);
     EXPECT_EQ(wide->root().text(), "\xC3\xA9");
+    // A page that tells of an error is known by its root, and the root goes by the kind.
+    const struct {
+        const char* kind;
+        const char* manner;
+        bool isDocument;
+    } pages[] = {
+        {"Exam", "status/500/<exam%2F>", true},
+        {"Exam", "status/400/<error%2F>", false},
+        {"Exam", "status/399/<other%2F>", true},
+        {"ExamSummary", "status/404/<exam%2F>", true},
+        {"TextbookLesson", "status/404/<lesson%2F>", true},
+        {"LessonMenu&Type=TextbookLessonMenu", "status/404/<lessonMenu%2F>", true},
+        {"exam", "status/404/<exam%2F>", false},
+        {"exam", "reply/<exam%2F>", true},
+        {"Exam", "reply/<html%2F>", false},
+        {"Exam", "reply/<HtMl%2F>", false},
+        {"Exam", "redirect/302/reply/<html%2F>", false},
+    };
+    for (const auto& c : pages) {
+        const std::string location = misbehaving(c.manner) + "b.xml";
+        EXPECT_EQ(readDocument(c.kind, location).has_value(), c.isDocument) << c.kind << " " << c.manner;
+    }
 }
 
 /// Every way in which no document and no whole reply comes.
@@ -158,8 +182,9 @@ const char* const kNoReply[] = {
     "no-last-chunk",
 #endif
 };
-const char* const kNoDocument[] = {"error-page", "not-xml",     "empty",
-                                   "doctype",    "entity-bomb", "external-entity"};
+const char* const kNoDocument[] = {
+    "error-page",  "not-xml",         "empty",           "doctype",
+    "entity-bomb", "external-entity", "reply/<HTML%2F>", "status/404/<b><b><id>1<%2Fid><%2Fb><%2Fb>"};
 
 std::vector<std::string> unreachable() {
     std::vector<std::string> bases = {refusingServer(), "http:/",          "http://",
@@ -215,7 +240,16 @@ TEST(StoreOverHttp, ShowsWhatAServerSaysOfASave) {
         {"reply/The%20disk%20is%20f\xC3\xBCll.", true, "|The disk is f\xC3\xBCll."},
         {"reply/%20", true, "| "},
         {"status/500/Out%20of%20order", true, "|Out of order"},
-        {"status/500/", false, nullptr},
+        // Stored means proven: no text is not enough.
+        {"status/204/", false, nullptr},
+        {"status/304/", true, "|The server did not take the document (304)."},
+        {"status/401/", true, "|The server did not take the document (401)."},
+        {"status/500/", true, "|The server did not take the document (500)."},
+        {"redirect/307/redirect/308/empty", false, nullptr},
+        {"redirect/307/status/503/", true, "|The server did not take the document (503)."},
+        {"redirect/301/empty", true, "|The server did not take the document (301)."},
+        {"redirect/308/redirect/302/empty", true, "|The server did not take the document (302)."},
+        {"redirect/303/reply/Log%20in", true, "|Log in"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.manner);
@@ -230,30 +264,46 @@ TEST(StoreOverHttp, ShowsWhatAServerSaysOfASave) {
     }
 }
 
-/// The requests that a save sends which may delete the document it was loaded from.
-template <class Class> std::string movedBy(const std::string& manner) {
+/// What a save does that may delete the document it was loaded from: its result, and the endpoints that it
+/// asks after the save itself.
+template <class Class, class Save> std::string movedBy(Save save) {
     auto object = New<Class>();
-    EXPECT_TRUE(object->Load(misbehaving("document") + "old.xml", nullptr));
     receivedRequests();
     const RecordedMessages messages;
-    EXPECT_TRUE(object->Save(misbehaving(manner) + "new.xml", true));
-    std::string lines;
-    for (const std::string& request : receivedRequests())
-        lines += requestLine(request) + "|";
+    const bool result = save(*object, misbehaving("document") + "old.xml");
+    std::string lines = result ? "True" : "False";
+    for (const std::string& request : receivedRequests()) {
+        if (requestLine(request).find("DeleteKavlorObject.asp") != std::string::npos)
+            lines += " " + requestLine(request);
+    }
     return lines;
 }
 
-TEST(StoreOverHttp, DeletesAnOldDocumentOnceTheNewOneIsTaken) {
-    const auto lines = [](const std::string& kind, bool deletes) {
-        const std::string query = "?ObjName=" + kind + "&FileName=";
-        return "POST /" + std::string(deletes ? "empty" : "reply/Full") + "/SaveKavlorObject.asp" + query +
-               "new.xml|" +
-               (deletes ? "POST /document/DeleteKavlorObject.asp" + query + "old.xml|" : std::string());
+TEST(StoreOverHttp, DeletesAnOldDocumentOnceTheNewOneIsProven) {
+    const struct {
+        const char* manner;
+        bool proven;
+    } cases[] = {
+        {"empty", true},        {"redirect/307/empty", true}, {"reply/Full", false},
+        {"status/500/", false}, {"status/304/", false},       {"redirect/302/empty", false},
     };
-    EXPECT_EQ(movedBy<Exam>("empty"), lines("Exam", true));
-    EXPECT_EQ(movedBy<Exam>("reply/Full"), lines("Exam", false));
-    EXPECT_EQ(movedBy<Lesson>("empty"), lines("Lesson", true));
-    EXPECT_EQ(movedBy<Lesson>("reply/Full"), lines("Lesson", false));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.manner);
+        const std::string current = misbehaving(c.manner) + "new.xml";
+        const auto deletion = [&](const std::string& kind) {
+            return c.proven ? " POST /document/DeleteKavlorObject.asp?ObjName=" + kind + "&FileName=old.xml"
+                            : std::string();
+        };
+        const auto move = [&](auto& object, const std::string& former) {
+            return object.Load(former, nullptr) && object.Save(current, true);
+        };
+        EXPECT_EQ(movedBy<Exam>(move), "True" + deletion("Exam"));
+        EXPECT_EQ(movedBy<Lesson>(move), "True" + deletion("Lesson"));
+        EXPECT_EQ(movedBy<LiveExResults>([&](LiveExResults& results, const std::string& former) {
+                      return results.Load(former) && results.Save(current, true);
+                  }),
+                  (c.proven ? "True" : "False") + deletion("LiveExResults"));
+    }
 }
 
 TEST(StoreOverHttp, TakesAListingApart) {

@@ -138,7 +138,8 @@ TEST_F(StudentsOverHttp, ADeletionNamesTheStudentAndNoExtraQuery) {
     EXPECT_FALSE(roster->DeleteStudent(misbehaving("reply/not now") + "r.xml", bob, nullptr));
     EXPECT_EQ(errorNumber([&] { roster->DeleteStudent(refusingServer() + "r.xml", bob, nullptr); }),
               kTransportError);
-    EXPECT_THAT(messages.all(), ElementsAre("|not now"));
+    EXPECT_FALSE(roster->DeleteStudent(misbehaving("status/500/") + "r.xml", bob, nullptr));
+    EXPECT_THAT(messages.all(), ElementsAre("|not now", "|The server did not take the document (500)."));
     EXPECT_TRUE(roster->MatchUserName("bob")) << "refused: nothing has changed";
     requests();
 

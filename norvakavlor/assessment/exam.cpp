@@ -8,12 +8,13 @@
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/stale_copy.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords{"Exam", "exam"};
+constexpr DocumentWords kWords = wordsOf("Exam");
 
 constexpr auto kLeadingFields = fields(                            //
     attributeUnlessEmpty("ID", &Exam::ID),                         //
@@ -57,6 +58,8 @@ bool Exam::Load(const std::string& location, QuestionPool* questionPool) {
 
 bool Exam::LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const std::string& location) {
     ExamFileName = bareFileName(location);
+    // What is read now did not come from there; Load names the new place once all is read.
+    loadedFrom_.clear();
     read(kLeadingFields, examNode, *this);
     loadOwnPreferences(Prefs, examNode);
     read(kTrailingFields, examNode, *this);

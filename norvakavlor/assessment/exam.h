@@ -45,13 +45,15 @@ public:
     /// number that is none in the exam's own attributes, "source" and preferences; faults of single questions
     /// are passed over.
     bool Load(const std::string& location, QuestionPool* questionPool);
-    /// The same from an exam element; `location` only gives ExamFileName. A question that the pool lacks, or
+    /// The same from an exam element; `location` only gives ExamFileName, and the place of an earlier load is
+    /// forgotten. A question that the pool lacks, or
     /// any question without a pool, has its ID and results alone; a repeated one is dropped.
     bool LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const std::string& location);
 
     /// Stores the exam. With `deleteOld`, the document that the exam was loaded from is then deleted when it
-    /// lies elsewhere, and forgotten; not when the server refused the save, as it would be the only copy.
-    /// True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot be written.
+    /// lies elsewhere, and forgotten; not when it is not proven that the server took the exam, as it would be
+    /// the only copy. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot be
+    /// written.
     bool Save(const std::string& location, bool deleteOld);
     /// Fills an exam element. Always True.
     bool SaveToXMLNode(xml::Node examNode) const;
@@ -108,7 +110,8 @@ public:
 private:
     void addAttempt(const Exam& attempt);
 
-    std::string loadedFrom_; ///< of the last successful Load; never set by Save, nor from a launch address
+    std::string
+        loadedFrom_; ///< of the last load, when that was a Load that came to its end; never set by Save
 };
 
 } // namespace norvakavlor

@@ -12,7 +12,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords{"ExamList", "examList"};
+constexpr DocumentWords kWords = wordsOf("ExamList");
 
 constexpr auto kFields = fields(always("title", &ExamList::Title));
 

@@ -9,7 +9,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords{"Preferences", "pref"};
+constexpr DocumentWords kWords = wordsOf("Preferences");
 
 /// A switch that reads every spelling of a boolean, as a script would write it.
 struct Switch {

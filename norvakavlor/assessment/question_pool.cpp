@@ -8,7 +8,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords{"QuestionPool", "questionPool"};
+constexpr DocumentWords kWords = wordsOf("QuestionPool");
 
 } // namespace
 

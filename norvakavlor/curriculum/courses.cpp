@@ -18,7 +18,7 @@ constexpr auto kCourseFields = fields( //
     always("id", &Course::ID),         //
     always("className", &Course::Name));
 
-constexpr DocumentWords kWords{"Courses", "classes"};
+constexpr DocumentWords kWords = wordsOf("Courses");
 
 /// The counter after a member of this ID was read: one more than the ID, which need not be a whole number,
 /// rounded to the nearest one. It is never lowered. Raises 13 and 6 as the conversions do.

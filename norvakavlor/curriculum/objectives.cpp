@@ -16,7 +16,7 @@ constexpr auto kObjectiveFields = fields(          //
 
 constexpr auto kReferenceText = always("referenceText", &Reference::RefText);
 
-constexpr DocumentWords kWords{"Objectives", "objectiveList"};
+constexpr DocumentWords kWords = wordsOf("Objectives");
 
 void writeReference(const Reference& reference, xml::Node node) {
     if (!reference.TextBook)

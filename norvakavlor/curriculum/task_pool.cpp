@@ -7,7 +7,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords{"TaskPool", "taskPool"};
+constexpr DocumentWords kWords = wordsOf("TaskPool");
 constexpr const char* kSource = "TaskPool.LoadFromXMLNode";
 
 Error loadError(int code, const std::string& description) {

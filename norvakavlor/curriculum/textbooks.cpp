@@ -12,7 +12,7 @@ constexpr auto kFields = fields(       //
     always("title", &TextBook::Title), //
     always("author", &TextBook::Author));
 
-constexpr DocumentWords kWords{"TextBooks", "textBookList"};
+constexpr DocumentWords kWords = wordsOf("TextBooks");
 
 } // namespace
 

@@ -7,6 +7,7 @@
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/stale_copy.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
@@ -58,6 +59,8 @@ bool Lesson::Load(const std::string& filename, TaskPool* taskPool) {
 bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename) {
     // On the web the name stays as it is; a local one without extension gets its dot.
     LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
+    // What is read now did not come from there; Load names the new place once all is read.
+    loadedFrom_.clear();
     if (!lessonNode.attribute("EXTERNAL_ID"))
         read(kOlderExternalID, lessonNode, *this);
     if (!lessonNode.attribute("COMPLETED"))
@@ -80,7 +83,7 @@ bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std
 bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
     const std::string kind = lessonKind(LessonObjType);
     const bool accepted =
-        saveAs({kind, "lesson"}, filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+        saveAs(wordsOf(kind), filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename);
     // Only now: a caller may have given this very member as the location.
     LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);

@@ -43,14 +43,15 @@ public:
     /// task that the pool lacks, 457 for a repeated one, 6 or 13 for a source or date that is none; the tasks
     /// before it stay.
     bool Load(const std::string& filename, TaskPool* taskPool);
-    /// The same from a lesson element; `filename` only gives LessonFilename. Each task is a copy of the
+    /// The same from a lesson element; `filename` only gives LessonFilename, and the place of an earlier load
+    /// is forgotten. Each task is a copy of the
     /// pool's; without a pool it has its ID and date alone.
     bool LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename);
 
     /// Stores the lesson. With `deleteOldIfChanged`, the document that it was loaded from is then deleted
-    /// when it lies elsewhere, and forgotten; not when the server refused the save, as it would be the only
-    /// copy. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot be written,
-    /// and what deleting raises, the lesson being stored then.
+    /// when it lies elsewhere, and forgotten; not when it is not proven that the server took the lesson, as
+    /// it would be the only copy. True whenever no error was raised; raises 70, 76, 61 or 57 when a local
+    /// file cannot be written, and what deleting raises, the lesson being stored then.
     bool Save(const std::string& filename, bool deleteOldIfChanged);
     /// Fills a lesson element. Always True.
     bool SaveToXMLNode(xml::Node lessonNode) const;
@@ -76,7 +77,8 @@ public:
     static const ClassInfo& classInfo();
 
 private:
-    std::string loadedFrom_; ///< of the last successful Load; never set by Save
+    std::string
+        loadedFrom_; ///< of the last load, when that was a Load that came to its end; never set by Save
 };
 
 } // namespace norvakavlor

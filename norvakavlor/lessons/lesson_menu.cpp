@@ -41,7 +41,7 @@ bool LessonMenu::Load(const std::string& filename, const std::optional<std::stri
 }
 
 bool LessonMenu::Save(const std::string& filename) const {
-    saveAs({"LessonMenu", "lessonMenu"}, filename, [this](xml::Document&, xml::Node root) {
+    saveAs(wordsOf("LessonMenu"), filename, [this](xml::Document&, xml::Node root) {
         write(kFields, root, *this);
         const xml::Node tutorialList = root.append("tutorialList");
         for (const Ref<Tutorial>& tutorial : *Tutorials)

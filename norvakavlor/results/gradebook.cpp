@@ -2,10 +2,10 @@
 
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/http.h>
-#include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/server_reply.h>
 
 namespace norvakavlor {
 
@@ -21,7 +21,8 @@ std::optional<xml::Document> readLaunchDocument(const std::string& location, con
     if (!IsURL(location))
         return readLocalDocument(location);
     const char* separator = location.find('?') == std::string::npos ? "?key=" : "&key=";
-    return parseReply(platform::sendHttp({.method = "GET", .url = location + separator + accessKey}).text);
+    return parseReply(platform::sendHttp({.method = "GET", .url = location + separator + accessKey}),
+                      kLaunchRoot);
 }
 
 std::string postToGradebook(const std::string& host, const std::string& body) {
@@ -38,10 +39,7 @@ bool storeRecord(const std::string& location, const xml::Document& document) {
         writeLocalDocument(location, document);
         return true;
     }
-    const std::string refusal = postToServer(location, document);
-    if (!refusal.empty())
-        platform::showMessage(refusal);
-    return refusal.empty();
+    return sendDocument(location, document);
 }
 
 bool deleteRecord(const std::string& location) {

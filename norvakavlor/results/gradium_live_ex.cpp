@@ -66,7 +66,7 @@ bool GradiumLiveEx::Save(const std::string& filename) {
         return true;
     }
     xml::Document document;
-    SaveToXMLNode(document.createRoot("ORBEX_INPUTS"));
+    SaveToXMLNode(document.createRoot(kLaunchRoot));
     return storeRecord(filename, document);
 }
 

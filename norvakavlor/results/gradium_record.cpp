@@ -57,7 +57,7 @@ bool GradiumRecord::save(const std::string& location, bool suppressMessage,
                          const std::function<void(xml::Node course)>& write,
                          const std::function<std::string()>& submissionBody) {
     xml::Document document;
-    write(document.createRoot("ORBEX_INPUTS").append("COURSE_LIST").append("COURSE"));
+    write(document.createRoot(kLaunchRoot).append("COURSE_LIST").append("COURSE"));
     return location.empty() ? submit(submissionBody, suppressMessage) : storeRecord(location, document);
 }
 

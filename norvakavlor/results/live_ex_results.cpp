@@ -2,19 +2,20 @@
 
 #include <norvakavlor/config/registry.h>
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/stale_copy.h>
 #include <norvakavlor/xml/node_object.h>
+#include <utility>
 
 namespace norvakavlor {
 namespace {
 
-constexpr std::string_view kKind = "LiveExResults";
+constexpr DocumentWords kWords = wordsOf("LiveExResults");
 
 constexpr auto kFields = fields(                                 //
     attribute("ID", &LiveExResults::ExamID),                     //
@@ -49,11 +50,13 @@ Ref<LiveExScore> LiveExScore::Clone() const {
 }
 
 bool LiveExResults::Load(const std::string& filename) {
-    std::string from = filename; // which may be ExamFileName, and loading changes that
-    if (!loadFrom(*this, kKind, filename, filename))
-        return false;
-    origFilename = std::move(from);
-    return true;
+    std::string from = filename; // which may be a member that loading changes
+    // Not there while the record is read: when that raises, this is no whole record, and no save of it may
+    // delete one.
+    std::string former = std::exchange(origFilename, {});
+    const bool loaded = loadFrom(*this, kWords.kind, from, from);
+    origFilename = std::move(loaded ? from : former);
+    return loaded;
 }
 
 bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filename) {
@@ -69,7 +72,7 @@ bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filen
 
 bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
     xml::Document document;
-    const xml::Node root = document.createRoot("liveResults");
+    const xml::Node root = document.createRoot(kWords.root);
     const Ref<GradiumLiveEx> launch = GetGradiumLiveEx();
     // A launched exercise leaves its record empty: its result is with the gradebook.
     const bool written = launch ? submitTo(*launch) : SaveToXMLNode(root);
@@ -77,12 +80,10 @@ bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
         return false;
 
     if (IsURL(filename)) {
-        const std::string refusal = postToServer(endpointURL(kSaveEndpoint, kKind, filename), document);
-        if (!refusal.empty()) {
-            // Spelled so: support staff search for it.
-            platform::showMessage("Gradium server repored an error: " + refusal);
+        // Spelled so: support staff search for it.
+        constexpr std::string_view kLead = "Gradium server repored an error: ";
+        if (!sendDocument(endpointURL(kSaveEndpoint, kWords.kind, filename), document, kLead))
             return false;
-        }
     } else {
         writeLocalDocument(filename, document);
     }
@@ -114,7 +115,7 @@ bool LiveExResults::SaveToXMLNode(xml::Node resultsNode) const {
 }
 
 bool LiveExResults::Delete(const std::string& filename) const {
-    deleteDocument(kKind, filename);
+    deleteDocument(kWords.kind, filename);
     return true;
 }
 

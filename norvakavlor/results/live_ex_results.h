@@ -33,7 +33,8 @@ public:
     std::string CompletionDate;
     std::string ExamFileName; ///< file name of the record last loaded; ends in "." without extension
     std::string StudentID;
-    std::string origFilename; ///< where the record was loaded from or first stored
+    std::string
+        origFilename; ///< where the record was loaded from or first stored; "" after a Load that raised
 
     /// Loads a record. False, with nothing changed, when it cannot be had or does not parse. Raises 13 or 6
     /// for a step or number of attempts that is no 16-bit number, 457 for a repeated step; the scores before
@@ -48,8 +49,9 @@ public:
     /// submits again.
     ///
     /// With `deleteOldIfChanged`, the record at origFilename is then deleted when it lies elsewhere; not when
-    /// the server refused the save, as it would be the only one. False when the server answered with a text,
-    /// which was then shown. Raises 6 when there is no score to submit, and as saving a document does.
+    /// the save is not proven, as it would be the only one. False when it is not proven that the server took
+    /// the record, which the user has then been shown. Raises 6 when there is no score to submit, and as
+    /// saving a document does.
     bool Save(const std::string& filename, bool deleteOldIfChanged);
     /// Fills a liveResults element. Always True.
     bool SaveToXMLNode(xml::Node resultsNode) const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/store/document_words.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/xml/document.h>
 #include <string>
@@ -9,12 +10,6 @@
 
 /// The pattern of every class that is a document: one way to load, to save, and to walk members.
 namespace norvakavlor {
-
-/// The words that one class's documents and requests use.
-struct DocumentWords {
-    std::string_view kind; ///< object kind in the server's requests
-    std::string_view root; ///< name of the document element
-};
 
 /// Loads a document and hands its root to the object's LoadFromXMLNode with what else that takes:
 /// `return loadFrom(*this, "Objectives", location, textBooks);`. False, with the object as it was, when the
@@ -25,8 +20,8 @@ bool loadFrom(Class& object, std::string_view kind, const std::string& location,
     return document && object.LoadFromXMLNode(document->root(), std::forward<Context>(context)...);
 }
 
-/// Builds a new document by calling `fill(document, root)` and stores it. False only when the server refused
-/// it, which the user has then been shown.
+/// Builds a new document by calling `fill(document, root)` and stores it. False only when it is not proven
+/// that the server took it; the user has then been shown why.
 template <class Fill> bool saveAs(const DocumentWords& words, const std::string& location, Fill fill) {
     xml::Document document;
     fill(document, document.createRoot(words.root));

@@ -2,12 +2,11 @@
 
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/http.h>
-#include <norvakavlor/platform/message_box.h>
-#include <norvakavlor/platform/url.h>
 #include <norvakavlor/platform/xml_parser.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/document_words.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/xml/decode.h>
 #include <utility>
 
@@ -38,17 +37,8 @@ template <class Read> std::optional<xml::Document> unlessUnreachable(Read read) 
     }
 }
 
-/// Where a server holds a document, without the host, which may go by several names: the directory and the
-/// file name, however they are spelled.
-std::string placeOnServer(const std::string& location) {
-    const std::string base = URLBase(location);
-    const size_t path = base.find('/', std::string_view("http://").size());
-    const std::string place = (path == std::string::npos ? "/" : base.substr(path)) + URLFileName(location);
-    return platform::resolveUrl("http://host/", platform::encodeUrl(place));
-}
-
-std::optional<xml::Document> fetchDocument(const std::string& url) {
-    return unlessUnreachable([&] { return parseReply(postToServer(url)); });
+std::optional<xml::Document> fetchDocument(std::string_view kind, const std::string& url) {
+    return unlessUnreachable([&] { return parseReply(askServer(url), wordsOf(kind).root); });
 }
 
 } // namespace
@@ -58,29 +48,29 @@ std::string endpointURL(std::string_view endpoint, std::string_view kind, std::s
     return requestURL(endpoint, kind, location, URLFileName(location), parameters);
 }
 
-std::string postToServer(const std::string& url) { return platform::sendHttp({.url = url}).text; }
+platform::HttpReply askServer(const std::string& url) { return platform::sendHttp({.url = url}); }
 
-std::string postToServer(const std::string& url, const xml::Document& document) {
+bool sendDocument(const std::string& url, const xml::Document& document, std::string_view lead) {
     std::string body = document.toText();
     xml::checkSize(body.size());
-    return platform::sendHttp({.url = url,
-                               .headers = {{"Content-Type", "text/xml; charset=utf-8"}},
-                               .body = std::move(body)})
-        .text;
+    return serverTook(
+        platform::sendHttp(
+            {.url = url, .headers = {{"Content-Type", "text/xml; charset=utf-8"}}, .body = std::move(body)}),
+        lead);
 }
 
 std::optional<xml::Document> readDocument(std::string_view kind, const std::string& location,
                                           std::string_view parameters) {
     if (!IsURL(location))
         return readLocalDocument(location);
-    return fetchDocument(endpointURL(kLoadEndpoint, kind, location, parameters));
+    return fetchDocument(kind, endpointURL(kLoadEndpoint, kind, location, parameters));
 }
 
 std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::string& directory,
                                             const std::string& fileName) {
     if (!IsURL(directory))
         return readLocalDocument(directory + fileName);
-    return fetchDocument(requestURL(kLoadEndpoint, kind, directory, fileName, {}));
+    return fetchDocument(kind, requestURL(kLoadEndpoint, kind, directory, fileName, {}));
 }
 
 bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document) {
@@ -88,26 +78,15 @@ bool writeDocument(std::string_view kind, const std::string& location, const xml
         writeLocalDocument(location, document);
         return true;
     }
-    const std::string refusal = postToServer(endpointURL(kSaveEndpoint, kind, location), document);
-    if (!refusal.empty())
-        platform::showMessage(refusal);
-    return refusal.empty();
+    return sendDocument(endpointURL(kSaveEndpoint, kind, location), document);
 }
 
 void deleteDocument(std::string_view kind, const std::string& location) {
     if (IsURL(location)) {
-        postToServer(endpointURL(kDeleteEndpoint, kind, location));
+        askServer(endpointURL(kDeleteEndpoint, kind, location));
     } else {
         platform::deleteFile(location);
     }
-}
-
-bool leavesStaleCopy(const std::string& former, const std::string& current) {
-    if (former.empty() || former == current)
-        return false;
-    if (!IsURL(former))
-        return platform::fileExists(former) && !platform::sameFile(former, current);
-    return !IsURL(current) || !equalIgnoringCase(placeOnServer(former), placeOnServer(current));
 }
 
 std::optional<xml::Document> readLocalDocument(const std::string& path) {
@@ -121,13 +100,11 @@ void writeLocalDocument(const std::string& path, const xml::Document& document) 
     platform::replaceFile(path, document.toText());
 }
 
-std::optional<xml::Document> parseReply(std::string_view text) { return platform::parseXml(text); }
-
 std::string requestListing(std::string_view kind, std::string_view location, std::string_view parameters) {
     std::string url = URLBase(location).append(kListEndpoint).append("?ObjName=");
     // The "&" is there also when the validation string is empty: servers split the query at it.
     url.append(kind).append(parameters).append("&").append(LoginGlobals::GetValidationString());
-    return postToServer(url);
+    return askServer(url).text;
 }
 
 std::optional<std::string> takeField(std::string_view& listing) {

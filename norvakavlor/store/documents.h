@@ -13,6 +13,10 @@
 /// Nothing else in the library reads or writes a document.
 namespace norvakavlor {
 
+namespace platform {
+struct HttpReply;
+}
+
 /// The server's four endpoints.
 inline constexpr std::string_view kLoadEndpoint = "LoadKavlorObject.asp";
 inline constexpr std::string_view kSaveEndpoint = "SaveKavlorObject.asp";
@@ -25,12 +29,15 @@ inline constexpr std::string_view kListEndpoint = "GetTitleFileNames.asp";
 std::string endpointURL(std::string_view endpoint, std::string_view kind, std::string_view location,
                         std::string_view parameters = {});
 
-/// Sends a request without a body, or with a document, and gives the reply's text. Raises when no reply came.
-std::string postToServer(const std::string& url);
-std::string postToServer(const std::string& url, const xml::Document& document);
+/// The whole reply to a request without a body, for who must know what kind of answer it is. Raises when none
+/// came.
+platform::HttpReply askServer(const std::string& url);
+/// Posts a document. False when it is not proven that the server took it: the user was shown then why, `lead`
+/// going before (see serverTook). Raises when no reply came, and 57 for more than a load would read.
+bool sendDocument(const std::string& url, const xml::Document& document, std::string_view lead = {});
 
-/// The document at a location. Nothing when it is missing, does not parse or cannot be fetched. The reply's
-/// status is never looked at: only whether it parses counts.
+/// The document at a location. Nothing when it is missing, does not parse or cannot be fetched, or when the
+/// server answers with a page that tells of an error (see parseReply).
 std::optional<xml::Document> readDocument(std::string_view kind, const std::string& location,
                                           std::string_view parameters = {});
 
@@ -39,27 +46,17 @@ std::optional<xml::Document> readDocument(std::string_view kind, const std::stri
 std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::string& directory,
                                             const std::string& fileName);
 
-/// Stores a document. False when the server answered with a text, which was then shown in a message box:
-/// the server reports problems so, and success by an empty body. Raises when a local file cannot be written
-/// (70, 76, 61, 57), 57 for more than a load would read, and when no reply came.
+/// Stores a document. False when it is not proven that the server stored it, as sendDocument. Raises when a
+/// local file cannot be written (70, 76, 61, 57), 57 for more than a load would read, and when no reply came.
 bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document);
 
 /// Deletes a document; the server's answer is ignored. Raises 53 for a missing local file and for local names
 /// with "*" or "?", 70 for a read-only file.
 void deleteDocument(std::string_view kind, const std::string& location);
 
-/// Does the document at `former` stay behind as a stale copy now that its object was stored at `current`? Not
-/// when there is no former place or no file there any more, and not when both names lead to the one document
-/// just written. On the web a server may go by several names, pass over an extra query and hold names in any
-/// letter case for one: where only these differ, the former document is left, as a copy too many does less
-/// harm than none.
-bool leavesStaleCopy(const std::string& former, const std::string& current);
-
 /// A document of the local disk, whatever the path looks like; nothing when it is missing or does not parse.
 std::optional<xml::Document> readLocalDocument(const std::string& path);
 void writeLocalDocument(const std::string& path, const xml::Document& document);
-/// Text that came from a server as a document.
-std::optional<xml::Document> parseReply(std::string_view text);
 
 /// The server's listing as it came: runs of fields, each ended by ";". Listings never carry the extra query
 /// and always end with "&" and the validation string.

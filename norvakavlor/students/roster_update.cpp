@@ -3,12 +3,12 @@
 #include <norvakavlor/curriculum/courses.h>
 #include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/document_lock.h>
-#include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/students/students.h>
 
 #include <chrono>
@@ -94,7 +94,7 @@ bool Students::loadForUpdate(const std::string& filename, Courses* courses) {
 bool Students::loadForUpdateFromServer(const std::string& filename, Courses* courses) {
     const auto request = [&](std::optional<xml::Document>& document) {
         return ignoringErrors(
-            [&] { document = parseReply(postToServer(updateURL(kLoadEndpoint, filename))); });
+            [&] { document = parseReply(askServer(updateURL(kLoadEndpoint, filename)), "students"); });
     };
     std::optional<xml::Document> document;
     // A connection that was lost says nothing about the roster: saving an empty one now could wipe it.
@@ -134,9 +134,7 @@ bool Students::lockRosterFile(const std::string& filename, Courses* courses) con
 void Students::saveAndRelease(const std::string& filename, Courses* courses) const {
     const xml::Document document = rosterDocument(courses);
     if (IsURL(filename)) {
-        const std::string refusal = postToServer(updateURL(kSaveEndpoint, filename), document);
-        if (!refusal.empty())
-            platform::showMessage(refusal);
+        sendDocument(updateURL(kSaveEndpoint, filename), document);
     } else {
         platform::replaceLockedDocument(filename, document.toText());
     }

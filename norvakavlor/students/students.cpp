@@ -1,12 +1,12 @@
 #include <norvakavlor/students/students.h>
 
 #include <norvakavlor/curriculum/courses.h>
-#include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/students/student_order.h>
 #include <norvakavlor/xml/node_object.h>
 #include <vector>
@@ -130,11 +130,8 @@ bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& th
                       "?ObjName=Student&FileName=" + URLFileName(filename) +
                       parameterUnlessEmpty("StudentID", student->StudentID);
     AppendQuery(url, LoginGlobals::GetValidationString());
-    const std::string refusal = postToServer(url);
-    if (!refusal.empty()) {
-        platform::showMessage(refusal);
+    if (!serverTook(askServer(url)))
         return false;
-    }
     remove();
     return true;
 }

@@ -1,13 +1,13 @@
 #include "listings.h"
 
 #include <algorithm>
-#include <array>
 #include <functional>
 #include <norvakavlor/assessment/exam_files.h>
 #include <norvakavlor/lessons/lesson_files.h>
 #include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/text.h>
+#include <norvakavlor/store/document_words.h>
 #include <norvakavlor/store/documents.h>
 #include <optional>
 
@@ -20,17 +20,6 @@ struct Selection {
     NameTest name;
     std::string_view root; ///< empty: any
 };
-
-constexpr std::array<std::pair<std::string_view, std::string_view>, 8> kRoots = {{
-    {"TextBooks", "textBookList"},
-    {"Courses", "classes"},
-    {"Objectives", "objectiveList"},
-    {"TaskPool", "taskPool"},
-    {"QuestionPool", "questionPool"},
-    {"Students", "students"},
-    {"Preferences", "pref"},
-    {"LiveExResults", "liveResults"},
-}};
 
 /// Without the parameter every type is meant.
 int32_t typeIn(const RequestTarget& target, std::string_view parameter) {
@@ -69,9 +58,7 @@ Selection selectionFor(const RequestTarget& target) {
     if (kind == "LessonMenu" || kind == "TextbookLessonMenu") {
         return {[](std::string_view fileName) { return upperCase(fileName).ends_with("_LM.XML"); }, {}};
     }
-    const auto known = std::ranges::find(kRoots, std::string_view(kind),
-                                         &std::pair<std::string_view, std::string_view>::first);
-    return {endsIn(".xml"), known == kRoots.end() ? std::string_view() : known->second};
+    return {endsIn(".xml"), wordsOf(kind).root};
 }
 
 /// A field of a listing: nothing in it may end it early.

@@ -1,0 +1,16 @@
+#include <norvakavlor/platform/this_machine.h>
+
+#include <array>
+#include <unistd.h>
+
+namespace norvakavlor::platform {
+
+std::vector<std::string> ownHostNames() {
+    std::array<char, 256> name{};
+    // A name that is cut keeps its first part, which is what counts; the last byte stays 0.
+    if (::gethostname(name.data(), name.size() - 1) != 0)
+        return {};
+    return {name.data()};
+}
+
+} // namespace norvakavlor::platform

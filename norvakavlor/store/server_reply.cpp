@@ -1,0 +1,32 @@
+#include <norvakavlor/store/server_reply.h>
+
+#include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/runtime/text.h>
+#include <string>
+
+namespace norvakavlor {
+
+bool serverTook(const platform::HttpReply& reply, std::string_view lead) {
+    const bool isSuccess = reply.ownStatus / 100 == 2;
+    if (isSuccess && reply.text.empty())
+        return true;
+    const std::string text =
+        reply.text.empty() ? "The server did not take the document (" + std::to_string(reply.ownStatus) + ")."
+                           : reply.text;
+    platform::showMessage(std::string(lead) + text);
+    return false;
+}
+
+std::optional<xml::Document> parseReply(const platform::HttpReply& reply, std::string_view root) {
+    constexpr int kFirstErrorStatus = 400;
+    auto document = platform::parseXml(reply.text);
+    if (document) {
+        const std::string_view name = document->root().name();
+        if (equalIgnoringCase(name, "html") || (reply.status >= kFirstErrorStatus && name != root))
+            return std::nullopt;
+    }
+    return document;
+}
+
+} // namespace norvakavlor

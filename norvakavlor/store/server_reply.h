@@ -1,0 +1,20 @@
+#pragma once
+
+#include <norvakavlor/platform/http.h>
+#include <norvakavlor/xml/document.h>
+#include <optional>
+#include <string_view>
+
+/// What a server's reply says.
+namespace norvakavlor {
+
+/// Did the server do what a save or a deletion asked for? That is proven by a 2xx status of this very request
+/// and an empty body, and by nothing else. False otherwise; the user is then shown `lead` and the reply's
+/// text, or a sentence with the status where no text came.
+bool serverTook(const platform::HttpReply& reply, std::string_view lead = {});
+
+/// The document in a reply to a load. Nothing when the text does not parse, and for a page that tells of an
+/// error: its root is "html" in any letter case, or the status is 400 or more and the root not `root`.
+std::optional<xml::Document> parseReply(const platform::HttpReply& reply, std::string_view root);
+
+} // namespace norvakavlor
