@@ -318,6 +318,23 @@ TEST_F(ExamSummary, CountsStudentsAndRightAnswers) {
     EXPECT_EQ(results(*exam), "q1:2/2/1");
 }
 
+TEST_F(ExamSummary, LiesWhereItsExamWasLastLoadedOrSaved) {
+    attempt("S1_01", R"(<questionRef correct="1">q1</questionRef>)");
+    const auto summaryOf = [&](Exam& exam) {
+        exam.LoadExamSummary(folder.file("roster.xml"), pool.get(), nullptr, "x", 1, "", "");
+        return results(exam);
+    };
+    folder.write("in/final_kvqm.xml", "<exam/>");
+    folder.write("in/final_kvqm_S1_01.xml", "<exam><questionRef>q2</questionRef></exam>");
+    const auto loaded = New<Exam>();
+    loaded->Load(folder.file("final_kvqm.xml"), nullptr);
+    loaded->Save(folder.file("in/final_kvqm.xml"), false);
+    EXPECT_EQ(summaryOf(*loaded), "q2:0/1/1") << "saved there since";
+    const auto beside = New<Exam>();
+    beside->ExamFileName = "final_kvqm.xml";
+    EXPECT_EQ(summaryOf(*beside), "q1:1/1/1") << "beside the roster, as it was neither loaded nor saved";
+}
+
 TEST_F(ExamSummary, CountsWhatARandomOrderShowed) {
     const std::string questions =
         R"(<questionRef correct="1">q1</questionRef><questionRef correct="1">q2</questionRef>)";

@@ -5,6 +5,7 @@
 #include <norvakavlor/lessons/lesson.h>
 #include <norvakavlor/lessons/lesson_files.h>
 #include <norvakavlor/lessons/lesson_menu.h>
+#include <norvakavlor/lessons/tutorial.h>
 #include <norvakavlor/runtime/convert.h>
 
 namespace norvakavlor {
@@ -135,6 +136,65 @@ TEST(Lesson, LeavesNoStaleCopy) {
     EXPECT_TRUE(folder.has("new_kvl.xml") && folder.has("bad_kvl.xml")) << "neither is what was saved";
     EXPECT_TRUE(lesson->CalcLessonFileComplete(folder.file("missing_kvl.xml"), nullptr));
     EXPECT_EQ(errorNumber([&] { lesson->Delete(folder.file("missing_kvl.xml")); }), 53);
+}
+
+constexpr const char* kStandInRefused =
+    "70|NorvaKavlor|There is a copy of this lesson that could not be read before. Load the menu again.";
+
+/// The authored lesson as a menu gives it to a student whose copy did not load.
+Ref<Lesson> standIn(const TemporaryFolder& folder, const std::string& saveDir) {
+    folder.write("authored/a_kvl.xml", "<lesson ID=\"L\"/>");
+    const auto tutorial = New<Tutorial>();
+    const xml::Document document =
+        parsed("<tutorial><lessonList><lessonFile>a_kvl.xml</lessonFile></lessonList></tutorial>");
+    EXPECT_TRUE(
+        tutorial->LoadFromXMLNode(document.root(), folder.path() + "authored", nullptr, "S1", saveDir));
+    return tutorial->Lessons->Item(1);
+}
+
+TEST(Lesson, AStandInNeverOverwritesAStudentsCopy) {
+    const TemporaryFolder folder;
+    const std::string name = "a_kvl_S1.xml";
+    const std::string copy = folder.write(name, "<lesson>");
+    // What does not parse is kept beside it, and nothing that was kept so is written over.
+    for (const char* kept : {"a_kvl_S1.xml.unreadable", "a_kvl_S1.xml.unreadable2"}) {
+        folder.write(name, std::string("<lesson>") + kept);
+        const auto lesson = standIn(folder, folder.path());
+        EXPECT_EQ(lesson->LessonFilename, name);
+        EXPECT_TRUE(lesson->Save(copy, false) && lesson->Save(copy, false)) << "looked at once";
+        EXPECT_EQ(folder.read(kept), std::string("<lesson>") + kept);
+        EXPECT_NE(folder.read(name).find("<lesson ID=\"L\""), std::string::npos);
+    }
+    folder.write(name, "");
+    const auto late = standIn(folder, folder.path());
+    folder.write(name, "<lesson ID=\"finished\"/>");
+    EXPECT_TRUE(late->Save(folder.file("elsewhere_kvl.xml"), false));
+    EXPECT_EQ(raised([&] { late->Save(folder.path() + "./" + name, false); }), kStandInRefused);
+    EXPECT_EQ(folder.read(name), "<lesson ID=\"finished\"/>");
+    std::filesystem::remove(folder.file(name));
+    EXPECT_TRUE(late->Save(copy, false)) << "nothing is there";
+}
+
+TEST(LessonsOnTheWeb, AStandInSavesOnlyWhereThereIsSurelyNoCopy) {
+    const TemporaryFolder folder;
+    const struct {
+        const char* first;  ///< status and text when the menu loads
+        const char* second; ///< and when the stand-in is saved
+        bool saves;
+    } cases[] = {
+        {"503busy", "503busy", false},    {"404", "404", true},      {"500", "200", true},
+        {"200", "200<lesson%2F>", false}, {"401no", "401no", false}, {"200x", "429wait", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.second);
+        // The copy is asked for once by the menu and once by the save.
+        const std::string base = misbehaving(std::string("turns/") + c.first + "/" + c.second) + "x/";
+        const auto lesson = standIn(folder, base);
+        EXPECT_EQ(raised([&] { lesson->Save(base + "a_kvl_S1.xml", false); }),
+                  c.saves ? "nothing" : kStandInRefused);
+    }
+    const auto unreachable = standIn(folder, refusingServer());
+    EXPECT_EQ(raised([&] { unreachable->Save(refusingServer() + "a_kvl_S1.xml", false); }), kStandInRefused);
 }
 
 TEST(Lesson, FindsAStudentsCopies) {

@@ -95,6 +95,8 @@ TEST(GradiumLiveEx, ReadsAndWritesItsLaunch) {
                                           "</ORBEX_INPUTS>");
     const auto launch = New<GradiumLiveEx>();
     EXPECT_TRUE(launch->LoadFromXMLNode(document.root(), ""));
+    const xml::Document empty = parsed("<ORBEX_INPUTS><liveExercise><score/></liveExercise></ORBEX_INPUTS>");
+    EXPECT_TRUE(launch->LoadFromXMLNode(empty.root(), "")) << "an empty score is an absent one";
     EXPECT_EQ(written("ORBEX_INPUTS", [&](xml::Document&, xml::Node root) { launch->SaveToXMLNode(root); }),
               "<ORBEX_INPUTS><SUBMIT_HOST_V3>new</SUBMIT_HOST_V3><SUBMIT_HOST_V3_BACKUP>"
               "</SUBMIT_HOST_V3_BACKUP><liveExercise><id>X1</id><courseId>C</courseId>"

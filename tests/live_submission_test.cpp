@@ -5,6 +5,7 @@
 #include <norvakavlor/config/check_setup.h>
 #include <norvakavlor/config/registry.h>
 #include <norvakavlor/platform/clock.h>
+#include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/settings.h>
 #include <norvakavlor/results/live_ex_results.h>
@@ -62,18 +63,23 @@ TEST_F(LiveSubmission, TriesFiveTimesAndSaysSo) {
                     busy, again, busy, again, error, again, busy, again, error, again,
                     "Kavlor Message|Sending results to Gradium failed.  Please alert your instructor"));
     EXPECT_EQ(receivedRequests().size(), 3u);
-    EXPECT_EQ(folder.read("record.xml"), "<liveResults/>") << "its result is with the gradebook";
     EXPECT_TRUE(results->GetGradiumLiveEx()) << "the launch waits until the gradebook has accepted";
+    const auto later = New<LiveExResults>();
+    ASSERT_TRUE(later->Load(folder.file("record.xml")));
+    EXPECT_EQ(later->Scores->Count(), 3) << "they can be submitted again";
 }
 
 TEST_F(LiveSubmission, StopsWhenTheGradebookAccepts) {
-    launch(misbehaving("reply/busy"), misbehaving("reply/success"));
+    // The address is used without the white space around it, and the launch goes also when it is read-only.
+    launch(misbehaving("reply/busy"), "\r\n\t " + misbehaving("reply/success") + " \n");
+    platform::setReadOnly(folder.file("GradiumLiveEx_X1.xml"), true);
     const platform::ScopedClockSource clock({.now = [] { return toDate("3/4/2004 12:05:09 AM"); }});
     const RecordedMessages messages;
     EXPECT_TRUE(results->Save(folder.file("record.xml"), false));
     EXPECT_EQ(messages.all().size(), 4u);
     const auto requests = receivedRequests();
     ASSERT_EQ(requests.size(), 3u);
+    EXPECT_EQ(folder.read("record.xml"), "<liveResults/>") << "its result is with the gradebook";
     EXPECT_EQ(requests[2].substr(requests[2].find("\r\n\r\n") + 4),
               "&student_id=S&exercise_id=X1&assignment_id=A 1&course_id=A 1&testDate=March 4, "
               "2004&testTime=12:05:09AM"
@@ -101,6 +107,18 @@ TEST_F(LiveSubmission, RaisesWithoutScoresAndFindsNoLaunchElsewhere) {
     results->Scores->clear();
     EXPECT_EQ(errorNumber([&] { results->Save(folder.file("record.xml"), false); }), 6);
     EXPECT_FALSE(folder.has("record.xml"));
+    // What cannot be looked up is no launch, and the record is stored whole.
+    setResultsDirectory(refusingServer());
+    EXPECT_FALSE(results->GetGradiumLiveEx());
+    for (const char* odd : {"<launch/>", "<ORBEX_INPUTS>",
+                            "<ORBEX_INPUTS><liveExercise><score>x</score>"
+                            "</liveExercise></ORBEX_INPUTS>"}) {
+        setResultsDirectory(folder.path());
+        folder.write("GradiumLiveEx_X1.xml", odd);
+        EXPECT_FALSE(results->GetGradiumLiveEx()) << odd;
+        EXPECT_TRUE(results->Save(folder.file("record.xml"), false));
+        EXPECT_TRUE(folder.has("GradiumLiveEx_X1.xml"));
+    }
     results->ExamID = "../X1";
     EXPECT_FALSE(results->GetGradiumLiveEx());
     results->ExamID = "X2";

@@ -167,8 +167,13 @@ TEST(KavlorServer, SumsUpTheAttemptsOfAClass) {
         EXPECT_EQ(summary, c.summary);
         EXPECT_EQ(exam->ID + exam->Title, "E1Cells");
     }
+    // A second summary counts on top; what there is neither exam nor attempt of has none.
     auto exam = New<Exam>();
+    for (int call = 0; call < 2; ++call)
+        exam->LoadExamSummary("", nullptr, nullptr, folder.url("x_kvqm.xml"), 1, "0", "0");
+    EXPECT_EQ(exam->Questions->Item("Q1")->Correct + exam->Questions->Item("Q1")->Attempts, 4);
     EXPECT_FALSE(exam->LoadExamSummary("", nullptr, nullptr, folder.url("no/x_kvqm.xml"), 1, "", ""));
+    EXPECT_FALSE(exam->LoadExamSummary("", nullptr, nullptr, folder.url("y_kvqm.xml"), 1, "", ""));
 }
 
 TEST(KavlorServer, NoNameLeavesItsFolder) {

@@ -75,18 +75,22 @@ bool mayBeServed(const std::string& path, const std::string& address) {
 } // namespace
 
 bool mayBeOneDocument(const std::string& left, const std::string& right) {
-    if (left == right)
-        return true;
     if (IsURL(left))
         return IsURL(right) ? placeOnServer(left) == placeOnServer(right) : mayBeServed(right, left);
-    return IsURL(right) ? mayBeServed(left, right) : platform::sameFile(left, right);
+    if (IsURL(right))
+        return mayBeServed(left, right);
+    if (platform::fileExists(left) && platform::fileExists(right))
+        return platform::sameFile(left, right);
+    return lastSegment(comparablePath(left)) == lastSegment(comparablePath(right));
 }
 
 bool leavesStaleCopy(const std::string& former, const std::string& current) {
     try {
-        if (former.empty() || (!IsURL(former) && !platform::fileExists(former)))
+        if (former.empty() || former == current)
             return false;
-        return !mayBeOneDocument(former, current);
+        if (IsURL(former) || IsURL(current))
+            return !mayBeOneDocument(former, current);
+        return platform::fileExists(former) && !platform::sameFile(former, current);
     } catch (const std::bad_alloc&) {
         return false; // the save is done and stays so
     }
