@@ -86,11 +86,10 @@ bool mayBeOneDocument(const std::string& left, const std::string& right) {
 
 bool leavesStaleCopy(const std::string& former, const std::string& current) {
     try {
-        if (former.empty() || former == current)
+        if (former.empty() || former == current || (!IsURL(former) && !platform::fileExists(former)))
             return false;
-        if (IsURL(former) || IsURL(current))
-            return !mayBeOneDocument(former, current);
-        return platform::fileExists(former) && !platform::sameFile(former, current);
+        return IsURL(former) || IsURL(current) ? !mayBeOneDocument(former, current)
+                                               : !platform::sameFile(former, current);
     } catch (const std::bad_alloc&) {
         return false; // the save is done and stays so
     }
