@@ -28,6 +28,16 @@ add_custom_target(type_library DEPENDS ${type_library})
 file(GLOB automation_sources CONFIGURE_DEPENDS ${automation_folder}/*.cpp)
 add_library(norvakavlor_automation STATIC ${automation_sources})
 target_link_libraries(norvakavlor_automation PUBLIC norvakavlor)
+set_target_properties(norvakavlor_automation PROPERTIES UNITY_BUILD OFF)
+
+# A resource script knows no version of CMake's; it must agree with it.
+file(STRINGS ${automation_folder}/NorvaKavlor.rc resource_versions REGEX "^(FILE|PRODUCT)VERSION")
+string(REPLACE "." ", " wanted_version "${PROJECT_VERSION}, 0")
+foreach(line IN LISTS resource_versions)
+    if(NOT line MATCHES "VERSION ${wanted_version}$")
+        message(FATAL_ERROR "NorvaKavlor.rc has ${line}, the project is ${PROJECT_VERSION}")
+    endif()
+endforeach()
 
 enable_language(RC)
 set_source_files_properties(${automation_folder}/NorvaKavlor.rc PROPERTIES

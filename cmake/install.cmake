@@ -1,5 +1,6 @@
-# cmake --install build/native --prefix /usr/local: the library, its headers, what find_package(NorvaKavlor)
-# reads, kavlor-server. Of the Windows build the DLL with its type library is what others need.
+# cmake --install build/native --prefix /usr/local: the library, its public headers, what
+# find_package(NorvaKavlor) reads, kavlor-server. Of the Windows build the DLL with its type library is what
+# others need.
 include(GNUInstallDirs)
 
 if(WIN32)
@@ -11,15 +12,14 @@ if(WIN32)
     return()
 endif()
 
-target_include_directories(norvakavlor PUBLIC $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-target_compile_features(norvakavlor PUBLIC cxx_std_20)
-install(TARGETS norvakavlor EXPORT NorvaKavlorTargets)
-install(DIRECTORY norvakavlor DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-    FILES_MATCHING PATTERN "*.h"
-    PATTERN native EXCLUDE PATTERN windows EXCLUDE PATTERN automation EXCLUDE)
+install(TARGETS norvakavlor EXPORT NorvaKavlorTargets FILE_SET HEADERS FILE_SET made)
+if(TARGET kavlor-server)
+    install(TARGETS kavlor-server)
+endif()
 
 include(CMakePackageConfigHelpers)
 set(config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/NorvaKavlor)
+get_target_property(library_kind norvakavlor TYPE)
 configure_package_config_file(cmake/NorvaKavlorConfig.cmake.in ${PROJECT_BINARY_DIR}/NorvaKavlorConfig.cmake
     INSTALL_DESTINATION ${config_folder})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/NorvaKavlorConfigVersion.cmake
