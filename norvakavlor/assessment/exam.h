@@ -12,6 +12,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Exam;
+
 class Courses;
 class QuestionPool;
 class Students;

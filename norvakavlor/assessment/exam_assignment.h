@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] ExamAssignment;
+
 /// One assignment of an exam to a section of a course.
 class ExamAssignment final : public Object {
 public:

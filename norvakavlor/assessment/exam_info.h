@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] ExamInfo;
+
 /// One row of a listing of attempts.
 class ExamInfo final : public Object {
 public:

@@ -8,6 +8,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] ExamList;
+
 /// A named list of exams with shared preferences; its file name ends in "_kvql.xml".
 class ExamList final : public Object {
 public:

@@ -7,6 +7,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Preferences;
+
 /// The switches under which an exam is delivered: a document of its own, or part of an exam or exam list.
 class Preferences final : public Object {
 public:

@@ -10,6 +10,9 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] DialogBox;
+class [[gnu::visibility("default")]] Question;
+
 /// A dialog box that a question shows at a step, and the answer that it takes.
 class DialogBox final : public Object {
 public:

@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] QuestionPool;
+
 /// The questions of a title, one document. It owns its members.
 class QuestionPool final : public Object {
 public:

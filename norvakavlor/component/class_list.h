@@ -10,20 +10,20 @@ namespace norvakavlor {
 using ClassTable = const ClassInfo& (*)();
 
 /// The public classes that clients create, in the order of the reference.
-std::span<const ClassTable> creatableClasses();
+[[gnu::visibility("default")]] std::span<const ClassTable> creatableClasses();
 
 /// The classes that other objects hand out: collections and the like.
-std::span<const ClassTable> furtherClasses();
+[[gnu::visibility("default")]] std::span<const ClassTable> furtherClasses();
 
 /// The tables of both, in that order.
 std::vector<const ClassInfo*> allClasses();
 
 /// The table of a creatable class by its name, letter case ignored; null when there is none.
-const ClassInfo* findCreatableClass(std::string_view name);
+[[gnu::visibility("default")]] const ClassInfo* findCreatableClass(std::string_view name);
 
 /// Creates an object by its programmatic identifier ("NorvaKavlor.TextBooks", letter case ignored). Raises
 /// 429 when there is no such class.
-Ref<Object> CreateObject(std::string_view programmaticIdentifier);
+[[gnu::visibility("default")]] Ref<Object> CreateObject(std::string_view programmaticIdentifier);
 
 /// While it lives, clients can create one more class, at the end of the list: a program that tests how
 /// classes are reached brings one of its own. Not for several threads at once, nor out of order.

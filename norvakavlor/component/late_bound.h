@@ -14,19 +14,22 @@ namespace norvakavlor {
 
 /// Calls a method or reads a property (an indexed one with its indexes). Afterwards `arguments` has one
 /// entry for each parameter, and results by reference stand in theirs.
-Value call(Object& object, std::string_view member, std::vector<Value>& arguments);
-Value call(Object& object, std::string_view member, std::vector<Value>&& arguments = {});
+[[gnu::visibility("default")]] Value call(Object& object, std::string_view member,
+                                          std::vector<Value>& arguments);
+[[gnu::visibility("default")]] Value call(Object& object, std::string_view member,
+                                          std::vector<Value>&& arguments = {});
 
 /// Named arguments, which follow the positional ones.
 using NamedArguments = std::vector<std::pair<std::string, Value>>;
-Value call(Object& object, std::string_view member, std::vector<Value> arguments,
-           const NamedArguments& named);
+[[gnu::visibility("default")]] Value call(Object& object, std::string_view member,
+                                          std::vector<Value> arguments, const NamedArguments& named);
 
-Value get(Object& object, std::string_view property);
-void put(Object& object, std::string_view property, const Value& value, std::vector<Value> indexes = {});
+[[gnu::visibility("default")]] Value get(Object& object, std::string_view property);
+[[gnu::visibility("default")]] void put(Object& object, std::string_view property, const Value& value,
+                                        std::vector<Value> indexes = {});
 
 /// The elements that For Each would yield now. Raises 438 when the object is no collection.
-std::vector<Value> elementsOf(Object& object);
+[[gnu::visibility("default")]] std::vector<Value> elementsOf(Object& object);
 
 /// What the calls above do once the member is found; a client that knows it by number starts here.
 Value callMember(Object& object, const Member& member, std::vector<Value>& arguments,

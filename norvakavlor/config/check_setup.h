@@ -5,6 +5,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] CheckSetup;
+
 /// Says whether the places of an installation's data are there.
 class CheckSetup final : public Object {
 public:

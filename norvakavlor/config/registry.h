@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Registry;
+
 /// String values of the machine's registry. Nothing here raises: what cannot be read is empty.
 class Registry final : public Object {
 public:

@@ -5,6 +5,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Encryption;
+
 /// The digest that is stored in the place of a password: MD5 of the text's bytes in the system's code page,
 /// as 32 lower-case hexadecimal digits. When the platform's hashing fails, an error text stands in its place,
 /// which matches no password. Raises 9 for a text of more than 256 characters.

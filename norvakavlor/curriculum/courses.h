@@ -8,6 +8,10 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] CourseSection;
+class [[gnu::visibility("default")]] Course;
+class [[gnu::visibility("default")]] Courses;
+
 /// A section of a course.
 class CourseSection final : public Object {
 public:

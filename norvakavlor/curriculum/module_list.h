@@ -5,6 +5,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] ModuleList;
+
 /// The distinct modules of a pool in the order in which they were first met. Letter case is ignored here,
 /// while a pool compares modules exactly when it is asked for one's members: those under a second spelling
 /// are reached only by who knows it.

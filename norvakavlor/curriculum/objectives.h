@@ -7,6 +7,10 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Reference;
+class [[gnu::visibility("default")]] Objective;
+class [[gnu::visibility("default")]] Objectives;
+
 /// A reference into a textbook.
 class Reference final : public Object {
 public:

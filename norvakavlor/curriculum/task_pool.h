@@ -9,6 +9,9 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Task;
+class [[gnu::visibility("default")]] TaskPool;
+
 /// A skill to be performed. Its module is that of its objective.
 class Task final : public Object {
 public:

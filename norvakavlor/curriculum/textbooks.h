@@ -6,6 +6,9 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] TextBook;
+class [[gnu::visibility("default")]] TextBooks;
+
 /// A textbook known to the installation. Other documents refer to it by ID.
 class TextBook final : public Object {
 public:

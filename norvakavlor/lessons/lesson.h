@@ -9,6 +9,9 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] LessonAssignment;
+class [[gnu::visibility("default")]] Lesson;
+
 /// One placement of a lesson in a section of a course.
 class LessonAssignment final : public Object {
 public:

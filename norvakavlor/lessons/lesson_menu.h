@@ -7,6 +7,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] LessonMenu;
+
 /// What a student sees when choosing a lesson: a titled list of tutorials, one document.
 class LessonMenu final : public Object {
 public:

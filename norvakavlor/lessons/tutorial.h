@@ -7,6 +7,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Tutorial;
+
 /// How a menu shows a tutorial.
 enum class TutorialTypes : int16_t { TutorialNormal = 0, TutorialNoExpand = 1, TutorialSingle = 2 };
 

@@ -5,6 +5,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] ModuleDiscManager;
+
 /// Which file serves which module of the curriculum, where the material comes on separate media.
 class ModuleDiscManager final : public Object {
 public:

@@ -7,6 +7,6 @@ namespace norvakavlor::platform {
 /// A new file-system object: on Windows the scripting runtime's own, elsewhere one with the members of it
 /// that this library's clients use (FileExists, FolderExists, DeleteFile, GetBaseName, GetExtensionName).
 /// Raises 429 when there is none to be had.
-Ref<Object> newFileSystemObject();
+[[gnu::visibility("default")]] Ref<Object> newFileSystemObject();
 
 } // namespace norvakavlor::platform

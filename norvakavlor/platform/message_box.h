@@ -13,6 +13,6 @@ void showMessage(const std::string& text, const std::string& title = "");
 using Notifier = std::function<void(const std::string& text, const std::string& title)>;
 
 /// Installs a host's notifier (an empty one restores the platform's way) and gives back the one before.
-Notifier setNotifier(Notifier notifier);
+[[gnu::visibility("default")]] Notifier setNotifier(Notifier notifier);
 
 } // namespace norvakavlor::platform

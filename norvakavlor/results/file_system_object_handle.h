@@ -5,6 +5,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] FileSystemObjectHandle;
+
 /// Holds one file-system object for all who share this handle.
 class FileSystemObjectHandle final : public Object {
 public:

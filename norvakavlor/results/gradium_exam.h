@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] GradiumExam;
+
 /// An exam that was launched from the gradebook, with the student, the course and the address for its
 /// results.
 class GradiumExam final : public GradiumRecord {

@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] GradiumLesson;
+
 /// A lesson that was launched from the gradebook, with the student, the course and the address for its
 /// results. Its methods are those of GradiumExam but for what is said here.
 class GradiumLesson final : public GradiumRecord {

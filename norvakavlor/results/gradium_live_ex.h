@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] GradiumLiveEx;
+
 /// A live exercise that the gradebook launched, and the percentage that goes back to it.
 class GradiumLiveEx final : public Object {
 public:

@@ -7,6 +7,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] GradiumRecord;
+
 /// What an exam and a lesson that the gradebook launched have in common: who the student and the instructor
 /// are, which course it is, where results go. Records and launch documents have one format, so that one
 /// reader serves both.

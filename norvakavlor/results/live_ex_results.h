@@ -8,6 +8,9 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] LiveExScore;
+class [[gnu::visibility("default")]] LiveExResults;
+
 /// One graded step of a live exercise.
 class LiveExScore final : public Object {
 public:

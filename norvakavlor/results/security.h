@@ -5,6 +5,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Security;
+
 /// The handshake with the product's server. What it agrees on, the validation string, goes with every request
 /// of the thread; every Security object shows the same one.
 class Security final : public Object {

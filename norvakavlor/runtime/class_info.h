@@ -12,6 +12,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] ClassInfo;
+
 /// The type of a property, a parameter or a result as clients know it.
 struct Type {
     enum class Kind {

@@ -4,6 +4,8 @@
 
 namespace norvakavlor {
 
+struct [[gnu::visibility("default")]] Date;
+
 /// An Automation date: days since 1899-12-30, the time of day in the fraction (of the absolute value, also
 /// for days before that one).
 struct Date {
@@ -30,9 +32,9 @@ struct CivilTime {
 };
 
 /// Rounds to the nearest second. Raises 6 outside the years 100 to 9999.
-CivilTime civilTime(Date date);
+[[gnu::visibility("default")]] CivilTime civilTime(Date date);
 
 /// The reverse. Raises 13 for a day that the calendar does not have.
-Date dateOf(const CivilTime& time);
+[[gnu::visibility("default")]] Date dateOf(const CivilTime& time);
 
 } // namespace norvakavlor

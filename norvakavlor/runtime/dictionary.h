@@ -11,6 +11,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Dictionary;
+
 /// Keys with items in the order in which they were added, as scripts know it from the scripting runtime: keys
 /// compare exactly (CompareMode 0) unless a client sets CompareMode 1 while it is empty. For Each gives the
 /// keys. Numbers, booleans and dates of equal value are one key, whatever their types; a text is never the

@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Error;
+
 /// A raised error as every client sees it: a number, the class and method that raised it, an English text.
 class Error final : public std::exception {
 public:
@@ -47,16 +49,16 @@ enum class RuntimeError : int32_t {
 };
 
 /// 0x80040000 + code: the form in which the classes' own errors travel.
-Error objectError(int code, std::string source, std::string description);
+[[gnu::visibility("default")]] Error objectError(int code, std::string source, std::string description);
 
 /// A runtime error with its usual text; the source is the library's name.
-Error runtimeError(RuntimeError error);
+[[gnu::visibility("default")]] Error runtimeError(RuntimeError error);
 
 /// A runtime error with a text of its own, where the usual one would leave a reader guessing.
-Error runtimeError(RuntimeError error, std::string description);
+[[gnu::visibility("default")]] Error runtimeError(RuntimeError error, std::string description);
 
 /// The usual text of a runtime error.
-const char* usualText(RuntimeError error);
+[[gnu::visibility("default")]] const char* usualText(RuntimeError error);
 
 /// Running out of memory says nothing about a document or a number, so no step may go on after it. It travels
 /// as std::bad_alloc, or as error 7 where the system or a client's object reports it.

@@ -17,6 +17,8 @@
 
 namespace norvakavlor {
 
+template <class T> class [[gnu::visibility("default")]] KeyedCollection;
+
 /// An ordered collection whose items may have a key. Items keep the order in which they were added; keys
 /// compare without regard to letter case. A class holds `KeyedCollection<Student>` for shared objects and
 /// `KeyedCollection<std::string>` for texts. Appending and looking up by key or index take constant time;

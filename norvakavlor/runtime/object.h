@@ -6,6 +6,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Object;
+
 class ClassInfo;
 template <class T> class Ref;
 template <class T, class... Arguments> Ref<T> New(Arguments&&... arguments);

@@ -9,11 +9,11 @@
 namespace norvakavlor {
 
 /// The text in upper case. Bytes that are not UTF-8 stay as they are.
-std::string upperCase(std::string_view text);
+[[gnu::visibility("default")]] std::string upperCase(std::string_view text);
 std::string lowerCase(std::string_view text);
 
 /// Equal in upper case, which is how keys and names compare.
-bool equalIgnoringCase(std::string_view left, std::string_view right);
+[[gnu::visibility("default")]] bool equalIgnoringCase(std::string_view left, std::string_view right);
 /// Does `text` contain `part`, letter case ignored?
 bool containsIgnoringCase(std::string_view text, std::string_view part);
 

@@ -12,6 +12,9 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Value;
+struct [[gnu::visibility("default")]] Array;
+
 struct Array;
 
 /// A client's number whose digits a double would not give as text: a single (as a double, 85.7 is

@@ -5,6 +5,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] TitleFilename;
+
 /// One entry of a listing.
 class TitleFilename final : public Object {
 public:

@@ -7,6 +7,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Student;
+
 class Courses;
 
 /// One learner of the roster. It never touches a store by itself. Texts are kept as they are given.

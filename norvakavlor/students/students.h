@@ -11,6 +11,8 @@
 
 namespace norvakavlor {
 
+class [[gnu::visibility("default")]] Students;
+
 /// The roster: every student of one document, with a second index by user name. Where a method takes
 /// `courses`, it may be absent; course and section are checked only with it.
 ///

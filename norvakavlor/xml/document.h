@@ -11,6 +11,9 @@
 /// One tree for every document of both products. Nothing here recurses, so depth costs no stack.
 namespace norvakavlor::xml {
 
+class [[gnu::visibility("default")]] Node;
+class [[gnu::visibility("default")]] Document;
+
 struct NodeData;
 class Arena;
 
