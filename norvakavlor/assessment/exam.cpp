@@ -15,7 +15,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords = wordsOf("Exam");
+constexpr DocumentWords kExamWords = wordsOf("Exam");
 
 constexpr auto kLeadingFields = fields(                            //
     attributeUnlessEmpty("ID", &Exam::ID),                         //
@@ -51,7 +51,7 @@ Ref<Question> questionOf(QuestionPool* pool, const std::string& id) {
 
 bool Exam::Load(const std::string& location, QuestionPool* questionPool) {
     std::string from = location; // which may be ExamFileName, and loading changes that
-    if (!loadFrom(*this, kWords.kind, location, questionPool, location))
+    if (!loadFrom(*this, kExamWords.kind, location, questionPool, location))
         return false;
     loadedFrom_ = std::move(from);
     return true;
@@ -108,7 +108,7 @@ bool Exam::Save(const std::string& location, bool deleteOld) {
     std::string fileName = bareFileName(location);
     std::string folder = folderOf(location); // first: no allocation may fail after the exam is stored
     const bool accepted =
-        saveAs(kWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+        saveAs(kExamWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOld && accepted && leavesStaleCopy(loadedFrom_, location);
     // Only now: a caller may have given this very member as the location.
     ExamFileName = std::move(fileName);
@@ -140,7 +140,7 @@ bool Exam::SaveToXMLNode(xml::Node examNode) const {
 }
 
 bool Exam::Delete(const std::string& location) const {
-    const auto deleteIt = [&] { deleteDocument(kWords.kind, location); };
+    const auto deleteIt = [&] { deleteDocument(kExamWords.kind, location); };
     if (!IsURL(location))
         return ignoringErrors(deleteIt);
     deleteIt();

@@ -6,17 +6,19 @@
 namespace norvakavlor {
 namespace {
 
-constexpr auto kFields = fields(                   //
+constexpr auto kExamAssignmentFields = fields(     //
     always("examRef", &ExamAssignment::ExamRef),   //
     always("classRef", &ExamAssignment::ClassRef), //
     always("sectionRef", &ExamAssignment::SectionRef));
 
 } // namespace
 
-bool ExamAssignment::LoadFromXMLNode(xml::Node objNode) { return read(kFields, objNode, *this); }
+bool ExamAssignment::LoadFromXMLNode(xml::Node objNode) {
+    return read(kExamAssignmentFields, objNode, *this);
+}
 
 bool ExamAssignment::SaveToXMLNode(xml::Node objNode) const {
-    write(kFields, objNode, *this);
+    write(kExamAssignmentFields, objNode, *this);
     return true;
 }
 

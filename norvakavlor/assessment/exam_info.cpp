@@ -9,7 +9,7 @@ namespace norvakavlor {
 namespace {
 
 // A row is read from an exam's document and never written.
-constexpr auto kFields = fields(                    //
+constexpr auto kExamInfoFields = fields(            //
     always("title", &ExamInfo::Title),              //
     attribute("pctCorrect", &ExamInfo::PctCorrect), //
     always("questionRef", &ExamInfo::FirstQuestionID));
@@ -36,7 +36,7 @@ bool ExamInfo::LoadValues(const std::string& pDirectory, const std::string& pFil
     Directory = pDirectory;
     Filename = pFilename;
     Attempt = attemptNumber(pFilename);
-    return read(kFields, document->root(), *this);
+    return read(kExamInfoFields, document->root(), *this);
 }
 
 const ClassInfo& ExamInfo::classInfo() {

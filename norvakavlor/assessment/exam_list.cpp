@@ -12,9 +12,9 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords = wordsOf("ExamList");
+constexpr DocumentWords kExamListWords = wordsOf("ExamList");
 
-constexpr auto kFields = fields(always("title", &ExamList::Title));
+constexpr auto kExamListFields = fields(always("title", &ExamList::Title));
 
 /// The exam of a file name in the first directory that has it; null when none has.
 Ref<TitleFilename> findExam(const std::vector<std::string>& directories, const std::string& fileName) {
@@ -31,12 +31,12 @@ Ref<TitleFilename> findExam(const std::vector<std::string>& directories, const s
 } // namespace
 
 bool ExamList::Load(const std::string& location, const std::string& directoryList) {
-    const auto document = readDocument(kWords.kind, location);
+    const auto document = readDocument(kExamListWords.kind, location);
     if (!document)
         return false;
     const xml::Node root = document->root();
     ExamListFileName = bareFileName(location);
-    read(kFields, root, *this);
+    read(kExamListFields, root, *this);
     loadOwnPreferences(Prefs, root);
     // No list names no directory; an empty piece of one is the root.
     const auto directories =
@@ -49,8 +49,8 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
 }
 
 bool ExamList::Save(const std::string& location) {
-    saveAs(kWords, location, [this](xml::Document& document, xml::Node root) {
-        write(kFields, root, *this);
+    saveAs(kExamListWords, location, [this](xml::Document& document, xml::Node root) {
+        write(kExamListFields, root, *this);
         saveOwnPreferences(Prefs, document, root);
         for (const Ref<TitleFilename>& exam : *Exams)
             root.append("examFile", exam->Filename);
@@ -61,12 +61,12 @@ bool ExamList::Save(const std::string& location) {
 }
 
 bool ExamList::Delete(const std::string& location) const {
-    deleteDocument(kWords.kind, location);
+    deleteDocument(kExamListWords.kind, location);
     return true;
 }
 
 Ref<KeyedCollection<TitleFilename>> ExamList::GetExamLists(const std::string& directory) const {
-    return listDocuments(kWords.kind, directory,
+    return listDocuments(kExamListWords.kind, directory,
                          [](std::string_view fileName) { return fileName.ends_with("_kvql.xml"); });
 }
 

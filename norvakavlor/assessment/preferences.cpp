@@ -9,7 +9,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords = wordsOf("Preferences");
+constexpr DocumentWords kPreferencesWords = wordsOf("Preferences");
 
 /// A switch that reads every spelling of a boolean, as a script would write it.
 struct Switch {
@@ -54,7 +54,9 @@ constexpr auto kAccess = fields(                                             //
 
 } // namespace
 
-bool Preferences::Load(const std::string& location) { return loadFrom(*this, kWords.kind, location); }
+bool Preferences::Load(const std::string& location) {
+    return loadFrom(*this, kPreferencesWords.kind, location);
+}
 
 bool Preferences::LoadFromXMLNode(xml::Node prefNode) {
     Inherited = prefNode.attribute("inherited").value_or("1") == "1";
@@ -91,7 +93,7 @@ void Preferences::loadRandomQuestions(xml::Node node) {
 }
 
 bool Preferences::Save(const std::string& location) const {
-    saveAs(kWords, location,
+    saveAs(kPreferencesWords, location,
            [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
     return true;
 }

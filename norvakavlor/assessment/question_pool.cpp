@@ -8,7 +8,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords = wordsOf("QuestionPool");
+constexpr DocumentWords kQuestionPoolWords = wordsOf("QuestionPool");
 
 } // namespace
 
@@ -30,7 +30,7 @@ Ref<KeyedCollection<Question>> QuestionPool::GetQuestionsByModule(const std::str
 }
 
 bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, TaskPool* taskPool) {
-    return loadFrom(*this, kWords.kind, fileName, objectives, taskPool);
+    return loadFrom(*this, kQuestionPoolWords.kind, fileName, objectives, taskPool);
 }
 
 bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {
@@ -47,7 +47,7 @@ bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, T
 }
 
 bool QuestionPool::Save(const std::string& fileName) const {
-    saveAs(kWords, fileName, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveAs(kQuestionPoolWords, fileName, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     return true;
 }
 

@@ -16,7 +16,7 @@ constexpr auto kObjectiveFields = fields(          //
 
 constexpr auto kReferenceText = always("referenceText", &Reference::RefText);
 
-constexpr DocumentWords kWords = wordsOf("Objectives");
+constexpr DocumentWords kObjectivesWords = wordsOf("Objectives");
 
 void writeReference(const Reference& reference, xml::Node node) {
     if (!reference.TextBook)
@@ -81,7 +81,7 @@ void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const {
 }
 
 bool Objectives::Load(const std::string& location, TextBooks* textBooks) {
-    return loadFrom(*this, kWords.kind, location, textBooks);
+    return loadFrom(*this, kObjectivesWords.kind, location, textBooks);
 }
 
 bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
@@ -89,7 +89,7 @@ bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Objectives::Save(const std::string& location) const {
-    saveAs(kWords, location,
+    saveAs(kObjectivesWords, location,
            [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
     return true;
 }

@@ -7,11 +7,11 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords = wordsOf("TaskPool");
-constexpr const char* kSource = "TaskPool.LoadFromXMLNode";
+constexpr DocumentWords kTaskPoolWords = wordsOf("TaskPool");
+constexpr const char* kTaskPoolSource = "TaskPool.LoadFromXMLNode";
 
 Error loadError(int code, const std::string& description) {
-    return objectError(code, kSource, std::string(kSource) + ": " + description);
+    return objectError(code, kTaskPoolSource, std::string(kTaskPoolSource) + ": " + description);
 }
 
 /// Every child of a pool is a task, whatever its name; a comment is one with empty fields.
@@ -73,7 +73,7 @@ Ref<KeyedCollection<Task>> TaskPool::GetTasksByModule(const std::string& moduleN
 }
 
 bool TaskPool::Load(const std::string& location, Objectives* objectives) {
-    return loadFrom(*this, kWords.kind, location, objectives);
+    return loadFrom(*this, kTaskPoolWords.kind, location, objectives);
 }
 
 bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
@@ -89,7 +89,7 @@ bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
 }
 
 bool TaskPool::Save(const std::string& location) const {
-    saveAs(kWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveAs(kTaskPoolWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     return true;
 }
 

@@ -7,17 +7,17 @@
 namespace norvakavlor {
 namespace {
 
-constexpr auto kFields = fields(       //
-    always("id", &TextBook::ID),       //
-    always("title", &TextBook::Title), //
+constexpr auto kTextbooksFields = fields( //
+    always("id", &TextBook::ID),          //
+    always("title", &TextBook::Title),    //
     always("author", &TextBook::Author));
 
-constexpr DocumentWords kWords = wordsOf("TextBooks");
+constexpr DocumentWords kTextbooksWords = wordsOf("TextBooks");
 
 } // namespace
 
-bool TextBook::LoadFromXMLNode(xml::Node node) { return read(kFields, node, *this); }
-void TextBook::SaveToXMLNode(xml::Document&, xml::Node node) const { write(kFields, node, *this); }
+bool TextBook::LoadFromXMLNode(xml::Node node) { return read(kTextbooksFields, node, *this); }
+void TextBook::SaveToXMLNode(xml::Document&, xml::Node node) const { write(kTextbooksFields, node, *this); }
 
 const ClassInfo& TextBook::classInfo() {
     static const ClassInfo info = describe<TextBook>("TextBook", "A textbook known to the installation.")
@@ -31,12 +31,12 @@ const ClassInfo& TextBook::classInfo() {
     return info;
 }
 
-bool TextBooks::Load(const std::string& location) { return loadFrom(*this, kWords.kind, location); }
+bool TextBooks::Load(const std::string& location) { return loadFrom(*this, kTextbooksWords.kind, location); }
 
 bool TextBooks::LoadFromXMLNode(xml::Node node) { return loadMembers(*textBooks, node); }
 
 bool TextBooks::Save(const std::string& location) const {
-    saveAs(kWords, location,
+    saveAs(kTextbooksWords, location,
            [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
     return true;
 }

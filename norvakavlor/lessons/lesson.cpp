@@ -19,7 +19,7 @@ constexpr auto kAssignmentFields = fields(                  //
     always("classRef", &LessonAssignment::CourseID),        //
     always("sectionRef", &LessonAssignment::SectionID));
 
-constexpr auto kFields = fields(                   //
+constexpr auto kLessonFields = fields(             //
     attribute("ID", &Lesson::LessonID),            //
     attribute("EXTERNAL_ID", &Lesson::ExternalID), //
     attribute("COMPLETED", &Lesson::Completed),    //
@@ -67,7 +67,7 @@ bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std
         read(kOlderExternalID, lessonNode, *this);
     if (!lessonNode.attribute("COMPLETED"))
         read(kOlderCompleted, lessonNode, *this);
-    read(kFields, lessonNode, *this);
+    read(kLessonFields, lessonNode, *this);
     for (const xml::Node reference : xml::children(lessonNode.child("taskList"), "taskRef")) {
         const Ref<Task> task = taskOf(taskPool, reference.text());
         if (const auto completed = reference.attribute("completed"))
@@ -123,7 +123,7 @@ bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
 }
 
 bool Lesson::SaveToXMLNode(xml::Node lessonNode) const {
-    write(kFields, lessonNode, *this);
+    write(kLessonFields, lessonNode, *this);
     const xml::Node taskList = lessonNode.append("taskList");
     for (const Ref<Task>& task : *Tasks) {
         // The zero date is written too, as the time that it is: "12:00:00 AM".

@@ -8,7 +8,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr auto kFields = fields(always("title", &LessonMenu::Title));
+constexpr auto kLessonMenuFields = fields(always("title", &LessonMenu::Title));
 
 } // namespace
 
@@ -28,7 +28,7 @@ bool LessonMenu::Load(const std::string& filename, const std::optional<std::stri
     if (!document)
         return false;
     const xml::Node root = document->root();
-    read(kFields, root, *this);
+    read(kLessonMenuFields, root, *this);
     for (const xml::Node element : xml::children(root.child("tutorialList"), "tutorial")) {
         auto tutorial = New<Tutorial>();
         if (LessonMenuObjType == kTextbookObjType)
@@ -42,7 +42,7 @@ bool LessonMenu::Load(const std::string& filename, const std::optional<std::stri
 
 bool LessonMenu::Save(const std::string& filename) const {
     saveAs(wordsOf("LessonMenu"), filename, [this](xml::Document&, xml::Node root) {
-        write(kFields, root, *this);
+        write(kLessonMenuFields, root, *this);
         const xml::Node tutorialList = root.append("tutorialList");
         for (const Ref<Tutorial>& tutorial : *Tutorials)
             tutorial->SaveToXMLNode(tutorialList.append("tutorial"));

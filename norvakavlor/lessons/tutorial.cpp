@@ -10,7 +10,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr auto kFields = fields(always("title", &Tutorial::Title));
+constexpr auto kTutorialFields = fields(always("title", &Tutorial::Title));
 
 constexpr std::string_view kNoExpand = "noexpand";
 constexpr std::string_view kSingle = "single";
@@ -43,7 +43,7 @@ bool Tutorial::LoadFromXMLNode(xml::Node objNode, const std::optional<std::strin
     TutorialType = static_cast<int16_t>(tutorialType(objNode.attribute("type").value_or("")));
     const std::string_view spacer = objNode.attribute("spacer").value_or("");
     Spacer = lowerCase(spacer) == "true" || spacer == "1";
-    read(kFields, objNode, *this);
+    read(kTutorialFields, objNode, *this);
     for (const xml::Node element : xml::children(objNode.child("lessonList"), "lessonFile")) {
         const std::string fileName = element.text();
         Ref<Lesson> lesson;
@@ -100,7 +100,7 @@ bool Tutorial::SaveToXMLNode(xml::Node tutorialNode) const {
     tutorialNode.setAttribute("type", typeWord(TutorialType));
     if (Spacer)
         tutorialNode.setAttribute("spacer", "true");
-    write(kFields, tutorialNode, *this);
+    write(kTutorialFields, tutorialNode, *this);
     const xml::Node lessonList = tutorialNode.append("lessonList");
     for (const Ref<TitleFilename>& titleFile : *LessonTitleFiles) {
         lessonList.append("lessonFile", titleFile->Filename);

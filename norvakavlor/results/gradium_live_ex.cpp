@@ -29,7 +29,7 @@ constexpr std::string_view kExercise = "liveExercise";
 constexpr const char* kErrorTitle = "Norva.dll error msg";
 constexpr const char* kTitle = "Kavlor Message";
 
-std::string twoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+std::string twoFigures(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
 
 /// "March 14, 2004"
 std::string testDate(const CivilTime& time) {
@@ -40,7 +40,7 @@ std::string testDate(const CivilTime& time) {
 /// "02:05:09PM"; midnight is "12:00:00AM".
 std::string testTime(const CivilTime& time) {
     const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
-    return twoDigits(hour) + ":" + twoDigits(time.minute) + ":" + twoDigits(time.second) +
+    return twoFigures(hour) + ":" + twoFigures(time.minute) + ":" + twoFigures(time.second) +
            (time.hour < 12 ? "AM" : "PM");
 }
 

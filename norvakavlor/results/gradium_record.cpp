@@ -8,14 +8,14 @@
 namespace norvakavlor {
 namespace {
 
-constexpr auto kCourseFields = fields(                                 //
+constexpr auto kRecordCourseFields = fields(                           //
     attribute("ID", &GradiumRecord::CourseID),                         //
     always("str_Name", &GradiumRecord::courseName),                    //
     always("SUBMIT_HOST_V3", &GradiumRecord::SubmitHost),              //
     always("SUBMIT_HOST_V3_BACKUP", &GradiumRecord::SubmitBackupHost), //
     always("CURRENT_LOCATION", &GradiumRecord::CurrentLocation));
 // The older name is read before the newer one, which wins, and is never written.
-constexpr auto kOlderSubmitHost = always("SUBMIT_HOST", &GradiumRecord::SubmitHost);
+constexpr auto kRecordOlderSubmitHost = always("SUBMIT_HOST", &GradiumRecord::SubmitHost);
 constexpr auto kStudentFields = fields(                        //
     attribute("ID", &GradiumRecord::StudentID),                //
     always("str_FirstName", &GradiumRecord::StudentFirstName), //
@@ -41,14 +41,14 @@ bool GradiumRecord::load(const std::string& location, const std::string& iniLoca
 }
 
 void GradiumRecord::readCourse(xml::Node course) {
-    read(kOlderSubmitHost, course, *this);
-    read(kCourseFields, course, *this);
+    read(kRecordOlderSubmitHost, course, *this);
+    read(kRecordCourseFields, course, *this);
     read(kStudentFields, course.child(kStudent), *this);
     read(kInstructorFields, course.child(kInstructor), *this);
 }
 
 void GradiumRecord::writeCourse(xml::Node course) const {
-    write(kCourseFields, course, *this);
+    write(kRecordCourseFields, course, *this);
     write(kStudentFields, course.append(kStudent), *this);
     write(kInstructorFields, course.append(kInstructor), *this);
 }

@@ -16,9 +16,9 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kWords = wordsOf("LiveExResults");
+constexpr DocumentWords kLiveExResultsWords = wordsOf("LiveExResults");
 
-constexpr auto kFields = fields(                                 //
+constexpr auto kLiveExResultsFields = fields(                    //
     attribute("ID", &LiveExResults::ExamID),                     //
     attribute("completionDate", &LiveExResults::CompletionDate), //
     always("title", &LiveExResults::Title),                      //
@@ -55,14 +55,14 @@ bool LiveExResults::Load(const std::string& filename) {
     // Not there while the record is read: when that raises, this is no whole record, and no save of it may
     // delete one.
     std::string former = std::exchange(origFilename, {});
-    const bool loaded = loadFrom(*this, kWords.kind, from, from);
+    const bool loaded = loadFrom(*this, kLiveExResultsWords.kind, from, from);
     origFilename = std::move(loaded ? from : former);
     return loaded;
 }
 
 bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filename) {
     ExamFileName = bareFileName(filename);
-    read(kFields, examNode, *this);
+    read(kLiveExResultsFields, examNode, *this);
     for (const xml::Node element : xml::children(examNode, "score")) {
         const Ref<LiveExScore> score = readScore(element);
         score->ExamID = ExamID;
@@ -74,7 +74,7 @@ bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filen
 bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
     const Ref<GradiumLiveEx> launch = GetGradiumLiveEx();
     xml::Document document;
-    const xml::Node root = document.createRoot(kWords.root);
+    const xml::Node root = document.createRoot(kLiveExResultsWords.root);
     // The result of a launched exercise is with the gradebook once that accepted it, and its record is empty.
     // Until then the record keeps its scores, so that loading it later can submit again.
     if (!launch || !submitTo(*launch))
@@ -83,7 +83,7 @@ bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
     if (IsURL(filename)) {
         // Spelled so: support staff search for it.
         constexpr std::string_view kLead = "Gradium server repored an error: ";
-        if (!sendDocument(endpointURL(kSaveEndpoint, kWords.kind, filename), document, kLead))
+        if (!sendDocument(endpointURL(kSaveEndpoint, kLiveExResultsWords.kind, filename), document, kLead))
             return false;
     } else {
         writeLocalDocument(filename, document);
@@ -107,7 +107,7 @@ bool LiveExResults::submitTo(GradiumLiveEx& launch) const {
 }
 
 bool LiveExResults::SaveToXMLNode(xml::Node resultsNode) const {
-    write(kFields, resultsNode, *this);
+    write(kLiveExResultsFields, resultsNode, *this);
     for (const Ref<LiveExScore>& score : *Scores) {
         const xml::Node element = resultsNode.append("score", score->ID);
         element.setAttribute("correct", toText(score->Correct));
@@ -117,7 +117,7 @@ bool LiveExResults::SaveToXMLNode(xml::Node resultsNode) const {
 }
 
 bool LiveExResults::Delete(const std::string& filename) const {
-    deleteDocument(kWords.kind, filename);
+    deleteDocument(kLiveExResultsWords.kind, filename);
     return true;
 }
 

@@ -6,7 +6,7 @@
 namespace norvakavlor {
 namespace {
 
-[[noreturn]] void mismatch() { throw runtimeError(RuntimeError::TypeMismatch); }
+[[noreturn]] void refuseConversion() { throw runtimeError(RuntimeError::TypeMismatch); }
 
 /// One function object out of several lambdas, for std::visit.
 template <class... Functions> struct Overloads : Functions... { using Functions::operator()...; };
@@ -23,7 +23,7 @@ Number toNumber(const Value::Storage& storage, Number (*fromDouble)(double), Fro
                                 [&](Date value) { return fromDouble(value.days); },
                                 [&](const ExactNumber& value) { return fromDouble(value.number); },
                                 [&](const std::string& value) { return fromText(value); },
-                                [](const auto&) -> Number { mismatch(); }},
+                                [](const auto&) -> Number { refuseConversion(); }},
                       storage);
 }
 
@@ -43,7 +43,7 @@ std::string Value::toText() const {
                                 [](Date value) { return norvakavlor::toText(value); },
                                 [](const std::string& value) { return value; },
                                 [](const ExactNumber& value) { return value.text; },
-                                [](const auto&) -> std::string { mismatch(); }},
+                                [](const auto&) -> std::string { refuseConversion(); }},
                       storage_);
 }
 
@@ -78,7 +78,7 @@ Date Value::toDate() const {
 Ref<Object> Value::toObject() const {
     if (const auto* object = as<Ref<Object>>())
         return *object;
-    mismatch();
+    refuseConversion();
 }
 
 Value& Array::at(int32_t index) {

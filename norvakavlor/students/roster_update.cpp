@@ -19,7 +19,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr const char* kSource = "students:AddStudent";
+constexpr const char* kRosterUpdateSource = "students:AddStudent";
 
 /// Waits as many seconds as chance says between two bounds, the first of which goes with the chance of 0. It
 /// goes by the time of day as it stands: a wait that would end after midnight does not end, as with every
@@ -39,7 +39,7 @@ std::string updateURL(std::string_view endpoint, const std::string& location) {
 
 void throwRefusal(const std::string& description) {
     if (!description.empty())
-        throw objectError(635, kSource, description);
+        throw objectError(635, kRosterUpdateSource, description);
 }
 
 /// The document whose lock is held; nothing when it does not parse. What cannot be read now is nobody's fault
@@ -76,7 +76,7 @@ bool Students::AddStudent(const std::string& filename, const Ref<Student>& theSt
     int32_t errCode = 0;
     std::string errDesc;
     if (!student->Validate(courses, errCode, errDesc))
-        throw objectError(errCode, kSource, errDesc);
+        throw objectError(errCode, kRosterUpdateSource, errDesc);
     clear();
     return IsURL(filename) ? insertOnServer(filename, student, courses)
                            : insertLocally(filename, student, courses);

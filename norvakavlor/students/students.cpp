@@ -14,7 +14,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr std::string_view kKind = "Students";
+constexpr std::string_view kStudentsKind = "Students";
 constexpr std::string_view kRoot = "students";
 
 std::string parameterUnlessEmpty(const char* name, const std::string& value) {
@@ -36,7 +36,7 @@ bool Students::LoadWithFilter(const std::string& filename, Courses* courses, con
                               const std::string& sectionID, const std::string& studentID) {
     // The roster alone among the collections empties itself first, also when nothing can be loaded.
     clear();
-    const auto document = readDocument(kKind, filename,
+    const auto document = readDocument(kStudentsKind, filename,
                                        parameterUnlessEmpty("CourseID", courseID) +
                                            parameterUnlessEmpty("SectionID", sectionID) +
                                            parameterUnlessEmpty("StudentID", studentID));
@@ -50,7 +50,7 @@ bool Students::isRoster(const std::optional<xml::Document>& document) {
 /// As Load, but for who stores the roster then: another document in its place would be lost.
 bool Students::loadForChange(const std::string& filename, Courses* courses) {
     clear();
-    const auto document = readDocument(kKind, filename);
+    const auto document = readDocument(kStudentsKind, filename);
     return isRoster(document) && parseRosterDocument(document->root(), courses);
 }
 
@@ -78,7 +78,7 @@ void Students::addToIndex(const Student& student) {
 }
 
 bool Students::Save(const std::string& filename, Courses* courses) const {
-    writeDocument(kKind, filename, rosterDocument(courses));
+    writeDocument(kStudentsKind, filename, rosterDocument(courses));
     return true;
 }
 
