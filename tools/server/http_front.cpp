@@ -26,7 +26,13 @@ struct Exchange {
     Request request;
     Reply reply;
     bool begun = false;
+    bool isTooLarge = false; ///< the body; what is left of it is read and thrown away
+    size_t received = 0;     ///< bytes of the body
 };
+
+/// A client that is still sending sees no answer, only a broken connection. So a body that is too large is
+/// read to its end, up to this.
+constexpr size_t kPatience = 4 * xml::kMaximumBytes;
 
 /// Clients take an empty answer for success, so no failure may go out without a text.
 Reply failure(int status) {
@@ -39,8 +45,8 @@ std::string header(MHD_Connection* connection, const char* name) {
     return value ? value : "";
 }
 
-/// Why a request's body must not be read: two lengths that differ, or one that is too large.
-std::optional<Reply> bodyFault(MHD_Connection* connection) {
+/// The length that a request says its body has, 0 when it says none; nothing when it says two that differ.
+std::optional<size_t> bodyLength(MHD_Connection* connection) {
     std::set<std::string> lengths;
     MHD_get_connection_values(
         connection, MHD_HEADER_KIND,
@@ -51,13 +57,11 @@ std::optional<Reply> bodyFault(MHD_Connection* connection) {
         },
         &lengths);
     if (lengths.size() > 1)
-        return failure(MHD_HTTP_BAD_REQUEST);
+        return std::nullopt;
     size_t length = 0;
     for (const std::string& text : lengths)
         std::from_chars(text.data(), text.data() + text.size(), length);
-    if (length > xml::kMaximumBytes)
-        return failure(MHD_HTTP_CONTENT_TOO_LARGE);
-    return std::nullopt;
+    return length;
 }
 
 [[noreturn]] void cannotListen(const Options& options) {
@@ -144,19 +148,24 @@ private:
             exchange.begun = true;
             exchange.request.method = method;
             exchange.request.contentType = header(connection, MHD_HTTP_HEADER_CONTENT_TYPE);
-            if (auto fault = bodyFault(connection)) {
-                exchange.reply = std::move(*fault);
+            const std::optional<size_t> length = bodyLength(connection);
+            if (!length || *length > kPatience) {
+                exchange.reply = failure(length ? MHD_HTTP_CONTENT_TOO_LARGE : MHD_HTTP_BAD_REQUEST);
                 return send(connection, exchange);
             }
             return MHD_YES;
         }
         if (*pieceSize > 0) {
-            // No answer can be given in the middle of a body, only the connection closed.
-            if (*pieceSize > xml::kMaximumBytes - exchange.request.body.size())
-                return MHD_NO;
-            exchange.request.body.append(piece, *pieceSize);
+            exchange.received += *pieceSize;
+            exchange.isTooLarge = exchange.received > xml::kMaximumBytes;
+            if (!exchange.isTooLarge)
+                exchange.request.body.append(piece, *pieceSize);
             *pieceSize = 0;
-            return MHD_YES;
+            return exchange.received > kPatience ? MHD_NO : MHD_YES;
+        }
+        if (exchange.isTooLarge) {
+            exchange.reply = failure(MHD_HTTP_CONTENT_TOO_LARGE);
+            return send(connection, exchange);
         }
         static_cast<Implementation*>(self)->answer(exchange);
         return send(connection, exchange);
