@@ -2,7 +2,7 @@
 #include <limits>
 #include <norvakavlor/runtime/dictionary.h>
 #include <string>
-#include <tests/support/outcome.h>
+#include <tests/support/fixtures.h>
 #include <vector>
 
 namespace norvakavlor {

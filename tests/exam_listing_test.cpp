@@ -14,45 +14,19 @@ using namespace norvakavlor::testing;
 using ::testing::ElementsAre;
 
 TEST(ExamFiles, BelongToTheirTypes) {
-    const struct {
-        const char* name;
-        bool all;
-        bool authored;
-        bool attempt;
-    } cases[] = {
-        {"a_kvqm.xml", true, true, false},         {"_kvqm.xml", true, true, false},
-        {"a_kvqm_S1_01.xml", true, false, true},   {"a_KVQM_S1_01.xml", true, false, true},
-        {"a_KVQM.xml", true, false, false},        {"a_kvqm.XML", false, false, false},
-        {"a_kvqm_S1_01.XML", false, false, false}, {"a_kvqm_b_kvqm.xml", true, true, false},
-        {"a_kvqm.xml.bak", false, false, false},   {"a_kvql.xml", false, false, false},
-        {"notes.xml", false, false, false},        {"", false, false, false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(isExamFile(c.name, -1), c.all);
-        EXPECT_EQ(isExamFile(c.name, 1), c.authored);
-        EXPECT_EQ(isExamFile(c.name, 2), c.attempt);
-        EXPECT_FALSE(isExamFile(c.name, 0));
-        EXPECT_FALSE(isExamFile(c.name, 3));
+    for (const auto& [name, all, authored, attempt] : rows<4>("exams.types")) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(isExamFile(name, -1), all == "true");
+        EXPECT_EQ(isExamFile(name, 1), authored == "true");
+        EXPECT_EQ(isExamFile(name, 2), attempt == "true");
+        EXPECT_FALSE(isExamFile(name, 0));
+        EXPECT_FALSE(isExamFile(name, 3));
     }
-}
-
-TEST(ExamFiles, NumberTheirAttempts) {
+    for (const auto& [name, number] : rows<2>("exams.attempts"))
+        EXPECT_EQ(std::to_string(attemptNumber(name)), number) << name;
     EXPECT_EQ(attemptFileName("a_kvqm", "S1", 9), "a_kvqm_S1_09.xml");
     EXPECT_EQ(attemptFileName("a_kvqm", "S1", 10), "a_kvqm_S1_10.xml");
     EXPECT_EQ(attemptFileName("a_kvqm", "S1", 123), "a_kvqm_S1_123.xml");
-    const struct {
-        const char* name;
-        int number;
-    } cases[] = {
-        {"a_kvqm_S1_07.xml", 7},    {"a_kvqm_S1_32767.xml", 32767},
-        {"a_kvqm_S1_32768.xml", 0}, {"a_kvqm_S1_x.xml", 0},
-        {"a_kvqm_S1_.xml", 0},      {"a_kvqm_S1_-3.xml", 0},
-        {"a_kvqm.xml", 0},          {"other_12.xml", 0},
-        {"a_kvqm_12.xml", 12},      {"a_kvqm_S1_12345678901234567890.xml", 0},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(attemptNumber(c.name), c.number) << c.name;
 }
 
 /// A folder with authored exams, attempts and strays.

@@ -14,6 +14,7 @@ namespace norvakavlor::platform {
 namespace {
 
 using norvakavlor::testing::errorNumber;
+using norvakavlor::testing::rows;
 using norvakavlor::testing::TemporaryFolder;
 using namespace std::string_literals;
 
@@ -191,21 +192,10 @@ TEST(Files, KeepsTheReadOnlyAttribute) {
 }
 
 TEST(Files, TakesNamesApart) {
-    const struct {
-        const char* path;
-        const char* base;
-        const char* extension;
-        bool holdsSeparator;
-    } cases[] = {
-        {"a.xml", "a", "xml", false},  {"/x.y/a.b.xml", "a.b", "xml", true},
-        {"C:\\x.y\\a", "a", "", true}, {"x\\y/z.q", "z", "q", true},
-        {".xml", "", "xml", false},    {"a.", "a", "", false},
-        {"", "", "", false},           {"folder/", "", "", true},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(baseName(c.path), c.base) << c.path;
-        EXPECT_EQ(extensionName(c.path), c.extension) << c.path;
-        EXPECT_EQ(holdsSeparator(c.path), c.holdsSeparator) << c.path;
+    for (const auto& [path, base, extension, separator] : rows<4>("files.names")) {
+        EXPECT_EQ(baseName(path), base) << path;
+        EXPECT_EQ(extensionName(path), extension) << path;
+        EXPECT_EQ(holdsSeparator(path), separator == "true") << path;
     }
 }
 

@@ -15,77 +15,29 @@ using ::testing::ElementsAre;
 using testing::errorNumber;
 using ::testing::IsEmpty;
 using testing::parsed;
+using testing::rows;
 using testing::TemporaryFolder;
 
 TEST(Location, IsTakenApart) {
-    const struct {
-        const char* location;
-        bool isURL;
-        const char* base;
-        const char* fileName;
-        const char* extraQuery;
-    } cases[] = {
-        {"http://h/a/b.xml", true, "http://h/a/", "b.xml", ""},
-        {"http:b.xml", true, "", "http:b.xml", ""},
-        {"HTTP://h/a/b.xml", false, "HTTP://h/a/", "b.xml", ""},
-        {"https://h/a/b.xml", false, "https://h/a/", "b.xml", ""},
-        // A directory without its last "/" loses its last segment.
-        {"http://h/a", true, "http://h/", "a", ""},
-        {"http://h/app/?site=3/b.xml", true, "http://h/app/", "b.xml", "site=3"},
-        {"http://h/app?site=3/b.xml", true, "http://h/app/", "b.xml", "site=3"},
-        {"http://h/app/?site=3&y=4/", true, "http://h/app/", "", "site=3&y=4"},
-        {"http://h/app/?site=3?sub/b.xml", true, "http://h/app/sub/", "b.xml", "site=3"},
-        {"http://h/app/?site=3?/sub/b.xml", true, "http://h/app/sub/", "b.xml", "site=3"},
-        {"http://h/app?x?y?z/b.xml", true, "http://h/app/z/", "b.xml", "x?y"},
-        {"http://h/app/?/b.xml", true, "http://h/app/", "b.xml", ""},
-        // Behind the last "/" a "?" is part of the name.
-        {"http://h/a/b.xml?x=1", true, "http://h/a/", "b.xml?x=1", ""},
-        {"/data/b.xml", false, "/data/", "b.xml", ""},
-        {"C:\\data\\b.xml", false, "", "C:\\data\\b.xml", ""},
-        {"", false, "", "", ""},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.location);
-        EXPECT_EQ(IsURL(c.location), c.isURL);
-        EXPECT_EQ(URLBase(c.location), c.base);
-        EXPECT_EQ(URLFileName(c.location), c.fileName);
-        EXPECT_EQ(URLExtraQuery(c.location), c.extraQuery);
+    for (const auto& [location, isURL, base, fileName, extraQuery] : rows<5>("location.parts")) {
+        SCOPED_TRACE(location);
+        EXPECT_EQ(IsURL(location), isURL == "true");
+        EXPECT_EQ(URLBase(location), base);
+        EXPECT_EQ(URLFileName(location), fileName);
+        EXPECT_EQ(URLExtraQuery(location), extraQuery);
     }
-}
-
-TEST(Location, DirectoriesEndInASeparatorByTwoRules) {
-    const struct {
-        const char* directory;
-        const char* slash;
-        const char* separator;
-    } cases[] = {
-        {"", "/", "/"},       {"a", "a/", "a/"},     {"a/", "a/", "a/"},
-        {"a\\", "a/", "a\\"}, {"a//", "a//", "a//"}, {"http://h/a", "http://h/a/", "http://h/a/"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(EnsureTrailingSlash(c.directory), c.slash) << c.directory;
-        EXPECT_EQ(withSeparator(c.directory), c.separator) << c.directory;
+    for (const auto& [directory, slash, separator] : rows<3>("location.directories")) {
+        EXPECT_EQ(EnsureTrailingSlash(directory), slash) << directory;
+        EXPECT_EQ(withSeparator(directory), separator) << directory;
     }
-}
-
-TEST(Location, ListsAndNamesAreTakenApart) {
+    for (const auto& [location, fileName] : rows<2>("location.file_names"))
+        EXPECT_EQ(bareFileName(location), fileName) << location;
+    for (const auto& [former, current, stale] : rows<3>("location.stale"))
+        EXPECT_EQ(leavesStaleCopy(former, current), stale == "true") << former << " " << current;
     EXPECT_THAT(splitDirectories("a;b/;"), ElementsAre("a", "b/", ""));
     EXPECT_THAT(splitDirectories(""), ElementsAre(""));
-    const struct {
-        const char* location;
-        const char* fileName;
-    } cases[] = {
-        {"/data/x_kvqm.xml", "x_kvqm.xml"}, {"C:\\data\\a.b.xml", "a.b.xml"}, {"/data/plain", "plain."},
-        {"http://h/?q=1/x.xml", "x.xml"},   {"http://h/plain", "plain."},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(bareFileName(c.location), c.fileName) << c.location;
-}
-
-TEST(Location, AnEmptyQueryAppendsNothing) {
     std::string url = "u";
     AppendQuery(url, "");
-    EXPECT_EQ(url, "u");
     AppendQuery(url, "a=b&c");
     EXPECT_EQ(url, "u&a=b&c");
 }
@@ -202,23 +154,6 @@ TEST(Store, ADocumentThatMovedMayLeaveAStaleCopy) {
     EXPECT_FALSE(leavesStaleCopy(current, current));
     EXPECT_FALSE(leavesStaleCopy(folder.path() + "./current.xml", current));
     EXPECT_FALSE(leavesStaleCopy(folder.file("gone.xml"), current));
-    const struct {
-        const char* former;
-        const char* current;
-        bool stale;
-    } cases[] = {
-        {"http://h/a.xml", "http://h/a.xml", false},
-        {"http://h/a.xml", "http://h/b.xml", true},
-        {"http://h/a/x.xml", "http://h/b/x.xml", true},
-        {"http://h/?s=1/x.xml", "http://h?s=1/x.xml", false},
-        {"http://127.0.0.1:80/x.xml", "http://localhost/x.xml", false},
-        {"http://h/x.xml", "http://h/X.XML", false},
-        {"http://h/?site=3/x.xml", "http://h/x.xml", false},
-        {"http://h/a b.xml", "http://h/a%20b.xml", false},
-        {"http://h/a/../x.xml", "http://h/./x.xml", false},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(leavesStaleCopy(c.former, c.current), c.stale) << c.former << " " << c.current;
 }
 
 } // namespace

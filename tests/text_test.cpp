@@ -3,80 +3,23 @@
 #include <norvakavlor/runtime/utf8.h>
 #include <string>
 #include <string_view>
+#include <tests/support/fixtures.h>
 
 namespace norvakavlor {
 namespace {
 
+using testing::rows;
 TEST(Text, ChangesLetterCaseOneToOne) {
-    const struct {
-        const char* text;
-        const char* upper;
-        const char* lower;
-    } cases[] = {
-        {"", "", ""},
-        {"az AZ 09 `{@[", "AZ AZ 09 `{@[", "az az 09 `{@["},
-        {"äöü ÄÖÜ ÿ", "ÄÖÜ ÄÖÜ Ÿ", "äöü äöü ÿ"},
-        {"straße", "STRAßE", "straße"}, // "SS" would be two letters
-        {"÷ ×", "÷ ×", "÷ ×"},
-        {"ı i", "I I", "ı i"},
-        {"I", "I", "i"}, // with its dot in every locale
-        {"µ Μ", "Μ Μ", "µ μ"},
-        {"σς Σ", "ΣΣ Σ", "σς σ"},
-        {"ǅ ǆ Ǆ", "Ǆ Ǆ Ǆ", "ǆ ǆ ǆ"},
-        {"\u212A k", "\u212A K", "k k"}, // the Kelvin sign is a capital of its own
-        {"привет Ёё", "ПРИВЕТ ЁЁ", "привет ёё"},
-        {"ﬁ", "ﬁ", "ﬁ"},
-        {"ⅷ ⓐ ａ", "Ⅷ Ⓐ Ａ", "ⅷ ⓐ ａ"},
-        {"ꭰ ა", "Ꭰ Ა", "ꭰ ა"},
-        {"𐐨", "𐐀", "𐐨"},
-        {"a\xFFz\xC3", "A\xFFZ\xC3", "a\xFFz\xC3"}, // bytes that are no UTF-8 stay
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(upperCase(c.text), c.upper) << c.text;
-        EXPECT_EQ(lowerCase(c.text), c.lower) << c.text;
+    for (const auto& [text, upper, lower] : rows<3>("text.letter_case")) {
+        EXPECT_EQ(upperCase(text), upper) << text;
+        EXPECT_EQ(lowerCase(text), lower) << text;
     }
-}
-
-TEST(Text, MapsEveryCodePointOnce) {
-    int upper = 0;
-    int lower = 0;
-    for (char32_t code = 0; code <= 0x10FFFF; ++code) {
-        std::string letter;
-        appendUtf8(letter, code);
-        const std::string capital = upperCase(letter);
-        const std::string small = lowerCase(letter);
-        upper += capital != letter;
-        lower += small != letter;
-        ASSERT_EQ(upperCase(capital), capital) << std::hex << static_cast<uint32_t>(code);
-        ASSERT_EQ(lowerCase(small), small) << std::hex << static_cast<uint32_t>(code);
-    }
-    EXPECT_EQ(upper, 1450); // as many as Unicode 14 has
-    EXPECT_EQ(lower, 1433);
 }
 
 TEST(Text, ComparesWithoutRegardToCase) {
-    const struct {
-        const char* left;
-        const char* right;
-        bool equal;
-        bool contains;
-    } cases[] = {
-        {"", "", true, true},
-        {"a", "", false, true},
-        {"", "a", false, false},
-        {"Word", "wORD", true, true},
-        {"Word", "or", false, true},
-        {"or", "Word", false, false},
-        {"Word", "Word ", false, false},
-        {"@", "`", false, false},
-        {"Éléments", "ÉLÉM", false, true},
-        {"é", "É", true, true},
-        {"e", "é", false, false},
-        {"Straße", "STRASSE", false, false},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(equalIgnoringCase(c.left, c.right), c.equal) << c.left << '|' << c.right;
-        EXPECT_EQ(containsIgnoringCase(c.left, c.right), c.contains) << c.left << '|' << c.right;
+    for (const auto& [left, right, equal, contains] : rows<4>("text.comparisons")) {
+        EXPECT_EQ(equalIgnoringCase(left, right), equal == "true") << left << '|' << right;
+        EXPECT_EQ(containsIgnoringCase(left, right), contains == "true") << left << '|' << right;
     }
 }
 
@@ -113,25 +56,9 @@ TEST(Text, TurnsToUtf16AndBack) {
 }
 
 TEST(Text, ReplacesWhatIsNotUtf8) {
-    const struct {
-        const char* bytes;
-        const char* text;
-    } cases[] = {
-        {"plain é€\U0001F600", "plain é€\U0001F600"},
-        {"\x80", "\uFFFD"},
-        {"\xC3", "\uFFFD"},
-        {"\xC3(", "\uFFFD("},
-        {"\xE2\x82", "\uFFFD\uFFFD"},
-        {"\xC0\xAF", "\uFFFD\uFFFD"},                     // an overlong slash
-        {"\xE0\x80\xAF", "\uFFFD\uFFFD\uFFFD"},           // another one
-        {"\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},           // a surrogate
-        {"\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"}, // beyond the last code point
-        {"\xF0\x8F\xBF\xBF", "\uFFFD\uFFFD\uFFFD\uFFFD"},
-        {"a\xF5z", "a\uFFFDz"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(wellFormedUtf8(c.bytes), c.text);
-        EXPECT_EQ(toUtf8(toUtf16(c.bytes)), c.text);
+    for (const auto& [bytes, text] : rows<2>("text.malformed")) {
+        EXPECT_EQ(wellFormedUtf8(bytes), text);
+        EXPECT_EQ(toUtf8(toUtf16(bytes)), text);
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <norvakavlor/platform/message_box.h>
@@ -10,7 +12,8 @@
 #include <utility>
 #include <vector>
 
-/// What many tests need: documents from literals, a folder of their own, errors and messages as values.
+/// What many tests need: tables of cases, documents from literals, a folder of their own, errors and messages
+/// as values.
 namespace norvakavlor::testing {
 
 /// A document from its text; a text that does not parse fails the test that holds it.
@@ -21,6 +24,24 @@ template <class Save> std::string written(std::string_view root, Save save) {
     xml::Document document;
     save(document, document.createRoot(root));
     return document.toText();
+}
+
+/// The rows of a table of cases: "text.trimmed" is the section [trimmed] of tests/data/text.txt. A row is a
+/// line of fields with "|" between them, without the blanks around; "\s" is a blank that stays, "\x80" a
+/// byte, and
+/// "\n", "\r", "\t", "\|" and "\\" are what they look like. "\e" is nothing, for a row without any field.
+/// A table that is not there fails the test that asks for it.
+std::vector<std::vector<std::string>> tableRows(std::string_view table);
+
+/// The same for structured bindings; fields that a row lacks are "".
+template <size_t Fields> std::vector<std::array<std::string, Fields>> rows(std::string_view table) {
+    std::vector<std::array<std::string, Fields>> result;
+    for (auto& row : tableRows(table)) {
+        result.emplace_back();
+        std::move(row.begin(), row.begin() + static_cast<std::ptrdiff_t>(std::min(row.size(), Fields)),
+                  result.back().begin());
+    }
+    return result;
 }
 
 /// "number|source|description" of the error that an act raises; "nothing" when it raises none. Object errors
@@ -46,6 +67,13 @@ template <class Act> int32_t errorNumber(Act act) {
         return error.number();
     }
     return 0;
+}
+
+/// What an act gives as text, or "error 13" for what it raises: one column of a table for both.
+template <class Act> std::string outcome(Act act) {
+    std::string result;
+    const int32_t error = errorNumber([&] { result = act(); });
+    return error == 0 ? result : "error " + std::to_string(error);
 }
 
 /// A folder that is there while the object lives. Paths are UTF-8 and end in "/" where they are folders.
