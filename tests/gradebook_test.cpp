@@ -202,20 +202,16 @@ TEST_F(Gradebook, LaunchesWithTheKeyOfTheTitle) {
     EXPECT_EQ(exam->theExam()->ID, "E1");
 }
 
-TEST_F(Gradebook, PrefersTheNewerHostAndKeepsWhatIsAbsent) {
-    const auto record = New<GradiumExam>();
-    const xml::Document document = parsed(
-        "<COURSE><SUBMIT_HOST_V3>new</SUBMIT_HOST_V3><SUBMIT_HOST>old</SUBMIT_HOST><STUDENT/></COURSE>");
-    record->StudentID = "kept";
-    EXPECT_TRUE(record->LoadFromXMLNode(document.root(), nullptr, ""));
-    EXPECT_EQ(record->SubmitHost, "new");
-    EXPECT_EQ(record->StudentID, "kept");
+TEST_F(Gradebook, KeepsWhatIsAbsent) {
     EXPECT_EQ(exam->CurrentLocation, " Week 7 ");
     const std::string text =
         written("COURSE", [&](xml::Document&, xml::Node course) { exam->SaveToXMLNode(course); });
     const std::string whole = kRecord;
     EXPECT_TRUE(text.starts_with(whole.substr(whole.find("<COURSE ")) + "<EXAM_LIST><EXAM ID=\"E1\""))
         << text;
+    const xml::Document document = parsed("<COURSE><STUDENT/></COURSE>");
+    EXPECT_TRUE(exam->LoadFromXMLNode(document.root(), nullptr, ""));
+    EXPECT_EQ(exam->StudentID, "S1");
 }
 
 TEST_F(Gradebook, LeavesAnotherExamAsItWas) {

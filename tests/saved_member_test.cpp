@@ -15,6 +15,7 @@
 namespace norvakavlor {
 namespace {
 
+using testing::callOnDocument;
 using testing::TemporaryFolder;
 
 /// One "member=place" of a format, or "member=place:value", "member=place:value:text of the document".
@@ -153,18 +154,6 @@ std::pair<Ref<Object>, std::string> holderOf(const Ref<Object>& object, const st
 std::string textOf(const Ref<Object>& object, const Row& row) {
     const auto [holder, name] = holderOf(object, row.member);
     return get(*holder, name).toText();
-}
-
-Value callOnDocument(Object& object, const char* method, const std::shared_ptr<xml::Document>& document) {
-    std::vector<Value> arguments;
-    for (const Parameter& parameter : object.dynamicClass().find(method)->parameters) {
-        const bool isNode = parameter.type.kind == Type::Kind::Node;
-        if (isNode || parameter.type.kind == Type::Kind::Document)
-            arguments.push_back(New<NodeObject>(document, isNode ? document->root() : document->node()));
-        else
-            arguments.push_back(parameter.optional ? Value() : Value(""));
-    }
-    return call(object, method, std::move(arguments));
 }
 
 std::shared_ptr<xml::Document> saved(const Format& format, Ref<Object> object) {

@@ -4,7 +4,9 @@
 #include <chrono>
 #include <fstream>
 #include <iterator>
+#include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/xml/node_object.h>
 #include <random>
 #include <stdexcept>
 #ifdef _WIN32
@@ -89,6 +91,25 @@ xml::Document parsed(std::string_view text) {
     if (!document)
         throw std::runtime_error("a test's document does not parse: " + error.reason);
     return std::move(*document);
+}
+
+Value callOnDocument(Object& object, const char* method, const std::shared_ptr<xml::Document>& document,
+                     const std::vector<Ref<Object>>& collections) {
+    std::vector<Value> arguments;
+    for (const Parameter& parameter : object.dynamicClass().find(method)->parameters) {
+        Value& argument = arguments.emplace_back();
+        if (parameter.type.kind == Type::Kind::Node)
+            argument = New<NodeObject>(document, document->root());
+        else if (parameter.type.kind == Type::Kind::Document)
+            argument = New<NodeObject>(document, document->node());
+        else if (!parameter.optional)
+            argument = "";
+        for (const Ref<Object>& collection : collections) {
+            if (parameter.type.objectClass && &parameter.type.objectClass() == &collection->dynamicClass())
+                argument = collection;
+        }
+    }
+    return call(object, method, std::move(arguments));
 }
 
 TemporaryFolder::TemporaryFolder() {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/runtime/error.h>
+#include <norvakavlor/runtime/value.h>
 #include <norvakavlor/xml/document.h>
 #include <string>
 #include <string_view>
@@ -18,6 +19,11 @@ namespace norvakavlor::testing {
 
 /// A document from its text; a text that does not parse fails the test that holds it.
 xml::Document parsed(std::string_view text);
+
+/// Calls LoadFromXMLNode or SaveToXMLNode by its name with the document's root. A collection that the method
+/// takes is found among these by its class; else it is Nothing.
+Value callOnDocument(Object& object, const char* method, const std::shared_ptr<xml::Document>& document,
+                     const std::vector<Ref<Object>>& collections = {});
 
 /// The document element as an object's SaveToXMLNode fills it.
 template <class Save> std::string written(std::string_view root, Save save) {
