@@ -13,22 +13,6 @@ namespace {
 using namespace norvakavlor::testing;
 using ::testing::ElementsAre;
 
-TEST(ExamFiles, BelongToTheirTypes) {
-    for (const auto& [name, all, authored, attempt] : rows<4>("exams.types")) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(isExamFile(name, -1), all == "true");
-        EXPECT_EQ(isExamFile(name, 1), authored == "true");
-        EXPECT_EQ(isExamFile(name, 2), attempt == "true");
-        EXPECT_FALSE(isExamFile(name, 0));
-        EXPECT_FALSE(isExamFile(name, 3));
-    }
-    for (const auto& [name, number] : rows<2>("exams.attempts"))
-        EXPECT_EQ(std::to_string(attemptNumber(name)), number) << name;
-    EXPECT_EQ(attemptFileName("a_kvqm", "S1", 9), "a_kvqm_S1_09.xml");
-    EXPECT_EQ(attemptFileName("a_kvqm", "S1", 10), "a_kvqm_S1_10.xml");
-    EXPECT_EQ(attemptFileName("a_kvqm", "S1", 123), "a_kvqm_S1_123.xml");
-}
-
 /// A folder with authored exams, attempts and strays.
 class ExamListing : public ::testing::Test {
 protected:

@@ -191,14 +191,6 @@ TEST(Files, KeepsTheReadOnlyAttribute) {
     EXPECT_EQ(errorNumber([&] { setReadOnly(folder.file("missing"), true); }), 53);
 }
 
-TEST(Files, TakesNamesApart) {
-    for (const auto& [path, base, extension, separator] : rows<4>("files.names")) {
-        EXPECT_EQ(baseName(path), base) << path;
-        EXPECT_EQ(extensionName(path), extension) << path;
-        EXPECT_EQ(holdsSeparator(path), separator == "true") << path;
-    }
-}
-
 TEST(Files, ReadsFirstLines) {
     const TemporaryFolder folder;
     const struct {

@@ -25,33 +25,6 @@ std::string lessonText(const Lesson& lesson) {
     return written("lesson", [&](xml::Document&, xml::Node root) { lesson.SaveToXMLNode(root); });
 }
 
-TEST(LessonFiles, BelongToTheirTypes) {
-    const struct {
-        const char* name;
-        bool all;
-        bool authored;
-        bool copy;
-    } cases[] = {
-        {"x_kvl.xml", true, true, false},    {"x_kvl_SID00001.xml", true, false, true},
-        {"x_kvl.XML", false, false, false},  {"x_KVL_S1.xml", false, false, false},
-        {"x_kvlS1.xml", true, false, false}, {"x_kvl_y_kvl.xml", true, true, false},
-        {"x.xml", false, false, false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(isLessonFile(c.name, -1), c.all);
-        EXPECT_EQ(isLessonFile(c.name, 1), c.authored);
-        EXPECT_EQ(isLessonFile(c.name, 2), c.copy);
-        EXPECT_FALSE(isLessonFile(c.name, 0));
-    }
-}
-
-TEST(LessonFiles, HaveCopiesNamedBeforeTheirLastFourLetters) {
-    EXPECT_EQ(studentCopyName("x_kvl.xml", "S1"), "x_kvl_S1.xml");
-    EXPECT_EQ(studentCopyName("x_kvl.xmü", "S1"), "x_kvl_S1.xmü");
-    EXPECT_EQ(studentCopyName("äöü", "S1"), "_S1äöü");
-}
-
 TEST(Lesson, ReadsOlderNamesAndWritesTheNewOnes) {
     const struct {
         const char* attributes;

@@ -15,29 +15,6 @@ Ref<Preferences> preferencesOf(const std::string& inside, const std::string& att
     return preferences;
 }
 
-TEST(Encryption, HashesTheBytesOfTheCodePage) {
-    const struct {
-        std::string text;
-        const char* digest;
-    } cases[] = {
-        {"", "d41d8cd98f00b204e9800998ecf8427e"},
-        {"abc", "900150983cd24fb0d6963f7d28e17f72"},
-        {"ABC", "902fbdd2b1df0c4f70b4a5d23525e932"},
-        {"\u00FC", "cf0eece3a23b680f6266a21aabba4d32"},     // the one byte FC
-        {"\u4E2D", "d1457b72c3fb323a2671125aef3eab5d"},     // "?"
-        {"\U0001F600", "ea03fcb8c47822bce772cf6c07d0ebbb"}, // "??"
-        {std::string(256, 'a'), "81109eec5aa1a284fb5327b10e9c16b9"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(New<Encryption>()->Encrypt(c.text), c.digest) << c.text;
-    EXPECT_EQ(errorNumber([] { EncryptPassword(std::string(257, 'a')); }), 9);
-    std::string wide;
-    for (int count = 0; count < 256; ++count)
-        wide += "\u00FC";
-    EXPECT_EQ(errorNumber([&] { EncryptPassword(wide); }), 0) << "256 characters, whatever they take";
-    EXPECT_EQ(errorNumber([&] { EncryptPassword(wide.substr(2) + "\U0001F600"); }), 9) << "a pair counts two";
-}
-
 TEST(Preferences, ReadThreeSwitchesExactlyAndTheOthersAsScriptsDo) {
     const struct {
         const char* word;

@@ -18,30 +18,6 @@ using testing::parsed;
 using testing::rows;
 using testing::TemporaryFolder;
 
-TEST(Location, IsTakenApart) {
-    for (const auto& [location, isURL, base, fileName, extraQuery] : rows<5>("location.parts")) {
-        SCOPED_TRACE(location);
-        EXPECT_EQ(IsURL(location), isURL == "true");
-        EXPECT_EQ(URLBase(location), base);
-        EXPECT_EQ(URLFileName(location), fileName);
-        EXPECT_EQ(URLExtraQuery(location), extraQuery);
-    }
-    for (const auto& [directory, slash, separator] : rows<3>("location.directories")) {
-        EXPECT_EQ(EnsureTrailingSlash(directory), slash) << directory;
-        EXPECT_EQ(withSeparator(directory), separator) << directory;
-    }
-    for (const auto& [location, fileName] : rows<2>("location.file_names"))
-        EXPECT_EQ(bareFileName(location), fileName) << location;
-    for (const auto& [former, current, stale] : rows<3>("location.stale"))
-        EXPECT_EQ(leavesStaleCopy(former, current), stale == "true") << former << " " << current;
-    EXPECT_THAT(splitDirectories("a;b/;"), ElementsAre("a", "b/", ""));
-    EXPECT_THAT(splitDirectories(""), ElementsAre(""));
-    std::string url = "u";
-    AppendQuery(url, "");
-    AppendQuery(url, "a=b&c");
-    EXPECT_EQ(url, "u&a=b&c");
-}
-
 TEST(LoginGlobals, EachThreadHasItsOwnString) {
     LoginGlobals::StoreValidationString("mine");
     std::string seen = "not run";
