@@ -107,57 +107,5 @@ TEST_F(ExamListing, ListsAndKeepsExamLists) {
     EXPECT_FALSE(list->Load(file, ""));
 }
 
-TEST(ExamsOnTheWeb, RowsAreFieldsOneBehindTheOther) {
-    const auto exam = New<Exam>();
-    const auto texts = [](const Ref<KeyedCollection<ExamInfo>>& rows) {
-        std::vector<std::string> result;
-        for (const Ref<ExamInfo>& row : *rows) {
-            result.push_back(row->Title + "|" + row->Filename + "|" + std::to_string(row->Attempt) + "|" +
-                             toText(row->PctCorrect) + "|" + row->FirstQuestionID + "|" +
-                             std::to_string(row->Source));
-        }
-        return result;
-    };
-    // What is behind the last whole row is left out.
-    EXPECT_THAT(
-        texts(exam->GetExamInfo2(misbehaving("reply/One;a.xml;;;;2;Two;b.xml;3;12.5;q1;;cut;off;"), "", 2)),
-        ElementsAre("One|a.xml|0|0||2", "Two|b.xml|3|12.5|q1|0"));
-    EXPECT_THAT(texts(exam->GetExamInfo(misbehaving("reply/One;a.xml;;;;Two;b.xml;3;12.5;q1;cut"), "", 2)),
-                ElementsAre("One|a.xml|0|0||0", "Two|b.xml|3|12.5|q1|0"));
-    EXPECT_EQ(errorNumber([&] { exam->GetExamInfo(misbehaving("reply/One;a.xml;x;;;"), "", 2); }), 13);
-}
-
-TEST(ExamsOnTheWeb, RequestsNameWhatIsWanted) {
-    const std::string base = misbehaving("reply/");
-    const auto exam = New<Exam>();
-    const auto summarise = [&](const std::string& examID) {
-        exam->LoadExamSummary(base + "students.xml", nullptr, nullptr, examID, 2, "7", "");
-    };
-    const struct {
-        std::function<void()> act;
-        const char* target;
-    } cases[] = {
-        {[&] { exam->GetExamInfo(base, "", -1); }, "GetTitleFileNames.asp?ObjName=ExamInfo&ExamType=-1&"},
-        {[&] { exam->GetExamInfo2(base, "S1", 2); },
-         "GetTitleFileNames.asp?ObjName=ExamInfo&ExamType=2&StudentID=S1&"},
-        {[&] { exam->GetStudentExams(base, "S1"); }, "GetTitleFileNames.asp?ObjName=Exam&ExamType=2&"},
-        {[&] { summarise(base + "x_kvqm.xml"); },
-         "LoadKavlorObject.asp?ObjName=ExamSummary&FileName=x_kvqm.xml&CourseID=7&SectionID=&AttemptNum=2"},
-        // An exam's name alone is looked for beside the roster; the name of its file goes before it.
-        {[&] { summarise("y_kvqm.xml"); },
-         "LoadKavlorObject.asp?ObjName=ExamSummary&FileName=y_kvqm.xml&CourseID=7&SectionID=&AttemptNum=2"},
-        {[&] {
-             exam->ExamFileName = "z_kvqm.xml";
-             summarise("y_kvqm.xml");
-         },
-         "LoadKavlorObject.asp?ObjName=ExamSummary&FileName=z_kvqm.xml&CourseID=7&SectionID=&AttemptNum=2"},
-    };
-    for (const auto& c : cases) {
-        receivedRequests();
-        c.act();
-        EXPECT_THAT(receivedRequests(), ElementsAre(::testing::HasSubstr("/" + std::string(c.target) + " ")));
-    }
-}
-
 } // namespace
 } // namespace norvakavlor

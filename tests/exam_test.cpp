@@ -144,14 +144,6 @@ TEST(Exam, ShufflesByDrawsOverAllPlaces) {
     New<Exam>()->RandomizeQuestions();
 }
 
-TEST(Exam, HasAPasswordThroughItsPreferences) {
-    const auto exam = New<Exam>();
-    EXPECT_TRUE(exam->CheckPassword("anything"));
-    exam->SetPassword("abc");
-    EXPECT_TRUE(exam->CheckPassword("abc"));
-    EXPECT_FALSE(exam->CheckPassword("ABC"));
-}
-
 /// A folder with a roster of three students and their attempts at one exam.
 class ExamSummary : public ::testing::Test {
 protected:

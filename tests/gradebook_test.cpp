@@ -61,13 +61,6 @@ TEST_F(Handshake, IsTrueForExactlyValidated) {
     EXPECT_TRUE(security->Login(kavlorServer()));
 }
 
-TEST_F(Handshake, ChecksPairs) {
-    EXPECT_TRUE(security->ValidateLoginKey("abc", "900150983cd24fb0d6963f7d28e17f72"));
-    EXPECT_FALSE(security->ValidateLoginKey("abc", "900150983CD24FB0D6963F7D28E17F72"));
-    EXPECT_FALSE(security->ValidateLoginKey("", EncryptPassword("")));
-    EXPECT_FALSE(security->ValidateLoginKey(std::string(300, 'a'), ""));
-}
-
 constexpr const char* kRecord =
     "<ORBEX_INPUTS><COURSE_LIST><COURSE ID=\"C 1\"><str_Name>Office &amp; more</str_Name>"
     "<SUBMIT_HOST_V3>host</SUBMIT_HOST_V3><SUBMIT_HOST_V3_BACKUP>backup</SUBMIT_HOST_V3_BACKUP>"

@@ -143,41 +143,6 @@ TEST(Lesson, FindsAStudentsCopies) {
     }
 }
 
-TEST(LessonsOnTheWeb, AreNamedByTheirKinds) {
-    const std::string base = misbehaving("reply/") + "?site=3/";
-    const auto lesson = New<Lesson>();
-    const auto menu = New<LessonMenu>();
-    const RecordedMessages messages;
-    const struct {
-        std::function<void()> act;
-        const char* ordinary;
-        const char* textbook;
-    } cases[] = {
-        {[&] { lesson->Load(base + "x.xml", nullptr); },
-         "LoadKavlorObject.asp?ObjName=Lesson&FileName=x.xml&site=3",
-         "LoadKavlorObject.asp?ObjName=TextbookLesson&FileName=x.xml&site=3"},
-        {[&] { lesson->GetLessons(base, 2); }, "GetTitleFileNames.asp?ObjName=Lesson&LessonType=2&site=3&",
-         "GetTitleFileNames.asp?ObjName=TextbookLesson&LessonType=2&site=3&"},
-        {[&] { menu->Load(base + "x.xml", "", nullptr, "", ""); },
-         "LoadKavlorObject.asp?ObjName=LessonMenu&Type=LessonMenu&FileName=x.xml&site=3",
-         "LoadKavlorObject.asp?ObjName=LessonMenu&Type=TextbookLessonMenu&FileName=x.xml&site=3"},
-        {[&] { menu->Save(base + "x.xml"); }, "SaveKavlorObject.asp?ObjName=LessonMenu&FileName=x.xml&site=3",
-         "SaveKavlorObject.asp?ObjName=LessonMenu&FileName=x.xml&site=3"},
-        {[&] { menu->GetLessonMenus(base); }, "GetTitleFileNames.asp?ObjName=LessonMenu&",
-         "GetTitleFileNames.asp?ObjName=TextbookLessonMenu&"},
-    };
-    for (const int16_t objType : {int16_t{1}, int16_t{2}}) {
-        lesson->LessonObjType = objType;
-        menu->LessonMenuObjType = objType;
-        for (const auto& c : cases) {
-            receivedRequests();
-            c.act();
-            const std::string target = objType == 2 ? c.textbook : c.ordinary;
-            EXPECT_THAT(receivedRequests(), ElementsAre(::testing::HasSubstr("/" + target + " ")));
-        }
-    }
-}
-
 /// A menu with two tutorials, its lessons in two directories, a student's copy of one.
 class LessonMenus : public ::testing::Test {
 protected:

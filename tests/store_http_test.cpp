@@ -60,45 +60,6 @@ std::string requestOf(const std::function<void()>& act) {
     return requests.size() == 1 ? requests.front() : std::to_string(requests.size()) + " requests";
 }
 
-TEST(StoreOverHttp, BuildsEachRequestRaw) {
-    const std::string base = misbehaving("document");
-    const auto load = [&](const std::string& after, std::string_view parameters = {}) {
-        return [=] { readDocument("Students", base + after, parameters); };
-    };
-    const struct {
-        const char* validation;
-        std::function<void()> act;
-        const char* target;
-    } cases[] = {
-        {"", load("b.xml"), "LoadKavlorObject.asp?ObjName=Students&FileName=b.xml"},
-        {"", load(""), "LoadKavlorObject.asp?ObjName=Students&FileName="},
-        {"V=1", load("b.xml"), "LoadKavlorObject.asp?ObjName=Students&FileName=b.xml&V=1"},
-        {"", load("?site=3/b.xml"), "LoadKavlorObject.asp?ObjName=Students&FileName=b.xml&site=3"},
-        {"LoginKey=k&LoginValue=v", load("?s=3&t=4/b.xml", "&CourseID=7"),
-         "LoadKavlorObject.asp?ObjName=Students&FileName=b.xml&CourseID=7&s=3&t=4&LoginKey=k&LoginValue=v"},
-        {"V=1", [&] { writeDocument("Exam", base + "?site=3/b.xml", parsed("<exam/>")); },
-         "SaveKavlorObject.asp?ObjName=Exam&FileName=b.xml&site=3&V=1"},
-        {"V=1", [&] { deleteDocument("Exam", base + "?site=3/b.xml"); },
-         "DeleteKavlorObject.asp?ObjName=Exam&FileName=b.xml&site=3&V=1"},
-        // A listing has its last "&" always and the extra query never.
-        {"", [&] { listDocuments("ExamList", base, anyName); }, "GetTitleFileNames.asp?ObjName=ExamList&"},
-        {"V=1", [&] { listDocuments("Exam", base + "?site=3/", anyName, "&ExamType=-1"); },
-         "GetTitleFileNames.asp?ObjName=Exam&ExamType=-1&V=1"},
-        {"V=1", [&] { New<TitleFilename>()->LoadValues(base + "?site=3/", "c.xml", "Exam"); },
-         "LoadKavlorObject.asp?ObjName=Exam&FileName=c.xml&site=3&V=1"},
-        // Only what no request line may hold is encoded.
-        {"", load("x\r\nHost: y.xml"), "LoadKavlorObject.asp?ObjName=Students&FileName=x%0D%0AHost:%20y.xml"},
-        {"", load("a&b=c+d%20e%'.xml"), "LoadKavlorObject.asp?ObjName=Students&FileName=a&b=c+d%20e%'.xml"},
-        {"", load("../b.xml"), "../LoadKavlorObject.asp?ObjName=Students&FileName=b.xml"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.target);
-        const ScopedValidation validation(c.validation);
-        const RecordedMessages messages; // the saves' reply is no empty one
-        EXPECT_EQ(requestLine(requestOf(c.act)), "POST /document/" + std::string(c.target));
-    }
-}
-
 TEST(StoreOverHttp, SendsDocumentsAsXml) {
     const std::string save = requestOf([] { oneBook()->Save(misbehaving("empty") + "b.xml"); });
     const std::string body = "<textBookList><textBook><id>TB1</id><title>\xC3\xA4 &amp; b</title>"
@@ -227,58 +188,6 @@ TEST(StoreOverHttp, ShowsWhatAServerSaysOfASave) {
         EXPECT_EQ(messages.all(), std::vector<std::string>(times, c.shown ? c.shown : ""));
         deleteDocument("TextBooks", location); // its answer is nobody's concern
         EXPECT_EQ(messages.all().size(), times);
-    }
-}
-
-/// The requests that a save sends which may delete the document it was loaded from.
-template <class Class> std::string movedBy(const std::string& manner) {
-    auto object = New<Class>();
-    EXPECT_TRUE(object->Load(misbehaving("document") + "old.xml", nullptr));
-    receivedRequests();
-    const RecordedMessages messages;
-    EXPECT_TRUE(object->Save(misbehaving(manner) + "new.xml", true));
-    std::string lines;
-    for (const std::string& request : receivedRequests())
-        lines += requestLine(request) + "|";
-    return lines;
-}
-
-TEST(StoreOverHttp, DeletesAnOldDocumentOnceTheNewOneIsTaken) {
-    const auto lines = [](const std::string& kind, bool deletes) {
-        const std::string query = "?ObjName=" + kind + "&FileName=";
-        return "POST /" + std::string(deletes ? "empty" : "reply/Full") + "/SaveKavlorObject.asp" + query +
-               "new.xml|" +
-               (deletes ? "POST /document/DeleteKavlorObject.asp" + query + "old.xml|" : std::string());
-    };
-    EXPECT_EQ(movedBy<Exam>("empty"), lines("Exam", true));
-    EXPECT_EQ(movedBy<Exam>("reply/Full"), lines("Exam", false));
-    EXPECT_EQ(movedBy<Lesson>("empty"), lines("Lesson", true));
-    EXPECT_EQ(movedBy<Lesson>("reply/Full"), lines("Lesson", false));
-}
-
-TEST(StoreOverHttp, TakesAListingApart) {
-    const struct {
-        const char* reply;
-        std::vector<std::string> rows;
-    } cases[] = {
-        {"", {}},
-        {"no separator at all", {}},
-        {"T;f.xml;", {"T|f.xml"}},
-        {"A & B;a%2520b.xml;;c.xml;", {"A & B|a%20b.xml", "|c.xml"}},
-        {"T;f.xml;rest;cut", {"T|f.xml"}},
-        {";;", {"|"}},
-        {"\xC3\xA9;\xC3\xA8.xml;", {"\xC3\xA9|\xC3\xA8.xml"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.reply);
-        const std::string directory = misbehaving(std::string("reply/") + c.reply);
-        std::vector<std::string> rows;
-        const auto listed = listDocuments("Exam", directory, anyName);
-        for (const Ref<TitleFilename>& row : *listed) {
-            rows.push_back(row->Title + "|" + row->Filename);
-            EXPECT_EQ(row->Directory, directory);
-        }
-        EXPECT_EQ(rows, c.rows);
     }
 }
 

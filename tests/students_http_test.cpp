@@ -111,26 +111,6 @@ TEST_F(StudentsOverHttp, ALostConnectionSavesNothing) {
     EXPECT_FALSE(roster->Load(refusingServer() + "r.xml", nullptr));
 }
 
-TEST_F(StudentsOverHttp, AFilterStandsBehindTheFileName) {
-    LoginGlobals::StoreValidationString("V=1");
-    const struct {
-        const char* course;
-        const char* section;
-        const char* student;
-        const char* filter;
-    } cases[] = {{"1", "0", "S1", "&CourseID=1&SectionID=0&StudentID=S1"},
-                 {"", "0", "", "&SectionID=0"},
-                 {"a b&c", "", "=", "&CourseID=a%20b&c&StudentID=="},
-                 {"", "", "", ""}};
-    for (const auto& c : cases) {
-        EXPECT_TRUE(roster->LoadWithFilter(rosterServer() + "?site=3/r.xml", nullptr, c.course, c.section,
-                                           c.student));
-        EXPECT_THAT(requests(), ElementsAre("POST LoadKavlorObject.asp?ObjName=Students&FileName=r.xml" +
-                                            std::string(c.filter) + "&site=3&V=1"));
-        EXPECT_TRUE(roster->Exists("b"));
-    }
-}
-
 TEST_F(StudentsOverHttp, ADeletionNamesTheStudentAndNoExtraQuery) {
     const auto bob = student("B", "bob");
     const auto load = [&] { roster->Load(rosterServer() + "r.xml", nullptr); };

@@ -139,25 +139,6 @@ TEST(Student, WritesWhatItHas) {
     EXPECT_EQ(text(*someone), whole);
 }
 
-TEST(Student, IsReachedByPropertyNumbers) {
-    const auto someone = student("S1", "ann", "Lee");
-    const struct {
-        const char* name;
-        int index;
-    } cases[] = {{"studentid", 0}, {"LASTNAME", 1}, {"FirstName", 2}, {"middleinit", 3}, {"course", 4},
-                 {"SECTION", 5},   {"UserName", 6}, {" course", -1},  {"Email", -1}};
-    for (const auto& c : cases)
-        EXPECT_EQ(someone->GetPropertyIndex(c.name), c.index) << c.name;
-    EXPECT_EQ(someone->GetProperty(6).toText(), "ann");
-    EXPECT_EQ(someone->GetProperty(10).toText(), "");
-    EXPECT_TRUE(New<Student>()->GetProperty(0).isEmpty());
-    EXPECT_EQ(errorNumber([&] { someone->GetProperty(11); }), 9);
-    EXPECT_EQ(errorNumber([&] { someone->GetProperty(-1); }), 9);
-    const auto fresh = New<Student>();
-    fresh->SetEncryptedPassword("digest");
-    EXPECT_TRUE(fresh->CheckPassword("anything")) << "the flag is not set by it";
-}
-
 /// A roster file of three students: alice, bob and one without user name.
 class Roster : public ::testing::Test {
 protected:
