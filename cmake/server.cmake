@@ -13,5 +13,8 @@ target_compile_definitions(kavlor-server PRIVATE
     CPPHTTPLIB_OPENSSL_SUPPORT CPPHTTPLIB_ZLIB_SUPPORT CPPHTTPLIB_BROTLI_SUPPORT)
 install(TARGETS kavlor-server)
 
-add_executable(misbehaving_server tests/support/misbehaving_server.cpp)
+add_executable(misbehaving_server tests/support/misbehaving_server.cpp tests/support/tables.cpp)
+set_source_files_properties(tests/support/tables.cpp PROPERTIES
+    COMPILE_DEFINITIONS "KAVLOR_SOURCE_FOLDER=\"${PROJECT_SOURCE_DIR}\"")
+target_include_directories(misbehaving_server PRIVATE ${PROJECT_SOURCE_DIR})
 target_link_libraries(misbehaving_server PRIVATE Threads::Threads)

@@ -10,20 +10,6 @@ namespace {
 
 using namespace norvakavlor::testing;
 
-std::shared_ptr<xml::Document> shared(std::string_view text) {
-    return std::make_shared<xml::Document>(parsed(text));
-}
-
-/// The collections that documents refer to.
-std::vector<Ref<Object>> library() {
-    std::vector<Ref<Object>> collections;
-    for (const auto& [name, document] : rows<2>("documents.library")) {
-        collections.push_back(CreateObject("NorvaKavlor." + name));
-        callOnDocument(*collections.back(), "LoadFromXMLNode", shared(document), collections);
-    }
-    return collections;
-}
-
 std::string saved(Object& object, std::string_view root) {
     auto document = std::make_shared<xml::Document>();
     document->createRoot(root);
@@ -41,7 +27,7 @@ TEST(Documents, AreWrittenAsTheyWereRead) {
         SCOPED_TRACE(name + ": " + text);
         const bool isAlone = name.ends_with('-'); // without other collections
         const Ref<Object> object = CreateObject("NorvaKavlor." + name.substr(0, name.size() - isAlone));
-        const auto document = shared(text);
+        const auto document = std::make_shared<xml::Document>(parsed(text));
         const std::string fault = raised([&] {
             callOnDocument(*object, "LoadFromXMLNode", document,
                            isAlone ? std::vector<Ref<Object>>() : collections);

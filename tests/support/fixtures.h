@@ -1,7 +1,5 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <norvakavlor/platform/message_box.h>
@@ -10,6 +8,7 @@
 #include <norvakavlor/xml/document.h>
 #include <string>
 #include <string_view>
+#include <tests/support/tables.h>
 #include <utility>
 #include <vector>
 
@@ -25,29 +24,14 @@ xml::Document parsed(std::string_view text);
 Value callOnDocument(Object& object, const char* method, const std::shared_ptr<xml::Document>& document,
                      const std::vector<Ref<Object>>& collections = {});
 
+/// New collections that documents refer to, those of the table documents.library.
+std::vector<Ref<Object>> library();
+
 /// The document element as an object's SaveToXMLNode fills it.
 template <class Save> std::string written(std::string_view root, Save save) {
     xml::Document document;
     save(document, document.createRoot(root));
     return document.toText();
-}
-
-/// The rows of a table of cases: "text.trimmed" is the section [trimmed] of tests/data/text.txt. A row is a
-/// line of fields with "|" between them, without the blanks around; "\s" is a blank that stays, "\x80" a
-/// byte, and
-/// "\n", "\r", "\t", "\|" and "\\" are what they look like. "\e" is nothing, for a row without any field.
-/// A table that is not there fails the test that asks for it.
-std::vector<std::vector<std::string>> tableRows(std::string_view table);
-
-/// The same for structured bindings; fields that a row lacks are "".
-template <size_t Fields> std::vector<std::array<std::string, Fields>> rows(std::string_view table) {
-    std::vector<std::array<std::string, Fields>> result;
-    for (auto& row : tableRows(table)) {
-        result.emplace_back();
-        std::move(row.begin(), row.begin() + static_cast<std::ptrdiff_t>(std::min(row.size(), Fields)),
-                  result.back().begin());
-    }
-    return result;
 }
 
 /// "number|source|description" of the error that an act raises; "nothing" when it raises none. Object errors
