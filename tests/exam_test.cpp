@@ -81,29 +81,8 @@ TEST(Exam, KeepsWhatIsThereWhenItLoadsAgain) {
     EXPECT_EQ(exam->ExamFileName, "second_kvqm.xml");
 }
 
-TEST(Exam, DeletesTheDocumentItWasLoadedFrom) {
+TEST(Exam, TakesItsOwnMemberAsTheLocation) {
     const TemporaryFolder folder;
-    const std::string original = folder.write("old.xml", "<exam><title>T</title></exam>");
-    const auto load = [&](const Ref<Exam>& exam) { return exam->Load(folder.file("old.xml"), nullptr); };
-    {
-        const auto exam = New<Exam>();
-        EXPECT_TRUE(exam->Save(folder.file("never-loaded.xml"), true));
-        EXPECT_TRUE(folder.has("old.xml"));
-    }
-    {
-        const auto exam = New<Exam>();
-        ASSERT_TRUE(load(exam));
-        EXPECT_TRUE(exam->Save(folder.file("./old.xml"), true)) << "another spelling of the same file";
-        EXPECT_TRUE(folder.has("old.xml"));
-        EXPECT_TRUE(exam->Save(folder.file("new"), false));
-        EXPECT_TRUE(folder.has("old.xml"));
-        EXPECT_EQ(exam->ExamFileName, "new.");
-        EXPECT_TRUE(exam->Save(folder.file("new.xml"), true));
-        EXPECT_FALSE(folder.has("old.xml"));
-        EXPECT_TRUE(exam->Save(folder.file("newer.xml"), true))
-            << "the old place is forgotten, a save is no load";
-        EXPECT_TRUE(folder.has("new.xml"));
-    }
     const auto exam = New<Exam>();
     folder.write("sub/a.xml", "<exam/>");
     exam->ExamFileName = folder.file("sub/a.xml");
@@ -113,9 +92,6 @@ TEST(Exam, DeletesTheDocumentItWasLoadedFrom) {
     EXPECT_EQ(exam->ExamFileName, "b.xml");
     EXPECT_TRUE(folder.has("sub/b.xml"));
     EXPECT_FALSE(folder.has("sub/a.xml"));
-
-    EXPECT_FALSE(New<Exam>()->Delete(folder.file("old.xml")));
-    EXPECT_TRUE(New<Exam>()->Delete(folder.file("new.xml")));
 }
 
 TEST(Exam, ShufflesByDrawsOverAllPlaces) {
@@ -135,82 +111,16 @@ TEST(Exam, ShufflesByDrawsOverAllPlaces) {
         for (const Ref<Question>& question : *pool->Questions)
             exam->Questions->Add(question->Clone(), question->ID);
         size_t draw = 0;
-        const platform::ScopedClockSource random({.uniformRandom = [&] { return c.draws.at(draw++); }});
+        int seeded = 0;
+        const platform::ScopedClockSource random(
+            {.uniformRandom = [&] { return c.draws.at(draw++); }, .seedRandom = [&] { ++seeded; }});
         exam->RandomizeQuestions();
         EXPECT_EQ(draw, 5u);
+        EXPECT_EQ(seeded, 1);
         EXPECT_EQ(order(*exam), c.order);
         EXPECT_EQ(exam->Questions->Item("q3")->ID, "q3");
     }
     New<Exam>()->RandomizeQuestions();
-}
-
-/// A folder with a roster of three students and their attempts at one exam.
-class ExamSummary : public ::testing::Test {
-protected:
-    void SetUp() override {
-        folder.write("roster.xml", "<students autoStudentID='3'>" + student("S1") + student("S2") +
-                                       student("S3") + student("../S4") + "</students>");
-        folder.write("final_kvqm.xml", "<exam><title>Final</title></exam>");
-    }
-    static std::string student(const std::string& id) {
-        return "<student><id>" + id + "</id><name/><username/></student>";
-    }
-    void attempt(const std::string& studentAndNumber, const std::string& inside) {
-        folder.write("final_kvqm_" + studentAndNumber + ".xml", "<exam>" + inside + "</exam>");
-    }
-    std::string summary(int16_t number, const std::string& examID = "") {
-        const auto exam = New<Exam>();
-        exam->Load(folder.file("final_kvqm.xml"), pool.get());
-        EXPECT_TRUE(
-            exam->LoadExamSummary(folder.file("roster.xml"), pool.get(), nullptr, examID, number, "7", "8"));
-        return results(*exam);
-    }
-
-    TemporaryFolder folder;
-    Ref<QuestionPool> pool = questionPool();
-};
-
-TEST_F(ExamSummary, CountsStudentsAndRightAnswers) {
-    attempt(
-        "S1_01",
-        R"(<questionRef correct="1" attempts="4">q1</questionRef><questionRef correct="2">q2</questionRef>)");
-    attempt("S2_01", R"(<questionRef correct="0">q2</questionRef><questionRef correct="1">q3</questionRef>)");
-    attempt("S1_09", R"(<questionRef correct="1">q1</questionRef>)");
-    folder.write("final_kvqm_S2_09.xml", "<exam pctCorrect='much'><questionRef>q2</questionRef></exam>");
-    attempt("S1_10", R"(<questionRef correct="1">q2</questionRef>)");
-    folder.write("S4_01.xml", "<exam><questionRef>q5</questionRef></exam>");
-    EXPECT_EQ(summary(1), "q1:1/1/1 q2:0/2/1 q3:1/1/1");
-    EXPECT_EQ(summary(9), "q1:1/1/1");
-    EXPECT_EQ(summary(10), "q2:1/1/1");
-    EXPECT_EQ(summary(11), "");
-    EXPECT_EQ(summary(9, folder.file("final_kvqm.xml")), "q1:1/1/1") << "the exam's own location";
-    const auto exam = New<Exam>();
-    for (int call = 0; call < 2; ++call)
-        exam->LoadExamSummary(folder.file("roster.xml"), pool.get(), nullptr, "final_kvqm.xml", 9, "", "");
-    EXPECT_EQ(results(*exam), "q1:2/2/1");
-}
-
-TEST_F(ExamSummary, CountsWhatARandomOrderShowed) {
-    const std::string questions =
-        R"(<questionRef correct="1">q1</questionRef><questionRef correct="1">q2</questionRef>)";
-    const struct {
-        const char* limit;
-        const char* results;
-    } cases[] = {{"1", "q1:1/1/1"}, {"9", "q1:1/1/1 q2:1/1/1"}, {"0", ""}, {"-1", ""}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.limit);
-        attempt("S1_01", "<pref><randomQuestions limit='" + std::string(c.limit) +
-                             "'>true</randomQuestions></pref>" + questions);
-        EXPECT_EQ(summary(1), c.results);
-    }
-}
-
-TEST_F(ExamSummary, RaisesForARosterThatDoesNotLoad) {
-    EXPECT_EQ(errorNumber([&] {
-                  New<Exam>()->LoadExamSummary(folder.file("none.xml"), pool.get(), nullptr, "final_kvqm.xml",
-                                               1, "", "");
-              }),
-              13);
 }
 
 } // namespace

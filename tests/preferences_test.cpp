@@ -69,18 +69,5 @@ TEST(Preferences, KeepWhatADocumentLacksButThePassword) {
     EXPECT_FALSE(preferences->CheckPassword("")) << "an empty password locks everyone out";
 }
 
-TEST(Preferences, AreADocumentOfTheirOwn) {
-    const TemporaryFolder folder;
-    const auto preferences = New<Preferences>();
-    preferences->SetPassword("abc");
-    EXPECT_TRUE(preferences->Save(folder.file("p.xml")));
-    const auto loaded = New<Preferences>();
-    EXPECT_TRUE(loaded->Load(folder.file("p.xml")));
-    EXPECT_TRUE(loaded->CheckPassword("abc"));
-    loaded->SetPassword("");
-    EXPECT_TRUE(loaded->CheckPassword("abd"));
-    EXPECT_FALSE(loaded->Load(folder.file("none.xml")));
-}
-
 } // namespace
 } // namespace norvakavlor

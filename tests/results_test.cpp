@@ -7,6 +7,7 @@
 #include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/settings.h>
+#include <norvakavlor/results/gradium_exam.h>
 #include <norvakavlor/results/live_ex_results.h>
 #include <norvakavlor/runtime/convert.h>
 
@@ -84,18 +85,6 @@ TEST_F(LiveSubmission, StopsWhenTheGradebookAccepts) {
               std::string::npos);
 }
 
-TEST_F(LiveSubmission, SendsTheDateOfTheTestWhereThereIsOne) {
-    const auto exercise = New<GradiumLiveEx>();
-    exercise->SubmitHost = misbehaving("reply/success");
-    exercise->CompletionDate = "12/31/2003 11:59:59 PM";
-    exercise->Score = 28;
-    EXPECT_TRUE(exercise->Save(""));
-    const std::string request = receivedRequests().at(0);
-    EXPECT_NE(request.find("&testDate=December 31, 2003&testTime=11:59:59PM&result=28&key="),
-              std::string::npos)
-        << request;
-}
-
 TEST_F(LiveSubmission, RaisesWithoutScoresAndFindsNoLaunchElsewhere) {
     launch("x", "y");
     results->Scores->clear();
@@ -110,18 +99,27 @@ TEST_F(LiveSubmission, RaisesWithoutScoresAndFindsNoLaunchElsewhere) {
     EXPECT_FALSE(results->GetGradiumLiveEx());
 }
 
-TEST_F(LiveSubmission, ShowsWhatTheServerSaysToARecord) {
-    const ServerFolder server;
-    EXPECT_TRUE(results->Save(server.url("first.xml"), true));
-    {
-        const RecordedMessages messages;
-        EXPECT_FALSE(results->Save(misbehaving("reply/full") + "second.xml", true));
-        EXPECT_THAT(messages.all(), ::testing::ElementsAre("|Gradium server repored an error: full"));
-        EXPECT_NE(server.read("first.xml"), "(no file)")
-            << "the only record stays when the server refuses another";
-    }
-    EXPECT_TRUE(results->Save(server.url("second.xml"), true));
-    EXPECT_EQ(server.read("first.xml"), "(no file)");
+TEST(LiveExResults, KnowsItsFileAndItsScore) {
+    const xml::Document document = parsed("<liveResults ID='X1'><score correct='TRUE'>07</score>"
+                                          "<score correct='-1'>7.5</score><score>9</score></liveResults>");
+    const auto results = New<LiveExResults>();
+    EXPECT_TRUE(results->LoadFromXMLNode(document.root(), "folder\\letter.xml"));
+    EXPECT_EQ(results->ExamFileName, "letter.xml");
+    EXPECT_EQ(results->Scores->Item("7")->ExamID, "X1");
+    EXPECT_DOUBLE_EQ(results->CalcScore(), 200.0 / 3);
+    EXPECT_EQ(errorNumber([] { New<LiveExResults>()->CalcScore(); }), 6);
+}
+
+TEST(Gradebook, GetsAFormAndMayBeSilent) {
+    const auto exam = New<GradiumExam>();
+    exam->SubmitHost = misbehaving("reply/success");
+    receivedRequests();
+    EXPECT_TRUE(exam->Save("", true));
+    EXPECT_THAT(receivedRequests().at(0),
+                ::testing::HasSubstr("Content-Type: application/x-www-form-urlencoded\r\n"));
+    const platform::ScopedHttpLimits limits({.idle = std::chrono::milliseconds(200)});
+    exam->SubmitHost = misbehaving("silence");
+    EXPECT_FALSE(exam->Save("", false)) << "a silent gradebook ends the call";
 }
 
 TEST(CheckSetup, ReportsWhatIsMissing) {
