@@ -165,15 +165,6 @@ TEST(KeyedCollection, EndsAWalkThatAddsAtEveryStep) {
         EXPECT_EQ(old, 100);
         EXPECT_LT(steps, 1000);
     }
-    // Where every addition halves what is left of a gap, members keep their order.
-    const auto list = words({"0", "1"});
-    for (int number = 2; number < 300; ++number)
-        call(*list, "Add", {std::to_string(number), {}, number / 2, {}});
-    std::vector<std::string> walked;
-    uint64_t mark = 0;
-    while (const auto element = Words::classInfo().elementAt(*list, mark))
-        walked.push_back(element->toText());
-    EXPECT_EQ(walked, all(*list));
 }
 
 TEST(KeyedCollection, SharesObjectsAndTakesNoOthers) {

@@ -93,13 +93,5 @@ TEST(Describe, RefusesTablesThatContradictThemselves) {
     EXPECT_THROW(sample().method("Nothing", &Sample::Nothing, {"a", "b"}, ""), std::logic_error);
 }
 
-TEST(Describe, CreatesWhatClientsMayCreate) {
-    const ClassInfo creatable = sample();
-    const Ref<Object> made = creatable.create();
-    EXPECT_EQ(&made->dynamicClass(), &Sample::classInfo());
-    const ClassInfo handedOut = sample().notCreatable();
-    EXPECT_FALSE(handedOut.create);
-}
-
 } // namespace
 } // namespace norvakavlor
