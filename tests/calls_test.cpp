@@ -5,7 +5,11 @@
 #include <gtest/gtest.h>
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/late_bound.h>
+#include <norvakavlor/config/registry.h>
+#include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/settings.h>
+#include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/store/login_globals.h>
 
 // Calls by name, as scripts make them: what the last one gives, the requests that they send and the files
@@ -16,10 +20,12 @@
 //
 // Steps stand one behind the other with ">" between:
 //
-//     Title=Sheets           puts a property
+//     Title=Sheets           puts a property, also Tasks(1).TaskName=Sum
 //     Tasks(1).TaskName      gets one, or calls a method: Load(file:a.xml, Nothing)
 //     Tasks[ID TaskName]     shows these properties of a collection's members; without a list, all
-//     lock NAME, unlock NAME, locked NAME, cat NAME
+//     lock NAME, unlock NAME, locked NAME, cat NAME, setting NAME VALUE
+//
+// The folder is the one in which launches wait for results; it is five past midnight on March 4, 2004.
 //
 // Locations begin with "file:" for the folder, "server:" for a folder of kavlor-server with the same files,
 // "web:" for the misbehaving server, "nobody:" for a refused connection. An argument is a text ("" alone is
@@ -45,17 +51,34 @@ void replaceAll(std::string& text, std::string_view from, std::string_view to) {
         text.replace(at, from.size(), to);
 }
 
+constexpr const char* kApplication = "NorvaKavlor Test";
+
+/// Where launches wait for the results of live exercises.
+void setResultsDirectory(const std::string& directory) {
+    const auto registry = New<Registry>();
+    registry->fSaveString(registry->HKEY_LOCAL_MACHINE(), "Software\\Norvalis\\Kavlor\\Lumio", "resultsDir",
+                          directory);
+}
+
 /// One row's objects, folders and steps.
 class Scene {
 public:
     Scene(const std::string& className, const std::vector<std::pair<std::string, std::string>>& files)
         : object_(CreateObject("NorvaKavlor." + className)) {
         for (const auto& [name, content] : files) {
-            folder_.write(name, content);
+            folder_.write(name, located(content));
             if (name.find('/') == std::string::npos)
                 server_.write(name, content);
         }
         before_ = folder_.names();
+        setResultsDirectory(folder_.path());
+    }
+    Scene(const Scene&) = delete;
+    Scene& operator=(const Scene&) = delete;
+    ~Scene() {
+        setResultsDirectory("");
+        for (const char* name : {"XMLDir", "QuestionPoolDir", "TestResultsDir"})
+            platform::deleteSetting(kApplication, "Paths", name);
     }
 
     /// The outcome of the last step, and behind "!" what the user was shown.
@@ -104,15 +127,29 @@ private:
             return platform::isReadOnly(folder_.file(name)) ? "True" : "False";
         if (text.starts_with("cat "))
             return folder_.read(name);
-        const size_t sign = text.find_first_of("=(");
-        if (sign != std::string::npos && text[sign] == '=') {
-            put(*object_, text.substr(0, sign), located(text.substr(sign + 1)));
+        if (text.starts_with("setting ")) {
+            const size_t end = name.find(' ');
+            platform::writeSetting(kApplication, "Paths", name.substr(0, end), located(name.substr(end + 1)));
+            return {};
+        }
+        if (const size_t equals = text.find('='); equals != std::string::npos && isAssignment(text, equals)) {
+            const size_t dot = text.rfind('.', equals);
+            const bool isInside = dot != std::string::npos;
+            const Ref<Object> holder = isInside ? reached(text.substr(0, dot)).toObject() : object_;
+            const size_t start = isInside ? dot + 1 : 0;
+            put(*holder, text.substr(start, equals - start), located(text.substr(equals + 1)));
             return {};
         }
         const bool hasList = text.ends_with(']');
         const size_t list = hasList ? text.rfind('[') : text.size();
         const Value value = reached(text.substr(0, list));
         return shown(value, hasList ? text.substr(list + 1, text.size() - list - 2) : "");
+    }
+
+    /// Not so in the brackets of a call.
+    static bool isAssignment(const std::string& text, size_t equals) {
+        return std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(equals), '(') ==
+               std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(equals), ')');
     }
 
     /// Goes along "Tasks(1).TaskName", as far as there are objects.
@@ -213,7 +250,7 @@ std::string bodyOf(const std::string& request) {
 TEST(Calls, GiveTheirResults) {
     for (const char* table :
          {"calls.web", "calls.exam_files", "calls.moves", "calls.summary", "calls.lessons", "calls.menus",
-          "calls.rosters", "calls.store", "calls.gradebook"}) {
+          "calls.rosters", "calls.store", "calls.gradebook", "calls.live", "calls.pools"}) {
         std::vector<std::pair<std::string, std::string>> files;
         for (std::vector<std::string> row : tableRows(table)) {
             row.resize(6);
@@ -223,6 +260,7 @@ TEST(Calls, GiveTheirResults) {
             }
             SCOPED_TRACE(row[0] + ": " + row[2]);
             Scene scene(row[0], files);
+            const platform::ScopedClockSource clock({.now = [] { return toDate("3/4/2004 12:05:09 AM"); }});
             LoginGlobals::StoreValidationString(row[1]);
             receivedRequests();
             std::string result = scene.run(row[2]);

@@ -34,39 +34,6 @@ const ClassInfo& Sample::classInfo() {
     return info;
 }
 
-TEST(Describe, ReadsTypesOffTheMembers) {
-    using Kind = Type::Kind;
-    const ClassInfo& info = Sample::classInfo();
-    const Member& find = *info.find("FIND");
-    EXPECT_EQ(find.kind, Member::Kind::Method);
-    EXPECT_EQ(find.type.kind, Kind::Boolean);
-    const struct {
-        const char* name;
-        Kind kind;
-        bool optional;
-        bool byReference;
-    } cases[] = {
-        {"text", Kind::Text, false, false},    {"maybe", Kind::Object, true, false},
-        {"there", Kind::Object, false, false}, {"code", Kind::Int16, false, true},
-        {"reason", Kind::Text, false, true},
-    };
-    ASSERT_EQ(find.parameters.size(), std::size(cases));
-    for (size_t index = 0; index < std::size(cases); ++index) {
-        const Parameter& parameter = find.parameters[index];
-        EXPECT_EQ(parameter.name, cases[index].name);
-        EXPECT_EQ(parameter.type.kind, cases[index].kind) << parameter.name;
-        EXPECT_EQ(parameter.optional, cases[index].optional) << parameter.name;
-        EXPECT_EQ(parameter.byReference, cases[index].byReference) << parameter.name;
-    }
-    EXPECT_EQ(find.parameters[1].type.objectClass, &Sample::classInfo);
-    EXPECT_EQ(info.find("Next")->type.objectClass, &Sample::classInfo);
-    EXPECT_EQ(info.find("Nothing")->type.kind, Kind::None);
-    EXPECT_EQ(info.find("Nothing")->parameters[0].type.kind, Kind::Array);
-    EXPECT_EQ(info.defaultMember()->type.kind, Kind::Any);
-    EXPECT_TRUE(info.find("text")->put);
-    EXPECT_FALSE(info.find("next")->put);
-}
-
 TEST(Describe, NumbersMembersByTheirNamesAlone) {
     const ClassInfo& info = Sample::classInfo();
     const ClassInfo other = sample().property("TEXT", &Sample::Text, "The same name.");

@@ -165,16 +165,5 @@ TEST(LateBound, PassesIndexesOnToTheDefaultMember) {
     EXPECT_EQ(dictionary->Count(), 1);
 }
 
-TEST(LateBound, WalksWhatForEachWould) {
-    const auto dictionary = New<Dictionary>();
-    for (const char* key : {"b", "a"})
-        call(*dictionary, "Add", {Value(key), Value(1.0)});
-    std::vector<std::string> keys;
-    for (const Value& key : elementsOf(*dictionary))
-        keys.push_back(key.toText());
-    EXPECT_THAT(keys, ::testing::ElementsAre("b", "a"));
-    EXPECT_THAT(elementsOf(*New<Probe>()->Books), ::testing::IsEmpty());
-}
-
 } // namespace
 } // namespace norvakavlor

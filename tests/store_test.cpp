@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <norvakavlor/curriculum/textbooks.h>
 #include <norvakavlor/platform/http.h>
+#include <norvakavlor/results/gradium_exam.h>
 #include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
@@ -109,6 +110,18 @@ TEST(Store, BothPlacesHoldTheSameDocument) {
     auto books = New<TextBooks>();
     ASSERT_TRUE(books->Load(folder.url("old.xml")));
     EXPECT_EQ(books->textBooks->Item(1)->Title, "\xE2\x82\xAC");
+}
+
+TEST(Gradebook, GetsAFormAndMayBeSilent) {
+    const auto exam = New<GradiumExam>();
+    exam->SubmitHost = misbehaving("reply/success");
+    receivedRequests();
+    EXPECT_TRUE(exam->Save("", true));
+    EXPECT_THAT(receivedRequests().at(0),
+                ::testing::HasSubstr("Content-Type: application/x-www-form-urlencoded\r\n"));
+    const platform::ScopedHttpLimits limits({.idle = std::chrono::milliseconds(200)});
+    exam->SubmitHost = misbehaving("silence");
+    EXPECT_FALSE(exam->Save("", false)) << "a silent gradebook ends the call";
 }
 
 } // namespace
