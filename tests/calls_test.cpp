@@ -250,7 +250,7 @@ std::string bodyOf(const std::string& request) {
 TEST(Calls, GiveTheirResults) {
     for (const char* table :
          {"calls.web", "calls.exam_files", "calls.moves", "calls.summary", "calls.lessons", "calls.menus",
-          "calls.rosters", "calls.store", "calls.gradebook", "calls.live", "calls.pools"}) {
+          "calls.rosters", "calls.store", "calls.gradebook", "calls.live", "calls.pools", "calls.switches"}) {
         std::vector<std::pair<std::string, std::string>> files;
         for (std::vector<std::string> row : tableRows(table)) {
             row.resize(6);

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <ctime>
 #include <gtest/gtest.h>
@@ -44,27 +43,6 @@ TEST(Clock, EachThreadHasASequenceThatSeedingChanges) {
     EXPECT_EQ(first, begun(false));
     EXPECT_NE(first, begun(true));
     EXPECT_TRUE(std::ranges::all_of(first, [](double number) { return number >= 0 && number < 1; }));
-}
-
-TEST(Clock, ATestMayReplaceWhatItNeeds) {
-    const Date fixed = dateOf({2024, 2, 29, 12, 0, 0});
-    auto slept = std::chrono::milliseconds(0);
-    {
-        const ScopedClockSource replaced(
-            {.now = [&] { return fixed; },
-             .sleepFor = [&](std::chrono::milliseconds time) { slept += time; }});
-        {
-            const ScopedClockSource nested({.uniformRandom = [] { return 0.25; }});
-            EXPECT_EQ(uniformRandom(), 0.25);
-            EXPECT_NE(now(), fixed);
-        }
-        EXPECT_EQ(now(), fixed);
-        sleepFor(std::chrono::hours(24));
-    }
-    EXPECT_EQ(slept, std::chrono::hours(24));
-    const auto start = std::chrono::steady_clock::now();
-    sleepFor(std::chrono::milliseconds(30));
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(25));
 }
 
 } // namespace

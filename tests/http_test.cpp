@@ -184,13 +184,6 @@ TEST(Http, FollowsFiveRedirectsAndNoMore) {
     EXPECT_EQ(sendHttp({.url = misbehaving("status/302/no%20place")}).text, "no place");
 }
 
-TEST(Http, CarriesLargeBodies) {
-    const std::string body(3u << 20, 'x');
-    const auto requests = requestsDuring([&] { sendHttp({.url = misbehaving("empty"), .body = body}); });
-    ASSERT_EQ(requests.size(), 1u);
-    EXPECT_TRUE(requests[0].ends_with("\r\n\r\n" + body));
-}
-
 TEST(Http, LimitsHoldWhileTheirScopeLives) {
     {
         const ScopedHttpLimits limits({.maximumBytes = 10});
