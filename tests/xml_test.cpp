@@ -170,12 +170,6 @@ TEST(XmlWriter, EveryTextAndAttributeComesBack) {
     EXPECT_EQ(again->toText(), document.toText());
 }
 
-TEST(XmlWriter, AttributesAreQuotedAndKeptOnOneLine) {
-    xml::Document document;
-    document.createRoot("r").setAttribute("a", "\"'<&>\t\r\n\x02");
-    EXPECT_EQ(document.toText(), "<r a=\"&quot;'&lt;&amp;&gt;&#9;&#13;&#10;\uFFFD\"/>");
-}
-
 TEST(XmlWriter, ShowsWhatHasNoContentAndWhatHasAnEmptyText) {
     xml::Document document;
     const xml::Node root = document.createRoot("r");
@@ -187,15 +181,6 @@ TEST(XmlWriter, ShowsWhatHasNoContentAndWhatHasAnEmptyText) {
               "<r><none/><empty></empty><nothing></nothing><cdata><![CDATA[]]></cdata></r>");
     EXPECT_EQ(root.childCount(), 4u);
     EXPECT_EQ(root.child("empty").childCount(), 0u);
-}
-
-TEST(XmlWriter, KeepsWhatStandsBesideTheRoot) {
-    xml::Document document;
-    document.node().append(NodeKind::Comment, "", "before");
-    document.createRoot("r");
-    document.node().append(NodeKind::ProcessingInstruction, "after", "x");
-    EXPECT_EQ(document.toText(), "<!--before--><r/><?after x?>");
-    EXPECT_EQ(document.root().markup(), "<r/>");
 }
 
 } // namespace

@@ -102,16 +102,15 @@ private:
     size_t sent_ = 0;
 };
 
-/// Requests as they came since somebody last asked for them, and how often each path was asked for.
+/// Requests as they came since somebody last asked for them.
 class Memory {
 public:
-    int keep(const std::string& path, std::string request) {
+    void keep(std::string request) {
         constexpr size_t kRemembered = 200;
         const std::lock_guard lock(mutex_);
         requests_.push_back(std::move(request));
         if (requests_.size() > kRemembered)
             requests_.pop_front();
-        return ++visits_[path];
     }
 
     /// All of them, a record separator behind each, oldest first. They are forgotten then.
@@ -127,14 +126,12 @@ public:
 private:
     std::mutex mutex_;
     std::deque<std::string> requests_;
-    std::map<std::string, int> visits_;
 };
 
 /// What one way of answering has at hand.
 struct Visit {
     Connection& connection;
     std::string rest; ///< of the target, after the part that chose what happens
-    int count;        ///< of visits to the same target, this one included
 };
 
 std::string takePart(std::string& rest) {
@@ -205,12 +202,6 @@ void replyStatus(Visit& visit) {
     reply(visit.connection, decoded(takePart(visit.rest)), status, "text/plain; charset=utf-8");
 }
 
-/// "/accept-from/3/NAME": "busy" twice, then "success".
-void acceptFrom(Visit& visit) {
-    const int first = std::atoi(takePart(visit.rest).c_str());
-    reply(visit.connection, visit.count >= first ? "success" : "busy", "200 OK", "text/plain");
-}
-
 using Manners = std::map<std::string, std::function<void(Visit&)>, std::less<>>;
 
 /// What takes more than bytes, and the pages and bytes of tests/data/replies.txt.
@@ -218,7 +209,6 @@ Manners allManners() {
     Manners manners = {
         {"reply", replyText},
         {"status", replyStatus},
-        {"accept-from", acceptFrom},
         {"redirect", redirect},
         {"hang-up", [](Visit&) {}},
         {"silence", sayNothing},
@@ -248,14 +238,14 @@ void serve(int socket, Memory& memory) {
     const size_t start = request.find(" /");
     if (start == std::string::npos)
         return;
-    const std::string target = request.substr(start + 2, request.find(' ', start + 2) - start - 2);
-    std::string rest = target;
+    std::string rest = request.substr(start + 2, request.find(' ', start + 2) - start - 2);
     const std::string manner = takePart(rest);
     if (manner == "requests") {
         reply(connection, memory.take(), "200 OK", "text/plain; charset=utf-8");
         return;
     }
-    Visit visit{connection, rest, memory.keep(target, request)};
+    memory.keep(request);
+    Visit visit{connection, rest};
     const auto found = manners().find(manner);
     if (found == manners().end()) {
         reply(connection, "no such way of misbehaving", "404 Not Found", "text/plain");
