@@ -71,13 +71,15 @@ public:
                 server_.write(name, content);
         }
         before_ = folder_.names();
-        setResultsDirectory(folder_.path());
+        if (className == "LiveExResults")
+            setResultsDirectory(folder_.path());
     }
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
     ~Scene() {
-        setResultsDirectory("");
-        for (const char* name : {"XMLDir", "QuestionPoolDir", "TestResultsDir"})
+        if (object_->dynamicClass().name == "LiveExResults")
+            setResultsDirectory("");
+        for (const std::string& name : settings_)
             platform::deleteSetting(kApplication, "Paths", name);
     }
 
@@ -129,7 +131,8 @@ private:
             return folder_.read(name);
         if (text.starts_with("setting ")) {
             const size_t end = name.find(' ');
-            platform::writeSetting(kApplication, "Paths", name.substr(0, end), located(name.substr(end + 1)));
+            settings_.push_back(name.substr(0, end));
+            platform::writeSetting(kApplication, "Paths", settings_.back(), located(name.substr(end + 1)));
             return {};
         }
         if (const size_t equals = text.find('='); equals != std::string::npos && isAssignment(text, equals)) {
@@ -235,6 +238,7 @@ private:
     const TemporaryFolder folder_;
     const ServerFolder server_;
     std::vector<std::string> before_;
+    std::vector<std::string> settings_;
     const std::vector<Ref<Object>> library_ = library();
     const std::vector<std::pair<std::string, std::string>> places_ = {
         {"file:", folder_.path()}, {"server:", server_.url()}, {"web:", web_}, {"nobody:", refusingServer()}};
@@ -248,6 +252,7 @@ std::string bodyOf(const std::string& request) {
 }
 
 TEST(Calls, GiveTheirResults) {
+    receivedRequests(); // of other tests
     for (const char* table :
          {"calls.web", "calls.exam_files", "calls.moves", "calls.summary", "calls.lessons", "calls.menus",
           "calls.rosters", "calls.store", "calls.gradebook", "calls.live", "calls.pools", "calls.switches"}) {
@@ -262,7 +267,6 @@ TEST(Calls, GiveTheirResults) {
             Scene scene(row[0], files);
             const platform::ScopedClockSource clock({.now = [] { return toDate("3/4/2004 12:05:09 AM"); }});
             LoginGlobals::StoreValidationString(row[1]);
-            receivedRequests();
             std::string result = scene.run(row[2]);
             LoginGlobals::StoreValidationString("");
             std::string requests;
