@@ -14,7 +14,5 @@ target_compile_definitions(kavlor-server PRIVATE
 install(TARGETS kavlor-server)
 
 add_executable(misbehaving_server tests/support/misbehaving_server.cpp tests/support/tables.cpp)
-set_source_files_properties(tests/support/tables.cpp PROPERTIES
-    COMPILE_DEFINITIONS "KAVLOR_SOURCE_FOLDER=\"${PROJECT_SOURCE_DIR}\"")
 target_include_directories(misbehaving_server PRIVATE ${PROJECT_SOURCE_DIR})
 target_link_libraries(misbehaving_server PRIVATE Threads::Threads)
