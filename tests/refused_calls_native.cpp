@@ -7,6 +7,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <new>
+#include <norvakavlor/lessons/lesson.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/registry.h>
 #include <norvakavlor/platform/settings.h>
@@ -73,6 +74,18 @@ public:
     RefusedCall(const RefusedCall&) = delete;
     RefusedCall& operator=(const RefusedCall&) = delete;
 };
+
+TEST(RefusedCalls, AStandInTakesNoPlaceThatCannotBeLookedAt) {
+    const TemporaryFolder folder;
+    const std::string copy = folder.write("a_kvl_S1.xml", "<lesson ID='finished'/>");
+    const auto lesson = New<Lesson>();
+    lesson->StandInFor(copy);
+    for (const char* call : {"stat", "read"}) {
+        const RefusedCall refused(call, copy, EIO);
+        EXPECT_EQ(errorNumber([&] { lesson->Save(copy, false); }), 70) << call;
+    }
+    EXPECT_EQ(folder.read("a_kvl_S1.xml"), "<lesson ID='finished'/>");
+}
 
 TEST(RefusedCalls, AnInsertionThatCannotReadGivesTheLockBack) {
     const TemporaryFolder folder;

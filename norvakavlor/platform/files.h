@@ -11,6 +11,9 @@ namespace norvakavlor::platform {
 bool folderExists(const std::string& path);
 bool fileExists(const std::string& path);
 
+/// Is it known that nothing has this name? False also when that cannot be told at the moment.
+bool isKnownMissing(const std::string& path);
+
 /// The names of the files (not folders) in a folder, ordered by name with letter case folded, then by bytes;
 /// temporary files of interrupted saves are left out. A folder that is not there has no files; raises 70 or
 /// 57 when one that is there cannot be read.

@@ -65,12 +65,10 @@ Presence lookOnServer(std::string_view kind, const std::string& location) {
 }
 
 Presence lookOnDisk(const std::string& path) {
+    if (platform::isKnownMissing(path))
+        return Presence::Nothing;
     Presence presence = Presence::Unknown;
-    ignoringErrors([&] {
-        presence = !platform::fileExists(path) ? Presence::Nothing
-                   : parseLocalDocument(path)  ? Presence::Document
-                                               : Presence::Unreadable;
-    });
+    ignoringErrors([&] { presence = parseLocalDocument(path) ? Presence::Document : Presence::Unreadable; });
     return presence;
 }
 

@@ -80,6 +80,12 @@ bool fileExists(const std::string& path) {
     return state && S_ISREG(state->st_mode);
 }
 
+bool isKnownMissing(const std::string& path) {
+    struct stat state {};
+    return isPossible(path) && ::stat(localPath(path).c_str(), &state) != 0 &&
+           (errno == ENOENT || errno == ENOTDIR);
+}
+
 std::vector<std::string> fileNamesIn(const std::string& folder) {
     std::vector<std::string> names;
     if (!folderExists(folder))

@@ -59,6 +59,13 @@ bool folderExists(const std::string& path) { return isFolder(::GetFileAttributes
 
 bool fileExists(const std::string& path) { return attributesOf(localPath(path)) != INVALID_FILE_ATTRIBUTES; }
 
+bool isKnownMissing(const std::string& path) {
+    if (::GetFileAttributesW(localPath(path).c_str()) != INVALID_FILE_ATTRIBUTES)
+        return false;
+    const DWORD error = ::GetLastError();
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
 std::vector<std::string> fileNamesIn(const std::string& folder) {
     std::vector<std::string> names;
     const fs::path path = localPath(folder);
