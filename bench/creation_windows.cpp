@@ -17,7 +17,7 @@ long long nanosecondsSince(Clock::time_point start) {
 }
 
 CLSID classOf(const char* name) {
-    const std::string text = "{" + norvakavlor::classId(name).toText() + "}";
+    const std::string text = "{" + norvakavlor::identifiersOf(name).classId.toText() + "}";
     CLSID id{};
     CLSIDFromString(std::wstring(text.begin(), text.end()).c_str(), &id);
     return id;

@@ -1,5 +1,6 @@
-// Measures one operation: kavlor_bench FOLDER NAME SIZE [--server=URL] [Google Benchmark's options]
-// Without a name it lists the operations. bench/run calls it and makes tables of what it says.
+// Measures one operation: kavlor_bench FOLDER NAME SIZE [Google Benchmark's options]
+// Without a name it lists the operations. KAVLOR_SERVER names the server of the operation over HTTP.
+// bench/run calls this and makes tables of what it says.
 
 #include "operation.h"
 
@@ -11,6 +12,7 @@
 #include <iterator>
 #include <malloc.h>
 #include <string>
+#include <string_view>
 
 namespace norvakavlor::bench {
 

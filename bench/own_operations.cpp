@@ -56,7 +56,7 @@ auto folder(const char* name) {
     return [name](const Documents& documents) { return documents.sized(name) + "/"; };
 }
 
-/// Where saves go: memory-backed where the system has it, as disks are not what is measured.
+/// Where saves go. CPU time is what counts, so it matters little how fast the disk is.
 std::string scratch(const std::string& name) {
     const auto place = std::filesystem::temp_directory_path() / "kavlor-bench";
     std::filesystem::create_directories(place);

@@ -45,9 +45,9 @@ public:
     /// number that is none in the exam's own attributes, "source" and preferences; faults of single questions
     /// are passed over.
     bool Load(const std::string& location, QuestionPool* questionPool);
-    /// The same from an exam element; `location` only gives ExamFileName, and the place of an earlier load is
-    /// forgotten. A question that the pool lacks, or
-    /// any question without a pool, has its ID and results alone; a repeated one is dropped.
+    /// The same from an exam element; `location` only gives ExamFileName and its folder, and the place of an
+    /// earlier load is forgotten. A question that the pool lacks, or any question without a pool, has its ID
+    /// and results alone; a repeated one is dropped.
     bool LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const std::string& location);
 
     /// Stores the exam. With `deleteOld`, the document that the exam was loaded from is then deleted when it

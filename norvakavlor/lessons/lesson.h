@@ -45,8 +45,7 @@ public:
     /// before it stay.
     bool Load(const std::string& filename, TaskPool* taskPool);
     /// The same from a lesson element; `filename` only gives LessonFilename, and the place of an earlier load
-    /// is forgotten. Each task is a copy of the
-    /// pool's; without a pool it has its ID and date alone.
+    /// is forgotten. Each task is a copy of the pool's; without a pool it has its ID and date alone.
     bool LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename);
 
     /// Stores the lesson. With `deleteOldIfChanged`, the document that it was loaded from is then deleted
