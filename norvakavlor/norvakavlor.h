@@ -23,9 +23,9 @@
 #include <norvakavlor/results/gradium_lesson.h>
 #include <norvakavlor/results/live_ex_results.h>
 #include <norvakavlor/results/security.h>
-#include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/runtime/dictionary.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/title_filename.h>
 #include <norvakavlor/students/students.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/version.h>

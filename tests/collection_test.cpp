@@ -153,7 +153,7 @@ TEST(KeyedCollection, EndsAWalkThatAddsAtEveryStep) {
         int steps = 0;
         uint64_t mark = 0;
         for (; steps < 1000; ++steps) {
-            const auto element = Words::classInfo().elementAt(*list, mark);
+            const auto element = Words::classInfo().nextElement(*list, mark);
             if (!element)
                 break;
             old += element->toText() == "old";
@@ -171,7 +171,7 @@ TEST(KeyedCollection, EndsAWalkThatAddsAtEveryStep) {
         call(*list, "Add", {std::to_string(number), {}, number / 2, {}});
     std::vector<std::string> walked;
     uint64_t mark = 0;
-    while (const auto element = Words::classInfo().elementAt(*list, mark))
+    while (const auto element = Words::classInfo().nextElement(*list, mark))
         walked.push_back(element->toText());
     EXPECT_EQ(walked, all(*list));
 }
@@ -225,7 +225,7 @@ TEST(KeyedCollection, IsWalkedWhileItChanges) {
         const auto list = words({"a", "b", "c", "d"});
         std::vector<std::string> seen;
         uint64_t mark = 0;
-        while (const auto element = Words::classInfo().elementAt(*list, mark)) {
+        while (const auto element = Words::classInfo().nextElement(*list, mark)) {
             seen.push_back(element->toText());
             c.change(*list, seen.back());
         }

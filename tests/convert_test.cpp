@@ -1,7 +1,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
-#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/text/convert.h>
 #include <string>
 #include <tests/support/outcome.h>
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 #include <limits>
-#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/text/convert.h>
 #include <string>
 #include <tests/support/outcome.h>
 

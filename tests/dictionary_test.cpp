@@ -194,7 +194,7 @@ TEST(Dictionary, IsWalkedByKeysWhileItChanges) {
     const auto walk = [](Dictionary& dictionary, auto change) {
         std::string seen;
         uint64_t mark = 0;
-        while (const auto key = Dictionary::classInfo().elementAt(dictionary, mark)) {
+        while (const auto key = Dictionary::classInfo().nextElement(dictionary, mark)) {
             seen += key->toText();
             change(key->toText());
         }

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 #include <new>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <tests/support/fixtures.h>
 
 namespace norvakavlor {

@@ -4,8 +4,8 @@
 #include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <norvakavlor/runtime/keyed_collection.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/node_object.h>
 #include <set>
 #include <string>

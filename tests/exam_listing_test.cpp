@@ -5,7 +5,7 @@
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_files.h>
 #include <norvakavlor/assessment/exam_list.h>
-#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/text/convert.h>
 
 namespace norvakavlor {
 namespace {

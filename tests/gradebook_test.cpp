@@ -8,7 +8,7 @@
 #include <norvakavlor/results/gradium_exam.h>
 #include <norvakavlor/results/gradium_lesson.h>
 #include <norvakavlor/results/security.h>
-#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/text/convert.h>
 
 namespace norvakavlor {
 namespace {

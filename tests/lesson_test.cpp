@@ -6,7 +6,7 @@
 #include <norvakavlor/lessons/lesson_files.h>
 #include <norvakavlor/lessons/lesson_menu.h>
 #include <norvakavlor/lessons/tutorial.h>
-#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/text/convert.h>
 
 namespace norvakavlor {
 namespace {

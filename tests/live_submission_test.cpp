@@ -9,7 +9,7 @@
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/settings.h>
 #include <norvakavlor/results/live_ex_results.h>
-#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/text/convert.h>
 
 namespace norvakavlor {
 namespace {

@@ -4,7 +4,7 @@
 #include <norvakavlor/assessment/question_pool.h>
 #include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/platform/xml_parser.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 namespace {

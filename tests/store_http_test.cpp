@@ -8,9 +8,9 @@
 #include <norvakavlor/lessons/lesson.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/results/live_ex_results.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 namespace {

@@ -81,7 +81,7 @@ TEST(Location, ListsAndNamesAreTakenApart) {
         {"http://h/?q=1/x.xml", "x.xml"},   {"http://h/plain", "plain."},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(bareFileName(c.location), c.fileName) << c.location;
+        EXPECT_EQ(documentFileName(c.location), c.fileName) << c.location;
 }
 
 TEST(Location, AnEmptyQueryAppendsNothing) {

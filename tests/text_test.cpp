@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
-#include <norvakavlor/runtime/text.h>
-#include <norvakavlor/runtime/utf8.h>
+#include <norvakavlor/text/text.h>
+#include <norvakavlor/text/utf8.h>
 #include <string>
 #include <string_view>
 

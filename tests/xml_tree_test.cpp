@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <norvakavlor/platform/xml_parser.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/document.h>
 #include <norvakavlor/xml/node_object.h>
 #include <string>

@@ -1,21 +1,21 @@
 #include <norvakavlor/assessment/exam.h>
 
-#include <norvakavlor/assessment/own_preferences.h>
+#include <norvakavlor/assessment/preferences_or_new.h>
 #include <norvakavlor/assessment/question_pool.h>
 #include <norvakavlor/curriculum/courses.h>
 #include <norvakavlor/platform/clock.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/stale_copy.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 #include <utility>
 
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kExamWords = wordsOf("Exam");
+constexpr DocumentNames kExamWords = namesOf("Exam");
 
 constexpr auto kLeadingFields = fields(                            //
     attributeUnlessEmpty("ID", &Exam::ID),                         //
@@ -67,15 +67,15 @@ bool Exam::LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const
 
 void Exam::setFileName(const std::string& location) {
     folder_ = folderOf(location);
-    ExamFileName = bareFileName(location);
+    ExamFileName = documentFileName(location);
 }
 
 void Exam::loadHeader(xml::Node examNode) {
     // What is read now did not come from there; Load names the new place once all is read.
     loadedFrom_.clear();
-    read(kLeadingFields, examNode, *this);
+    readFields(kLeadingFields, examNode, *this);
     loadOwnPreferences(Prefs, examNode);
-    read(kTrailingFields, examNode, *this);
+    readFields(kTrailingFields, examNode, *this);
 }
 
 /// Every step's fault stays its own: a result that is no number keeps its default, a repeated question is
@@ -84,7 +84,9 @@ void Exam::loadQuestions(xml::Node examNode, QuestionPool* questionPool) {
     for (const xml::Node reference : xml::children(examNode, "questionRef")) {
         const Ref<Question> question = questionOf(questionPool, reference.text());
         std::apply(
-            [&](const auto&... field) { (ignoringErrors([&] { read(field, reference, *question); }), ...); },
+            [&](const auto&... field) {
+                (ignoringErrors([&] { readField(field, reference, *question); }), ...);
+            },
             kResults);
         ignoringErrors([&] { Questions->Add(question, question->ID); });
     }
@@ -105,7 +107,7 @@ void Exam::loadFurther(xml::Node examNode) {
 }
 
 bool Exam::Save(const std::string& location, bool deleteOld) {
-    std::string fileName = bareFileName(location);
+    std::string fileName = documentFileName(location);
     std::string folder = folderOf(location); // first: no allocation may fail after the exam is stored
     const bool accepted =
         saveAs(kExamWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
@@ -121,12 +123,12 @@ bool Exam::Save(const std::string& location, bool deleteOld) {
 }
 
 bool Exam::SaveToXMLNode(xml::Node examNode) const {
-    write(kLeadingFields, examNode, *this);
+    writeFields(kLeadingFields, examNode, *this);
     xml::Document unused; // the element grows in its own document
     saveOwnPreferences(Prefs, unused, examNode);
-    write(kTrailingFields, examNode, *this);
+    writeFields(kTrailingFields, examNode, *this);
     for (const Ref<Question>& question : *Questions) {
-        write(kResults, examNode.append("questionRef", question->ID), *question);
+        writeFields(kResults, examNode.append("questionRef", question->ID), *question);
     }
     for (const Ref<ExamAssignment>& assignment : *ExamAssignments) {
         assignment->SaveToXMLNode(examNode.append("examAssignment"));
@@ -159,10 +161,10 @@ void Exam::RandomizeQuestions() {
 void Exam::SetPreferences(const Ref<Preferences>& thePrefs) { Prefs = thePrefs; }
 
 bool Exam::CheckPassword(const std::string& password) {
-    return ownPreferences(Prefs).CheckPassword(password);
+    return preferencesOrNew(Prefs).CheckPassword(password);
 }
 
-void Exam::SetPassword(const std::string& password) { ownPreferences(Prefs).SetPassword(password); }
+void Exam::SetPassword(const std::string& password) { preferencesOrNew(Prefs).SetPassword(password); }
 
 const ClassInfo& Exam::classInfo() {
     static const ClassInfo info =

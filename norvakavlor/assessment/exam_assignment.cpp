@@ -14,11 +14,11 @@ constexpr auto kExamAssignmentFields = fields(     //
 } // namespace
 
 bool ExamAssignment::LoadFromXMLNode(xml::Node objNode) {
-    return read(kExamAssignmentFields, objNode, *this);
+    return readFields(kExamAssignmentFields, objNode, *this);
 }
 
 bool ExamAssignment::SaveToXMLNode(xml::Node objNode) const {
-    write(kExamAssignmentFields, objNode, *this);
+    writeFields(kExamAssignmentFields, objNode, *this);
     return true;
 }
 

@@ -1,7 +1,7 @@
 #include <norvakavlor/assessment/exam_files.h>
 
 #include <charconv>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 

@@ -36,7 +36,7 @@ bool ExamInfo::LoadValues(const std::string& pDirectory, const std::string& pFil
     Directory = pDirectory;
     Filename = pFilename;
     Attempt = attemptNumber(pFilename);
-    return read(kExamInfoFields, document->root(), *this);
+    return readFields(kExamInfoFields, document->root(), *this);
 }
 
 const ClassInfo& ExamInfo::classInfo() {

@@ -1,6 +1,6 @@
 #include <norvakavlor/assessment/exam_list.h>
 
-#include <norvakavlor/assessment/own_preferences.h>
+#include <norvakavlor/assessment/preferences_or_new.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
@@ -12,7 +12,7 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kExamListWords = wordsOf("ExamList");
+constexpr DocumentNames kExamListWords = namesOf("ExamList");
 
 constexpr auto kExamListFields = fields(always("title", &ExamList::Title));
 
@@ -35,8 +35,8 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
     if (!document)
         return false;
     const xml::Node root = document->root();
-    ExamListFileName = bareFileName(location);
-    read(kExamListFields, root, *this);
+    ExamListFileName = documentFileName(location);
+    readFields(kExamListFields, root, *this);
     loadOwnPreferences(Prefs, root);
     // No list names no directory; an empty piece of one is the root.
     const auto directories =
@@ -50,13 +50,13 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
 
 bool ExamList::Save(const std::string& location) {
     saveAs(kExamListWords, location, [this](xml::Document& document, xml::Node root) {
-        write(kExamListFields, root, *this);
+        writeFields(kExamListFields, root, *this);
         saveOwnPreferences(Prefs, document, root);
         for (const Ref<TitleFilename>& exam : *Exams)
             root.append("examFile", exam->Filename);
     });
     // Only now: a caller may have given this very member as the location.
-    ExamListFileName = bareFileName(location);
+    ExamListFileName = documentFileName(location);
     return true;
 }
 
@@ -73,10 +73,10 @@ Ref<KeyedCollection<TitleFilename>> ExamList::GetExamLists(const std::string& di
 void ExamList::SetPreferences(const Ref<Preferences>& thePrefs) { Prefs = thePrefs; }
 
 bool ExamList::CheckPassword(const std::string& password) {
-    return ownPreferences(Prefs).CheckPassword(password);
+    return preferencesOrNew(Prefs).CheckPassword(password);
 }
 
-void ExamList::SetPassword(const std::string& password) { ownPreferences(Prefs).SetPassword(password); }
+void ExamList::SetPassword(const std::string& password) { preferencesOrNew(Prefs).SetPassword(password); }
 
 const ClassInfo& ExamList::classInfo() {
     static const ClassInfo info =

@@ -1,10 +1,10 @@
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_files.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 
 #include <array>
 

@@ -2,11 +2,11 @@
 #include <norvakavlor/assessment/exam_files.h>
 #include <norvakavlor/curriculum/courses.h>
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/students/students.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 
 #include <algorithm>
 

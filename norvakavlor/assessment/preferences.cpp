@@ -1,15 +1,15 @@
 #include <norvakavlor/assessment/preferences.h>
 
 #include <norvakavlor/crypto/encryption.h>
-#include <norvakavlor/runtime/convert.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/text/convert.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kPreferencesWords = wordsOf("Preferences");
+constexpr DocumentNames kPreferencesWords = namesOf("Preferences");
 
 /// A switch that reads every spelling of a boolean, as a script would write it.
 struct Switch {
@@ -18,12 +18,12 @@ struct Switch {
     std::string_view falseWord = "false";
 };
 
-void read(const Switch& field, xml::Node node, Preferences& preferences) {
+void readField(const Switch& field, xml::Node node, Preferences& preferences) {
     if (const xml::Node element = node.child(field.element))
         preferences.*field.member = toBoolean(element.text());
 }
 
-void write(const Switch& field, xml::Node node, const Preferences& preferences) {
+void writeField(const Switch& field, xml::Node node, const Preferences& preferences) {
     node.append(field.element, preferences.*field.member ? "true" : field.falseWord);
 }
 
@@ -60,15 +60,15 @@ bool Preferences::Load(const std::string& location) {
 
 bool Preferences::LoadFromXMLNode(xml::Node prefNode) {
     Inherited = prefNode.attribute("inherited").value_or("1") == "1";
-    read(kRetakes, prefNode, *this);
+    readFields(kRetakes, prefNode, *this);
     loadRetakeCount(prefNode);
-    read(kFeedback, prefNode, *this);
+    readFields(kFeedback, prefNode, *this);
     // An empty password element puts a password in force that nothing opens.
     const xml::Node password = prefNode.child(kPassword.name);
     storeDigest(password.text(), static_cast<bool>(password));
-    read(kDelivery, prefNode, *this);
+    readFields(kDelivery, prefNode, *this);
     loadRandomQuestions(prefNode);
-    read(kAccess, prefNode, *this);
+    readFields(kAccess, prefNode, *this);
     return true;
 }
 
@@ -77,7 +77,7 @@ void Preferences::loadRetakeCount(xml::Node node) {
     if (node.child("questionRetakeAllowed").text() != "true")
         return;
     if (node.child(kRetakeCount.name))
-        norvakavlor::read(kRetakeCount, node, *this);
+        norvakavlor::readField(kRetakeCount, node, *this);
     else
         QuestionRetakeCount = 1;
 }
@@ -100,13 +100,13 @@ bool Preferences::Save(const std::string& location) const {
 
 void Preferences::SaveToXMLNode(xml::Document&, xml::Node node) const {
     node.setAttribute("inherited", Inherited ? "1" : "0");
-    write(kRetakes, node, *this);
-    norvakavlor::write(kRetakeCount, node, *this);
-    write(kFeedback, node, *this);
-    norvakavlor::write(kPassword, node, *this);
-    write(kDelivery, node, *this);
+    writeFields(kRetakes, node, *this);
+    norvakavlor::writeField(kRetakeCount, node, *this);
+    writeFields(kFeedback, node, *this);
+    norvakavlor::writeField(kPassword, node, *this);
+    writeFields(kDelivery, node, *this);
     saveRandomQuestions(node);
-    write(kAccess, node, *this);
+    writeFields(kAccess, node, *this);
 }
 
 void Preferences::saveRandomQuestions(xml::Node node) const {

@@ -1,9 +1,9 @@
 #include <norvakavlor/assessment/question_format.h>
 
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 namespace {
@@ -130,8 +130,8 @@ Ref<Question> readQuestion(xml::Node node, Objectives* objectives, TaskPool* tas
         question->AnswerInOrder = inOrder == "true" || inOrder == "1";
         readList(*question->Answers, answers, "answer");
     }
-    read(kAlternatives, node, *question);
-    read(kHint, node, *question);
+    readFields(kAlternatives, node, *question);
+    readField(kHint, node, *question);
     // The markup is kept here and escaped when it is written: readers of saved pools rely on plain text.
     question->Text = innerMarkup(node.child("text"));
     // These two sources have a colon where all others have a dot; callers compare them.
@@ -171,12 +171,12 @@ void writeQuestion(const Question& question, xml::Node node) {
         answers.setAttribute("inorder", question.AnswerInOrder ? "true" : "false");
         writeList(*question.Answers, answers, "answer");
     }
-    write(kAlternatives, node, question);
+    writeFields(kAlternatives, node, question);
     if (question.Objective)
         node.append("objectiveRef", question.Objective->ID);
     if (question.Task)
         node.append("taskRef", question.Task->ID);
-    write(kHint, node, question);
+    writeField(kHint, node, question);
     const auto appendImage = [](xml::Node parent, const std::string& step, const Value& image) {
         parent.append("image", image.toText()).setAttribute("step", step);
     };

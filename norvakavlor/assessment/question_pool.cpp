@@ -1,14 +1,14 @@
 #include <norvakavlor/assessment/question_pool.h>
 
 #include <norvakavlor/assessment/question_format.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/collection.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kQuestionPoolWords = wordsOf("QuestionPool");
+constexpr DocumentNames kQuestionPoolWords = namesOf("QuestionPool");
 
 } // namespace
 

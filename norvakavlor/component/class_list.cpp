@@ -20,10 +20,10 @@
 #include <norvakavlor/results/live_ex_results.h>
 #include <norvakavlor/results/security.h>
 #include <norvakavlor/runtime/dictionary.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/title_filename.h>
 #include <norvakavlor/students/students.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <new>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <optional>
 
 namespace norvakavlor {
@@ -57,7 +57,7 @@ std::vector<Value> completeArguments(const Member& member, std::vector<Value> po
     return positional;
 }
 
-Target targetOf(Object& object, const Member& member, size_t argumentCount) {
+Target resolveTarget(Object& object, const Member& member, size_t argumentCount) {
     const bool takesNone = member.kind == Member::Kind::Property && member.parameters.empty() && member.get;
     if (argumentCount == 0 || !takesNone)
         return {Ref<Object>(&object), &member};
@@ -76,7 +76,7 @@ Target targetOf(Object& object, const Member& member, size_t argumentCount) {
 Value callMember(Object& object, const Member& member, std::vector<Value>& arguments,
                  const NamedArguments& named) {
     return numbered([&] {
-        const Target target = targetOf(object, member, arguments.size() + named.size());
+        const Target target = resolveTarget(object, member, arguments.size() + named.size());
         if (!target.member->get)
             throw runtimeError(RuntimeError::MemberNotFound);
         arguments = completeArguments(*target.member, std::move(arguments), named);
@@ -87,7 +87,7 @@ Value callMember(Object& object, const Member& member, std::vector<Value>& argum
 void putMember(Object& object, const Member& member, const Value& value, std::vector<Value> indexes,
                const NamedArguments& named) {
     numbered([&] {
-        const Target target = targetOf(object, member, indexes.size() + named.size());
+        const Target target = resolveTarget(object, member, indexes.size() + named.size());
         if (!target.member->put)
             throw runtimeError(RuntimeError::MemberNotFound);
         indexes = completeArguments(*target.member, std::move(indexes), named);
@@ -116,12 +116,12 @@ void put(Object& object, std::string_view property, const Value& value, std::vec
 
 std::vector<Value> elementsOf(Object& object) {
     const ClassInfo& info = object.dynamicClass();
-    if (!info.elementAt)
+    if (!info.nextElement)
         throw runtimeError(RuntimeError::MemberNotFound);
     return numbered([&] {
         std::vector<Value> elements;
         uint64_t mark = 0;
-        while (std::optional<Value> element = info.elementAt(object, mark))
+        while (std::optional<Value> element = info.nextElement(object, mark))
             elements.push_back(*std::move(element));
         return elements;
     });

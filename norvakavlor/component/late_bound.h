@@ -43,7 +43,7 @@ struct Target {
     Ref<Object> object;
     const Member* member = nullptr;
 };
-Target targetOf(Object& object, const Member& member, size_t argumentCount);
+Target resolveTarget(Object& object, const Member& member, size_t argumentCount);
 
 /// Arguments in the order of a member's parameters, Empty for those left out. Raises 450, 449 and 448 as
 /// above, and 450 for a parameter that is given twice.

@@ -4,8 +4,8 @@
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/settings.h>
 #include <norvakavlor/runtime/describe.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <norvakavlor/platform/digest.h>
 #include <norvakavlor/runtime/describe.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 namespace {

@@ -1,10 +1,10 @@
 #include <norvakavlor/curriculum/courses.h>
 
 #include <algorithm>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
@@ -18,7 +18,7 @@ constexpr auto kCourseFields = fields( //
     always("id", &Course::ID),         //
     always("className", &Course::Name));
 
-constexpr DocumentWords kCoursesWords = wordsOf("Courses");
+constexpr DocumentNames kCoursesWords = namesOf("Courses");
 
 /// The counter after a member of this ID was read: one more than the ID, which need not be a whole number,
 /// rounded to the nearest one. It is never lowered. Raises 13 and 6 as the conversions do.
@@ -37,13 +37,13 @@ int32_t takeNumber(int32_t& counter) {
 
 } // namespace
 
-bool CourseSection::LoadFromXMLNode(xml::Node node) { return read(kSectionFields, node, *this); }
+bool CourseSection::LoadFromXMLNode(xml::Node node) { return readFields(kSectionFields, node, *this); }
 void CourseSection::SaveToXMLNode(xml::Document&, xml::Node node) const {
-    write(kSectionFields, node, *this);
+    writeFields(kSectionFields, node, *this);
 }
 
 bool Course::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
-    read(kCourseFields, node, *this);
+    readFields(kCourseFields, node, *this);
     for (const xml::Node element : xml::children(node.child("sectionList"), "section")) {
         auto section = New<CourseSection>();
         section->LoadFromXMLNode(element);
@@ -68,7 +68,7 @@ bool Course::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 void Course::SaveToXMLNode(xml::Document& document, xml::Node node) const {
-    write(kCourseFields, node, *this);
+    writeFields(kCourseFields, node, *this);
     if (!Sections->empty())
         saveMembers(*Sections, "section", document, node.append("sectionList"));
     if (TextBook)

@@ -1,8 +1,8 @@
 #include <norvakavlor/curriculum/objectives.h>
 
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
@@ -16,13 +16,13 @@ constexpr auto kObjectiveFields = fields(          //
 
 constexpr auto kReferenceText = always("referenceText", &Reference::RefText);
 
-constexpr DocumentWords kObjectivesWords = wordsOf("Objectives");
+constexpr DocumentNames kObjectivesWords = namesOf("Objectives");
 
 void writeReference(const Reference& reference, xml::Node node) {
     if (!reference.TextBook)
         throw runtimeError(RuntimeError::ObjectNotSet);
     node.append("textBookRef", reference.TextBook->ID);
-    write(kReferenceText, node, reference);
+    writeField(kReferenceText, node, reference);
 }
 
 } // namespace
@@ -41,7 +41,7 @@ bool Reference::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
                               "Textbook ID not found in Textbooks collection");
         }
     }
-    read(kReferenceText, node, *this);
+    readField(kReferenceText, node, *this);
     return true;
 }
 
@@ -70,13 +70,13 @@ void loadReferences(KeyedCollection<Reference>& references, xml::Node node, Text
 }
 
 bool Objective::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
-    read(kObjectiveFields, node, *this);
+    readFields(kObjectiveFields, node, *this);
     loadReferences(*References, node, textBooks);
     return true;
 }
 
 void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const {
-    write(kObjectiveFields, node, *this);
+    writeFields(kObjectiveFields, node, *this);
     saveReferences(*References, node);
 }
 

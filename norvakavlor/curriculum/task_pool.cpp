@@ -1,13 +1,13 @@
 #include <norvakavlor/curriculum/task_pool.h>
 
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/collection.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kTaskPoolWords = wordsOf("TaskPool");
+constexpr DocumentNames kTaskPoolWords = namesOf("TaskPool");
 constexpr const char* kTaskPoolSource = "TaskPool.LoadFromXMLNode";
 
 Error loadError(int code, const std::string& description) {

@@ -2,8 +2,8 @@
 
 #include <norvakavlor/curriculum/module_list.h>
 #include <norvakavlor/curriculum/objectives.h>
-#include <norvakavlor/runtime/date.h>
 #include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/text/date.h>
 #include <norvakavlor/xml/document.h>
 #include <string>
 

@@ -12,12 +12,14 @@ constexpr auto kTextbooksFields = fields( //
     always("title", &TextBook::Title),    //
     always("author", &TextBook::Author));
 
-constexpr DocumentWords kTextbooksWords = wordsOf("TextBooks");
+constexpr DocumentNames kTextbooksWords = namesOf("TextBooks");
 
 } // namespace
 
-bool TextBook::LoadFromXMLNode(xml::Node node) { return read(kTextbooksFields, node, *this); }
-void TextBook::SaveToXMLNode(xml::Document&, xml::Node node) const { write(kTextbooksFields, node, *this); }
+bool TextBook::LoadFromXMLNode(xml::Node node) { return readFields(kTextbooksFields, node, *this); }
+void TextBook::SaveToXMLNode(xml::Document&, xml::Node node) const {
+    writeFields(kTextbooksFields, node, *this);
+}
 
 const ClassInfo& TextBook::classInfo() {
     static const ClassInfo info = describe<TextBook>("TextBook", "A textbook known to the installation.")

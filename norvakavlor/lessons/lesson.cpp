@@ -2,12 +2,12 @@
 
 #include <norvakavlor/lessons/lesson_files.h>
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/stale_copy.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 #include <utility>
 
@@ -42,10 +42,12 @@ Ref<Task> taskOf(TaskPool* pool, const std::string& id) {
 
 } // namespace
 
-bool LessonAssignment::LoadFromXMLNode(xml::Node objNode) { return read(kAssignmentFields, objNode, *this); }
+bool LessonAssignment::LoadFromXMLNode(xml::Node objNode) {
+    return readFields(kAssignmentFields, objNode, *this);
+}
 
 bool LessonAssignment::SaveToXMLNode(xml::Node objNode) const {
-    write(kAssignmentFields, objNode, *this);
+    writeFields(kAssignmentFields, objNode, *this);
     return true;
 }
 
@@ -59,15 +61,15 @@ bool Lesson::Load(const std::string& filename, TaskPool* taskPool) {
 
 bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename) {
     // On the web the name stays as it is; a local one without extension gets its dot.
-    LessonFilename = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
+    LessonFilename = IsURL(filename) ? URLFileName(filename) : documentFileName(filename);
     // What is read now did not come from there; Load names the new place once all is read.
     loadedFrom_.clear();
     standsInFor_.clear();
     if (!lessonNode.attribute("EXTERNAL_ID"))
-        read(kOlderExternalID, lessonNode, *this);
+        readField(kOlderExternalID, lessonNode, *this);
     if (!lessonNode.attribute("COMPLETED"))
-        read(kOlderCompleted, lessonNode, *this);
-    read(kLessonFields, lessonNode, *this);
+        readField(kOlderCompleted, lessonNode, *this);
+    readFields(kLessonFields, lessonNode, *this);
     for (const xml::Node reference : xml::children(lessonNode.child("taskList"), "taskRef")) {
         const Ref<Task> task = taskOf(taskPool, reference.text());
         if (const auto completed = reference.attribute("completed"))
@@ -83,7 +85,7 @@ bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std
 }
 
 void Lesson::StandInFor(const std::string& copyLocation) {
-    LessonFilename = bareFileName(copyLocation);
+    LessonFilename = documentFileName(copyLocation);
     standsInFor_ = copyLocation;
 }
 
@@ -107,9 +109,9 @@ bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
         makeWayForStandIn();
     const std::string kind = lessonKind(LessonObjType);
     // First: no allocation may fail after the lesson is stored.
-    std::string fileName = IsURL(filename) ? URLFileName(filename) : bareFileName(filename);
+    std::string fileName = IsURL(filename) ? URLFileName(filename) : documentFileName(filename);
     const bool accepted =
-        saveAs(wordsOf(kind), filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+        saveAs(namesOf(kind), filename, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename);
     if (accepted && takesCopysPlace)
         standsInFor_.clear();
@@ -123,7 +125,7 @@ bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
 }
 
 bool Lesson::SaveToXMLNode(xml::Node lessonNode) const {
-    write(kLessonFields, lessonNode, *this);
+    writeFields(kLessonFields, lessonNode, *this);
     const xml::Node taskList = lessonNode.append("taskList");
     for (const Ref<Task>& task : *Tasks) {
         // The zero date is written too, as the time that it is: "12:00:00 AM".

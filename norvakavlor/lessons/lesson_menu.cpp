@@ -1,9 +1,9 @@
 #include <norvakavlor/lessons/lesson_menu.h>
 
 #include <norvakavlor/lessons/lesson_files.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 namespace {
@@ -28,7 +28,7 @@ bool LessonMenu::Load(const std::string& filename, const std::optional<std::stri
     if (!document)
         return false;
     const xml::Node root = document->root();
-    read(kLessonMenuFields, root, *this);
+    readFields(kLessonMenuFields, root, *this);
     for (const xml::Node element : xml::children(root.child("tutorialList"), "tutorial")) {
         auto tutorial = New<Tutorial>();
         if (LessonMenuObjType == kTextbookObjType)
@@ -41,8 +41,8 @@ bool LessonMenu::Load(const std::string& filename, const std::optional<std::stri
 }
 
 bool LessonMenu::Save(const std::string& filename) const {
-    saveAs(wordsOf("LessonMenu"), filename, [this](xml::Document&, xml::Node root) {
-        write(kLessonMenuFields, root, *this);
+    saveAs(namesOf("LessonMenu"), filename, [this](xml::Document&, xml::Node root) {
+        writeFields(kLessonMenuFields, root, *this);
         const xml::Node tutorialList = root.append("tutorialList");
         for (const Ref<Tutorial>& tutorial : *Tutorials)
             tutorial->SaveToXMLNode(tutorialList.append("tutorial"));

@@ -2,9 +2,9 @@
 
 #include <norvakavlor/lessons/lesson_files.h>
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
@@ -43,7 +43,7 @@ bool Tutorial::LoadFromXMLNode(xml::Node objNode, const std::optional<std::strin
     TutorialType = static_cast<int16_t>(tutorialType(objNode.attribute("type").value_or("")));
     const std::string_view spacer = objNode.attribute("spacer").value_or("");
     Spacer = lowerCase(spacer) == "true" || spacer == "1";
-    read(kTutorialFields, objNode, *this);
+    readFields(kTutorialFields, objNode, *this);
     for (const xml::Node element : xml::children(objNode.child("lessonList"), "lessonFile")) {
         const std::string fileName = element.text();
         Ref<Lesson> lesson;
@@ -100,7 +100,7 @@ bool Tutorial::SaveToXMLNode(xml::Node tutorialNode) const {
     tutorialNode.setAttribute("type", typeWord(TutorialType));
     if (Spacer)
         tutorialNode.setAttribute("spacer", "true");
-    write(kTutorialFields, tutorialNode, *this);
+    writeFields(kTutorialFields, tutorialNode, *this);
     const xml::Node lessonList = tutorialNode.append("lessonList");
     for (const Ref<TitleFilename>& titleFile : *LessonTitleFiles) {
         lessonList.append("lessonFile", titleFile->Filename);

@@ -2,7 +2,7 @@
 
 #include <chrono>
 #include <functional>
-#include <norvakavlor/runtime/date.h>
+#include <norvakavlor/text/date.h>
 #include <string>
 
 namespace norvakavlor::platform {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/decode.h>
 #include <utility>

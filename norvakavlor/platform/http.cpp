@@ -6,7 +6,7 @@
 #include <iterator>
 #include <norvakavlor/platform/http_back_end.h>
 #include <norvakavlor/platform/url.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/decode.h>
 #include <utility>
 

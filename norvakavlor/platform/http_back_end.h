@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <norvakavlor/platform/http.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <optional>
 #include <string>
 #include <string_view>

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <optional>
 
 namespace norvakavlor::platform {

@@ -1,7 +1,7 @@
 #include <norvakavlor/platform/url.h>
 
 #include <algorithm>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <vector>
 
 namespace norvakavlor::platform {

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/http.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/server_reply.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor {
 

@@ -3,9 +3,9 @@
 #include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/results/gradebook.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
@@ -56,12 +56,12 @@ bool GradiumLiveEx::Load(const std::string& filename, const std::string& iniLoca
 }
 
 bool GradiumLiveEx::LoadFromXMLNode(xml::Node rootNode, const std::string&) {
-    read(kOlderSubmitHost, rootNode, *this);
-    read(kHostFields, rootNode, *this);
+    readField(kOlderSubmitHost, rootNode, *this);
+    readFields(kHostFields, rootNode, *this);
     const xml::Node exercise = rootNode.child(kExercise);
-    read(kExerciseFields, exercise, *this);
+    readFields(kExerciseFields, exercise, *this);
     if (!exercise.child(kScore.name).text().empty())
-        read(kScore, exercise, *this);
+        readField(kScore, exercise, *this);
     return true;
 }
 
@@ -76,10 +76,10 @@ bool GradiumLiveEx::Save(const std::string& filename) {
 }
 
 bool GradiumLiveEx::SaveToXMLNode(xml::Node rootNode) const {
-    write(kHostFields, rootNode, *this);
+    writeFields(kHostFields, rootNode, *this);
     const xml::Node exercise = rootNode.append(kExercise);
-    write(kExerciseFields, exercise, *this);
-    write(kScore, exercise, *this);
+    writeFields(kExerciseFields, exercise, *this);
+    writeField(kScore, exercise, *this);
     return true;
 }
 

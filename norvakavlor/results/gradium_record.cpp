@@ -2,8 +2,8 @@
 
 #include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/results/gradebook.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor {
 namespace {
@@ -41,16 +41,16 @@ bool GradiumRecord::load(const std::string& location, const std::string& iniLoca
 }
 
 void GradiumRecord::readCourse(xml::Node course) {
-    read(kRecordOlderSubmitHost, course, *this);
-    read(kRecordCourseFields, course, *this);
-    read(kStudentFields, course.child(kStudent), *this);
-    read(kInstructorFields, course.child(kInstructor), *this);
+    readField(kRecordOlderSubmitHost, course, *this);
+    readFields(kRecordCourseFields, course, *this);
+    readFields(kStudentFields, course.child(kStudent), *this);
+    readFields(kInstructorFields, course.child(kInstructor), *this);
 }
 
 void GradiumRecord::writeCourse(xml::Node course) const {
-    write(kRecordCourseFields, course, *this);
-    write(kStudentFields, course.append(kStudent), *this);
-    write(kInstructorFields, course.append(kInstructor), *this);
+    writeFields(kRecordCourseFields, course, *this);
+    writeFields(kStudentFields, course.append(kStudent), *this);
+    writeFields(kInstructorFields, course.append(kInstructor), *this);
 }
 
 bool GradiumRecord::save(const std::string& location, bool suppressMessage,

@@ -3,20 +3,20 @@
 #include <norvakavlor/config/registry.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/results/gradebook.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/stale_copy.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/node_object.h>
 #include <utility>
 
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentWords kLiveExResultsWords = wordsOf("LiveExResults");
+constexpr DocumentNames kLiveExResultsWords = namesOf("LiveExResults");
 
 constexpr auto kLiveExResultsFields = fields(                    //
     attribute("ID", &LiveExResults::ExamID),                     //
@@ -35,7 +35,7 @@ Ref<LiveExScore> readScore(xml::Node element) {
     score->ID = std::to_string(toInt16(element.text()));
     if (const auto correct = element.attribute("correct"))
         score->Correct = isTrue(*correct);
-    read(kAttempts, element, *score);
+    readField(kAttempts, element, *score);
     return score;
 }
 
@@ -61,8 +61,8 @@ bool LiveExResults::Load(const std::string& filename) {
 }
 
 bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filename) {
-    ExamFileName = bareFileName(filename);
-    read(kLiveExResultsFields, examNode, *this);
+    ExamFileName = documentFileName(filename);
+    readFields(kLiveExResultsFields, examNode, *this);
     for (const xml::Node element : xml::children(examNode, "score")) {
         const Ref<LiveExScore> score = readScore(element);
         score->ExamID = ExamID;
@@ -107,11 +107,11 @@ bool LiveExResults::submitTo(GradiumLiveEx& launch) const {
 }
 
 bool LiveExResults::SaveToXMLNode(xml::Node resultsNode) const {
-    write(kLiveExResultsFields, resultsNode, *this);
+    writeFields(kLiveExResultsFields, resultsNode, *this);
     for (const Ref<LiveExScore>& score : *Scores) {
         const xml::Node element = resultsNode.append("score", score->ID);
         element.setAttribute("correct", toText(score->Correct));
-        write(kAttempts, element, *score);
+        writeField(kAttempts, element, *score);
     }
     return true;
 }

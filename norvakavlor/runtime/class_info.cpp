@@ -1,6 +1,6 @@
 #include <norvakavlor/runtime/class_info.h>
 
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <stdexcept>
 #include <string>
 #include <utility>

@@ -76,7 +76,7 @@ public:
     /// One step of For Each: the element at a mark, or nothing at the end; empty where the class is no
     /// collection. A walk begins with the mark 0 and each step moves it past its element. A collection may
     /// change meanwhile: removing an element makes the walk pass over no other one.
-    std::function<std::optional<Value>(Object&, uint64_t& mark)> elementAt;
+    std::function<std::optional<Value>(Object&, uint64_t& mark)> nextElement;
 
     const std::vector<Member>& members() const { return members_; }
     /// Both end the program with std::logic_error for a table that contradicts itself, which the first test

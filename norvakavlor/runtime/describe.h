@@ -3,7 +3,7 @@
 #include <functional>
 #include <initializer_list>
 #include <norvakavlor/runtime/class_info.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -288,9 +288,9 @@ public:
     }
 
     /// A step of For Each: a member function or callable `(uint64_t& mark) -> std::optional<Value>`; what it
-    /// does is told at ClassInfo::elementAt.
+    /// does is told at ClassInfo::nextElement.
     template <class At> Description& enumerates(At at) {
-        info_.elementAt = [at](Object& object, uint64_t& mark) {
+        info_.nextElement = [at](Object& object, uint64_t& mark) {
             return std::invoke(at, static_cast<T&>(object), mark);
         };
         return *this;

@@ -4,8 +4,8 @@
 #include <bit>
 #include <cstdint>
 #include <norvakavlor/runtime/describe.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <utility>
 
 namespace norvakavlor {
@@ -89,7 +89,7 @@ Dictionary::Entries::iterator Dictionary::from(uint64_t serial) {
     return std::ranges::lower_bound(entries_, serial, {}, serialOf);
 }
 
-std::optional<Value> Dictionary::elementAt(uint64_t& mark) {
+std::optional<Value> Dictionary::nextElement(uint64_t& mark) {
     const auto at = from(mark);
     if (at == entries_.end())
         return std::nullopt;
@@ -164,7 +164,7 @@ const ClassInfo& Dictionary::classInfo() {
             .property("CompareMode", &Dictionary::CompareMode, &Dictionary::SetCompareMode,
                       "0: keys compare exactly; 1: without regard to letter case.")
             .defaultMember("Item")
-            .enumerates(&Dictionary::elementAt)
+            .enumerates(&Dictionary::nextElement)
             .notCreatable();
     return info;
 }

@@ -62,7 +62,7 @@ private:
     Entry& insert(const Value& key, const Value& item);
     /// The first entry with this serial or a later one.
     Entries::iterator from(uint64_t serial);
-    std::optional<Value> elementAt(uint64_t& mark);
+    std::optional<Value> nextElement(uint64_t& mark);
 
     // The entries stay where they are in memory, so that the look-up can point at them.
     Entries entries_;

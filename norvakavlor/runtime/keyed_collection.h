@@ -6,7 +6,7 @@
 #include <iterator>
 #include <memory>
 #include <norvakavlor/runtime/describe.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -133,7 +133,7 @@ public:
                           {scalar("index")})
                 .readOnly("Count", &KeyedCollection::Count, "The number of items.")
                 .defaultMember("Item")
-                .enumerates(&KeyedCollection::elementAt)
+                .enumerates(&KeyedCollection::nextElement)
                 .notCreatable();
         return info;
     }
@@ -252,7 +252,7 @@ private:
     }
     void removeLate(const Value& index) { erase(indexOf(index)); }
     Value itemLate(const Value& index) { return Value(entries_[indexOf(index)]->item); }
-    std::optional<Value> elementAt(uint64_t& mark) {
+    std::optional<Value> nextElement(uint64_t& mark) {
         const size_t position = positionFrom(mark);
         if (position == entries_.size())
             return std::nullopt;

@@ -28,9 +28,9 @@ public:
     /// What tells this object from another one; an object that stands for another one gives that one's.
     virtual const void* identity() const { return this; }
 
-    /// One word for whoever shows the object to the outside (its Automation wrapper), so that an object
+    /// A word for whoever wraps the object for clients (its Automation wrapper), so that an object
     /// that is handed out twice is the same object there. Not owned.
-    void* outside = nullptr;
+    void* wrapper = nullptr;
 
 private:
     template <class T> friend class Ref;

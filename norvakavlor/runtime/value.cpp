@@ -1,7 +1,7 @@
 #include <norvakavlor/runtime/value.h>
 
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <memory>
-#include <norvakavlor/runtime/date.h>
 #include <norvakavlor/runtime/object.h>
+#include <norvakavlor/text/date.h>
 #include <string>
 #include <string_view>
 #include <utility>

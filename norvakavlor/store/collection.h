@@ -1,7 +1,7 @@
 #pragma once
 
 #include <norvakavlor/runtime/keyed_collection.h>
-#include <norvakavlor/store/document_words.h>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/xml/document.h>
 #include <string>
@@ -22,10 +22,10 @@ bool loadFrom(Class& object, std::string_view kind, const std::string& location,
 
 /// Builds a new document by calling `fill(document, root)` and stores it. False only when it is not proven
 /// that the server took it; the user has then been shown why.
-template <class Fill> bool saveAs(const DocumentWords& words, const std::string& location, Fill fill) {
+template <class Fill> bool saveAs(const DocumentNames& names, const std::string& location, Fill fill) {
     xml::Document document;
-    fill(document, document.createRoot(words.root));
-    return writeDocument(words.kind, location, document);
+    fill(document, document.createRoot(names.root));
+    return writeDocument(names.kind, location, document);
 }
 
 /// Creates a member for every child of `node`, whatever its name (a comment is a member with empty fields,

@@ -5,7 +5,7 @@
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/xml_parser.h>
-#include <norvakavlor/store/document_words.h>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/login_globals.h>
 #include <norvakavlor/store/server_reply.h>
@@ -42,7 +42,7 @@ template <class Read> std::optional<xml::Document> unlessUnreachable(Read read) 
 }
 
 std::optional<xml::Document> fetchDocument(std::string_view kind, const std::string& url) {
-    return unlessUnreachable([&] { return parseReply(askServer(url), wordsOf(kind).root); });
+    return unlessUnreachable([&] { return parseReply(askServer(url), namesOf(kind).root); });
 }
 
 /// Does a status leave open whether the document is there?
@@ -55,7 +55,7 @@ Presence lookOnServer(std::string_view kind, const std::string& location) {
     Presence presence = Presence::Unknown;
     ignoringErrors([&] {
         const platform::HttpReply reply = askServer(endpointURL(kLoadEndpoint, kind, location));
-        if (parseReply(reply, wordsOf(kind).root)) {
+        if (parseReply(reply, namesOf(kind).root)) {
             presence = Presence::Document;
         } else if (!leavesOpen(reply.status)) {
             presence = Presence::Nothing;

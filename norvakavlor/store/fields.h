@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cmath>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/document.h>
 #include <string>
 #include <string_view>
@@ -16,8 +16,9 @@
 ///         always("module", &Objective::Module),
 ///         unlessEmpty("skillSet", &Objective::SkillSet));
 ///
-///     bool Objective::LoadFromXMLNode(xml::Node node) { return read(kFields, node, *this); }
-///     void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const { write(kFields, node, *this); }
+///     bool Objective::LoadFromXMLNode(xml::Node node) { return readFields(kFields, node, *this); }
+///     void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const { writeFields(kFields, node,
+///     *this); }
 ///
 /// Reading replaces a member when its element or attribute is there and keeps it when not; numbers raise 6
 /// and 13 as the conversions do. Writing raises 6 for a double that is no number. Members are text, 16-bit
@@ -86,7 +87,7 @@ template <class Number> bool saysNothing(Number) { return false; }
 
 /// Reads one field: its member keeps its value when the document has nothing for it.
 template <class Owner, class Member>
-void read(const Field<Owner, Member>& field, xml::Node node, Owner& owner) {
+void readField(const Field<Owner, Member>& field, xml::Node node, Owner& owner) {
     if (field.place == Place::Attribute) {
         if (const auto text = node.attribute(field.name))
             detail::fromText(*text, owner.*field.member);
@@ -97,13 +98,13 @@ void read(const Field<Owner, Member>& field, xml::Node node, Owner& owner) {
 
 /// Reads every field, in order. Always True, as the classes' loaders report.
 template <class... Fields, class Owner>
-bool read(const std::tuple<Fields...>& list, xml::Node node, Owner& owner) {
-    std::apply([&](const auto&... field) { (read(field, node, owner), ...); }, list);
+bool readFields(const std::tuple<Fields...>& list, xml::Node node, Owner& owner) {
+    std::apply([&](const auto&... field) { (readField(field, node, owner), ...); }, list);
     return true;
 }
 
 template <class Owner, class Member>
-void write(const Field<Owner, Member>& field, xml::Node node, const Owner& owner) {
+void writeField(const Field<Owner, Member>& field, xml::Node node, const Owner& owner) {
     const Member& member = owner.*field.member;
     if (field.written == Written::UnlessEmpty && detail::saysNothing(member))
         return;
@@ -115,8 +116,8 @@ void write(const Field<Owner, Member>& field, xml::Node node, const Owner& owner
 }
 
 template <class... Fields, class Owner>
-void write(const std::tuple<Fields...>& list, xml::Node node, const Owner& owner) {
-    std::apply([&](const auto&... field) { (write(field, node, owner), ...); }, list);
+void writeFields(const std::tuple<Fields...>& list, xml::Node node, const Owner& owner) {
+    std::apply([&](const auto&... field) { (writeField(field, node, owner), ...); }, list);
 }
 
 } // namespace norvakavlor

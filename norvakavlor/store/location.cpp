@@ -81,7 +81,7 @@ std::vector<std::string> splitDirectories(std::string_view list) {
     return directories;
 }
 
-std::string bareFileName(const std::string& location) {
+std::string documentFileName(const std::string& location) {
     const std::string path = IsURL(location) ? URLFileName(location) : location;
     return platform::baseName(path) + "." + platform::extensionName(path);
 }

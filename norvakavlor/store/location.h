@@ -38,6 +38,6 @@ std::vector<std::string> splitDirectories(std::string_view list);
 
 /// The file name at a location: base name + "." + extension, of the part after the last "/" on the web. A
 /// name without an extension ends in ".", as readers of these names rely on the dot.
-std::string bareFileName(const std::string& location);
+std::string documentFileName(const std::string& location);
 
 } // namespace norvakavlor

@@ -2,7 +2,7 @@
 
 #include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/platform/xml_parser.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <string>
 
 namespace norvakavlor {

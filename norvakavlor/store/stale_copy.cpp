@@ -6,8 +6,8 @@
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/this_machine.h>
 #include <norvakavlor/platform/url.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/text/text.h>
 #include <string_view>
 #include <vector>
 

@@ -4,13 +4,13 @@
 #include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/document_lock.h>
 #include <norvakavlor/platform/http.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/login_globals.h>
 #include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/students/students.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 
 #include <chrono>
 #include <optional>

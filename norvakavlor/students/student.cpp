@@ -3,9 +3,9 @@
 #include <array>
 #include <norvakavlor/crypto/encryption.h>
 #include <norvakavlor/curriculum/courses.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
@@ -121,7 +121,7 @@ bool Student::LoadFromXMLNode(xml::Node node, Courses* courses) {
         throw objectError(code, "student:LoadFromXMLNode", description);
     };
     StudentID = required(node, kID.name).text();
-    read(kNameFields, required(node, "name"), *this);
+    readFields(kNameFields, required(node, "name"), *this);
     const norvakavlor::Course* course = nullptr;
     if (const xml::Node reference = node.child("classRef")) {
         const std::string id = reference.text();
@@ -142,7 +142,7 @@ bool Student::LoadFromXMLNode(xml::Node node, Courses* courses) {
         }
         Section = id;
     }
-    read(kUserName, node, *this);
+    readField(kUserName, node, *this);
     // Without the element no password is in force, but a digest that was stored stays.
     const xml::Node password = node.child("password");
     hasPassword = static_cast<bool>(password);
@@ -155,8 +155,8 @@ bool Student::SaveToXMLNode(xml::Node node, xml::Document&, Courses* courses) co
     const auto fail = [](int code, const char* description) {
         throw objectError(code, "Student:SaveToXMLNode", description);
     };
-    write(kID, node, *this);
-    write(kNameFields, node.append("name"), *this);
+    writeField(kID, node, *this);
+    writeFields(kNameFields, node.append("name"), *this);
     if (!Course.empty()) {
         if (courses && !courses->Exists(Course))
             fail(641, "Invalid course ID");
@@ -167,7 +167,7 @@ bool Student::SaveToXMLNode(xml::Node node, xml::Document&, Courses* courses) co
             fail(642, "Invalid Section reference");
         node.append("sectionRef", Section);
     }
-    write(kUserName, node, *this);
+    writeField(kUserName, node, *this);
     if (!passwordDigest_.empty())
         node.append("password", passwordDigest_);
     return true;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <numeric>
 #include <string>
 #include <string_view>

@@ -1,13 +1,13 @@
 #include <norvakavlor/students/students.h>
 
 #include <norvakavlor/curriculum/courses.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/login_globals.h>
 #include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/students/student_order.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 #include <vector>
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <norvakavlor/runtime/utf8.h>
+#include <norvakavlor/text/utf8.h>
 
 namespace norvakavlor::xml {
 namespace {

@@ -1,8 +1,8 @@
 #include <norvakavlor/xml/decode.h>
 
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
-#include <norvakavlor/runtime/utf8.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
+#include <norvakavlor/text/utf8.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/prolog.h>
 #include <norvakavlor/xml/windows_1252.h>

@@ -1,8 +1,8 @@
 #include <norvakavlor/xml/document.h>
 
 #include <algorithm>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/arena.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/writer.h>

@@ -5,7 +5,7 @@
 #include <norvakavlor/component/automation/object_wrapper.h>
 #include <norvakavlor/component/automation/variant.h>
 #include <norvakavlor/platform/windows/com_pointer.h>
-#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <norvakavlor/runtime/value.h>
 #include <string>
 #include <string_view>

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <norvakavlor/component/automation/com_object.h>
 #include <norvakavlor/component/automation/guid.h>
-#include <norvakavlor/platform/windows/foreign_object.h>
+#include <norvakavlor/platform/windows/com_foreign_object.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <objbase.h>
 #include <ocidl.h>

@@ -20,6 +20,10 @@ End If
 ' insertion that raises an error is none that was refused: its line begins with "!".
 Sub AddStudents(process)
     Dim number, student, wasAdded, lines, report
+    If Not Begins(process) Then Exit Sub
+    Do Until fileSystem.FileExists(folder & "go")
+        Pause
+    Loop
     For number = 1 To insertions
         Set student = CreateObject("NorvaKavlor.Student")
         student.UserName = "p" & process & "n" & number
@@ -36,14 +40,30 @@ Sub AddStudents(process)
     fileSystem.MoveFile folder & "unfinished" & process, folder & "report" & process
 End Sub
 
-' Waits for the last one, by when the others have hardly anything left to do.
+' Wine's script host now and then ends at once, without a word, when several start in one moment. So the next one
+' starts when this one has begun, and who does not begin is started again. All add their students at one time.
 Sub StartProcesses
-    Dim process
+    Dim process, pauses
     For process = 1 To processes
-        shell.Run "cscript.exe //nologo """ & WScript.ScriptFullName & """ """ & WScript.Arguments(0) & """ " & _
-            process, 0, process = processes
+        pauses = 0
+        Do Until fileSystem.FileExists(folder & "begun" & process)
+            If pauses Mod 50 = 0 Then
+                shell.Run "cscript.exe //nologo """ & WScript.ScriptFullName & """ """ & WScript.Arguments(0) & _
+                    """ " & process, 0, False
+            End If
+            pauses = pauses + 1
+            Pause
+        Loop
     Next
+    fileSystem.CreateTextFile(folder & "go", True).Close
 End Sub
+
+' False when the number is another process's already.
+Function Begins(process)
+    On Error Resume Next
+    fileSystem.CreateTextFile(folder & "begun" & process, False).Close
+    Begins = Err.Number = 0
+End Function
 
 ' Not every script host can sleep; to start a program that ends at once takes a while, too.
 Sub Pause

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
-#include <norvakavlor/platform/windows/automation_text.h>
 #include <norvakavlor/platform/windows/com_apartment.h>
-#include <norvakavlor/platform/windows/msxml_ids.h>
+#include <norvakavlor/platform/windows/text_automation.h>
+#include <norvakavlor/platform/windows/xml_msxml_ids.h>
 #include <string>
 #include <tests/automation/client.h>
 #include <tests/support/probe.h>

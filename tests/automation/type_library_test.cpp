@@ -6,7 +6,7 @@
 #include <norvakavlor/component/automation/module.h>
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/enumerations.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <objbase.h>
 #include <ocidl.h>
 #include <set>
@@ -94,7 +94,7 @@ std::set<std::string> expectedLines() {
     }
     for (const ClassInfo* info : allClasses()) {
         lines.insert("class " + info->name + (info->create ? " created" : ""));
-        if (info->elementAt)
+        if (info->nextElement)
             lines.insert(memberLine("_" + info->name + "._NewEnum", DISPID_NEWENUM, "get", 0, 0));
         for (const Member& member : info->members()) {
             // The one member whose spelling differs from a class's.

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <new>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor::testing {
 

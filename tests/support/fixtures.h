@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <norvakavlor/platform/message_box.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/document.h>
 #include <string>
 #include <string_view>

@@ -5,8 +5,8 @@
 #include <new>
 #include <norvakavlor/curriculum/textbooks.h>
 #include <norvakavlor/runtime/describe.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/runtime/value.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
 #include <optional>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #!/usr/bin/env perl
-# Writes norvakavlor/runtime/case_table.cpp: Unicode's simple mappings of letter case as ranges in which every
+# Writes norvakavlor/text/case_table.cpp: Unicode's simple mappings of letter case as ranges in which every
 # `step`-th code point maps by the same distance. Run it from the root when perl's Unicode version moves on:
-#     perl tools/case_table/generate.pl > norvakavlor/runtime/case_table.cpp
+#     perl tools/case_table/generate.pl > norvakavlor/text/case_table.cpp
 use strict;
 use warnings;
 use Unicode::UCD qw(prop_invmap);
@@ -33,7 +33,7 @@ sub ranges_of {
 }
 
 print "// Written by tools/case_table/generate.pl (Unicode ", Unicode::UCD::UnicodeVersion(), "); not edited by hand.\n";
-print "#include <norvakavlor/runtime/case_table.h>\n\nnamespace norvakavlor {\n\n// clang-format off\n";
+print "#include <norvakavlor/text/case_table.h>\n\nnamespace norvakavlor {\n\n// clang-format off\n";
 for my $case (qw(Upper Lower)) {
     print "constexpr CaseRange k${case}[] = {\n";
     printf "    {0x%04X, 0x%04X, %d, %d},\n", @$_ for ranges_of("Simple_${case}case_Mapping");

@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/enumerations.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <string_view>
 #include <tools/idl/derived_identifiers.h>
 #include <tools/idl/descriptions.h>
@@ -198,7 +198,7 @@ void Writer::writeInterface(const ClassInfo& info) {
             writeMethod(member);
         }
     }
-    if (info.elementAt)
+    if (info.nextElement)
         text_ += "        [id(-4), propget, restricted, hidden]\n            IUnknown* _NewEnum();\n";
     text_ += "    };\n";
 }

@@ -70,7 +70,7 @@ void appendClass(std::string& page, const ClassInfo& info) {
     page += "\n## " + info.name + "\n\n" + info.summary + "\n";
     if (info.create)
         page += "Created as `NorvaKavlor." + info.name + "`.\n";
-    if (info.elementAt)
+    if (info.nextElement)
         page += "For Each walks it.\n";
     if (const Member* defaultMember = info.defaultMember())
         page += "Its default member is `" + defaultMember->name + "`.\n";

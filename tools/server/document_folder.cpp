@@ -5,8 +5,8 @@
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/xml_parser.h>
-#include <norvakavlor/runtime/text.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/decode.h>
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <mutex>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/document.h>
 #include <shared_mutex>
 #include <string>

@@ -3,9 +3,9 @@
 #include "roster_filter.h"
 
 #include <norvakavlor/assessment/exam.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/students/students.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor::server {
 std::string examSummary(const DocumentFolder& folder, const RequestTarget& target,

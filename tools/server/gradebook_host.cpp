@@ -6,7 +6,7 @@
 #include <charconv>
 #include <filesystem>
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <system_error>
 
 namespace norvakavlor::server {

@@ -9,8 +9,8 @@
 #include <mutex>
 #include <netdb.h>
 #include <netinet/in.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/decode.h>
 #include <optional>
 #include <set>

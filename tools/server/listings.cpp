@@ -4,11 +4,11 @@
 #include <functional>
 #include <norvakavlor/assessment/exam_files.h>
 #include <norvakavlor/lessons/lesson_files.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
-#include <norvakavlor/store/document_words.h>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <optional>
 
 namespace norvakavlor::server {
@@ -58,7 +58,7 @@ Selection selectionFor(const RequestTarget& target) {
     if (kind == "LessonMenu" || kind == "TextbookLessonMenu") {
         return {[](std::string_view fileName) { return upperCase(fileName).ends_with("_LM.XML"); }, {}};
     }
-    return {endsIn(".xml"), wordsOf(kind).root};
+    return {endsIn(".xml"), namesOf(kind).root};
 }
 
 /// A field of a listing: nothing in it may end it early.

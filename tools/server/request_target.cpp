@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor::server {
 namespace {

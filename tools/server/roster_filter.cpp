@@ -1,6 +1,6 @@
 #include "roster_filter.h"
 
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor::server {
 namespace {

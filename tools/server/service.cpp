@@ -6,9 +6,9 @@
 
 #include <algorithm>
 #include <norvakavlor/platform/xml_parser.h>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/text/error.h>
 #include <utility>
 
 namespace norvakavlor::server {

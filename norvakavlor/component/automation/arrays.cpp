@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <norvakavlor/component/automation/variant.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <utility>
 
 namespace norvakavlor {
@@ -87,10 +87,10 @@ SAFEARRAY* toSafeArray(const Array& array) {
     return result;
 }
 
-LentArray::LentArray(const VARIANT& variant, std::shared_ptr<Array> copy)
+ArrayArgument::ArrayArgument(const VARIANT& variant, std::shared_ptr<Array> copy)
     : variant_(variant), copy_(std::move(copy)), before_(copy_->elements) {}
 
-void LentArray::giveBack() const {
+void ArrayArgument::writeBack() const {
     SAFEARRAY* array = arrayIn(variant_);
     if (!array || ::SafeArrayGetDim(array) != 1)
         return;

@@ -17,12 +17,12 @@ SAFEARRAY* toSafeArray(const Array& array);
 
 /// A caller's array and its copy during a call, so that elements which the call replaced are replaced in the
 /// caller's array too. Those that were left alone keep their type there.
-class LentArray {
+class ArrayArgument {
 public:
     /// `variant` outlives this.
-    LentArray(const VARIANT& variant, std::shared_ptr<Array> copy);
+    ArrayArgument(const VARIANT& variant, std::shared_ptr<Array> copy);
 
-    void giveBack() const;
+    void writeBack() const;
 
 private:
     const VARIANT& variant_;

@@ -69,10 +69,10 @@ private:
         return id == __uuidof(IEnumVARIANT) ? static_cast<IEnumVARIANT*>(this) : nullptr;
     }
 
-    std::optional<Value> next() { return collection_->dynamicClass().elementAt(*collection_, mark_); }
+    std::optional<Value> next() { return collection_->dynamicClass().nextElement(*collection_, mark_); }
 
     const Ref<Object> collection_;
-    uint64_t mark_; ///< as ClassInfo::elementAt has it
+    uint64_t mark_; ///< as ClassInfo::nextElement has it
 };
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <norvakavlor/platform/windows/com_pointer.h>
-#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <string>
 
 namespace norvakavlor {

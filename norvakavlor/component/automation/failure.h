@@ -2,7 +2,7 @@
 
 #include <exception>
 #include <new>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <oaidl.h>
 
 /// No exception leaves the library: at its edge each becomes an error that the client's language knows.

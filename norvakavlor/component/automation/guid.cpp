@@ -1,8 +1,8 @@
 #include <norvakavlor/component/automation/guid.h>
 
 #include <bit>
-#include <norvakavlor/platform/windows/wide_text.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 

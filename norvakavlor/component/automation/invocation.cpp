@@ -8,8 +8,8 @@
 #include <norvakavlor/component/automation/script_node.h>
 #include <norvakavlor/component/automation/variant.h>
 #include <norvakavlor/component/late_bound.h>
-#include <norvakavlor/platform/windows/foreign_object.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/platform/windows/com_foreign_object.h>
+#include <norvakavlor/text/error.h>
 #include <utility>
 #include <vector>
 
@@ -66,7 +66,7 @@ public:
 
     void giveNodesBack() {
         for (ScriptNode& node : nodes_)
-            node.giveBack();
+            node.writeBack();
     }
 
     /// `results` has one value for each parameter.
@@ -76,8 +76,8 @@ public:
             if (!(now.storage() == lent.before.storage()))
                 assignTo(*lent.variable, now);
         }
-        for (const LentArray& array : arrays_)
-            array.giveBack();
+        for (const ArrayArgument& array : arrays_)
+            array.writeBack();
     }
 
 private:
@@ -119,14 +119,14 @@ private:
     std::vector<Value> positional_;
     NamedArguments named_;
     std::vector<Lent> results_;
-    std::vector<LentArray> arrays_;
+    std::vector<ArrayArgument> arrays_;
     std::deque<ScriptNode> nodes_;
 };
 
 } // namespace
 
 Value invokeCall(Object& object, const Member& member, const DISPPARAMS& passed) {
-    const Target target = targetOf(object, member, passed.cArgs);
+    const Target target = resolveTarget(object, member, passed.cArgs);
     if (!target.member->get)
         throw runtimeError(RuntimeError::MemberNotFound);
     Arguments arguments(*target.member, passed);
@@ -148,7 +148,7 @@ void invokePut(Object& object, const Member& member, const DISPPARAMS& passed) {
     if (passed.cArgs == 0)
         throw runtimeError(RuntimeError::ArgumentNotOptional);
     const bool isNamed = passed.cNamedArgs > 0 && passed.rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
-    const Target target = targetOf(object, member, passed.cArgs - 1);
+    const Target target = resolveTarget(object, member, passed.cArgs - 1);
     if (!target.member->put)
         throw runtimeError(RuntimeError::MemberNotFound);
     // The value stands first in the list, whether it is named or not.

@@ -1,8 +1,8 @@
 #include <norvakavlor/component/automation/module.h>
 
 #include <atomic>
-#include <norvakavlor/runtime/error.h>
 #include <norvakavlor/store/login_globals.h>
+#include <norvakavlor/text/error.h>
 #include <windows.h>
 
 namespace norvakavlor {

@@ -7,8 +7,8 @@
 #include <norvakavlor/component/automation/invocation.h>
 #include <norvakavlor/component/automation/type_library.h>
 #include <norvakavlor/component/automation/variant.h>
-#include <norvakavlor/platform/windows/wide_text.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
+#include <norvakavlor/text/text.h>
 #include <objbase.h>
 #include <ocidl.h>
 #include <utility>
@@ -29,7 +29,7 @@ const IID& ownInterface() {
 
 class ObjectWrapper final : public ComObject<IDispatch, IProvideClassInfo, ISupportErrorInfo> {
 public:
-    explicit ObjectWrapper(Ref<Object> object) : object_(std::move(object)) { object_->outside = this; }
+    explicit ObjectWrapper(Ref<Object> object) : object_(std::move(object)) { object_->wrapper = this; }
 
     Ref<Object> object() const { return object_; }
 
@@ -45,7 +45,7 @@ public:
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) override;
 
 private:
-    ~ObjectWrapper() override { object_->outside = nullptr; }
+    ~ObjectWrapper() override { object_->wrapper = nullptr; }
     void* queryOwn(REFIID id) override;
 
     const ClassInfo& info() const { return object_->dynamicClass(); }
@@ -121,7 +121,7 @@ HRESULT ObjectWrapper::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT coun
         const Member* member = info().find(name);
         if (member) {
             ids[0] = member->dispatchId;
-        } else if (info().elementAt && equalIgnoringCase(name, "_NewEnum")) {
+        } else if (info().nextElement && equalIgnoringCase(name, "_NewEnum")) {
             ids[0] = DISPID_NEWENUM;
         }
         for (UINT index = 1; member && index < count; ++index) {
@@ -149,7 +149,7 @@ HRESULT ObjectWrapper::Invoke(DISPID id, REFIID reserved, LCID, WORD flags, DISP
     const ComPointer<IDispatch> self(this);
     return guarded(details, [&]() -> HRESULT {
         OwnedVariant outcome;
-        if (id == DISPID_NEWENUM && info().elementAt) {
+        if (id == DISPID_NEWENUM && info().nextElement) {
             outcome.get()->punkVal = newEnumerator(object_).detach();
             outcome.get()->vt = VT_UNKNOWN;
         } else {
@@ -173,8 +173,8 @@ HRESULT ObjectWrapper::Invoke(DISPID id, REFIID reserved, LCID, WORD flags, DISP
 } // namespace
 
 ComPointer<IDispatch> wrapperOf(const Ref<Object>& object) {
-    if (object->outside)
-        return ComPointer<IDispatch>(static_cast<ObjectWrapper*>(object->outside));
+    if (object->wrapper)
+        return ComPointer<IDispatch>(static_cast<ObjectWrapper*>(object->wrapper));
     return newComObject<IDispatch, ObjectWrapper>(object);
 }
 

@@ -4,7 +4,7 @@
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/identifiers.h>
 #include <norvakavlor/platform/windows/registry_key.h>
-#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <string_view>
 #include <vector>
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <memory>
 #include <norvakavlor/component/automation/variant.h>
-#include <norvakavlor/platform/windows/automation_text.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/platform/windows/text_automation.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/characters.h>
 #include <string_view>
 
@@ -240,7 +240,7 @@ ScriptNode::ScriptNode(IUnknown& object) : node_(meantBy(object)) {
     copy_ = New<NodeObject>(std::move(document), copy);
 }
 
-void ScriptNode::giveBack() const {
+void ScriptNode::writeBack() const {
     for (const xml::Node::Attribute& attribute : copy_->node.attributes()) {
         const std::pair<std::string, std::string> now{attribute.name, attribute.value};
         if (std::ranges::find(attributesBefore_, now) == attributesBefore_.end())

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <norvakavlor/platform/windows/com_pointer.h>
-#include <norvakavlor/platform/windows/msxml_ids.h>
+#include <norvakavlor/platform/windows/xml_msxml_ids.h>
 #include <norvakavlor/runtime/value.h>
 #include <norvakavlor/xml/node_object.h>
 #include <string>
@@ -31,7 +31,7 @@ public:
     /// Puts into the script's node the attributes that are new or changed and the children that were added.
     /// Saves do no more than that: what stood inside the children before is not looked at. Raises 5 when the
     /// script's document does not take it.
-    void giveBack() const;
+    void writeBack() const;
 
 private:
     ComPointer<IXMLDOMNode> node_;

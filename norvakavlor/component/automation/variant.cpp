@@ -7,10 +7,10 @@
 #include <new>
 #include <norvakavlor/component/automation/arrays.h>
 #include <norvakavlor/component/automation/object_wrapper.h>
-#include <norvakavlor/platform/windows/foreign_object.h>
-#include <norvakavlor/platform/windows/wide_text.h>
-#include <norvakavlor/runtime/convert.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/platform/windows/com_foreign_object.h>
+#include <norvakavlor/platform/windows/text_wide.h>
+#include <norvakavlor/text/convert.h>
+#include <norvakavlor/text/error.h>
 #include <type_traits>
 #include <utility>
 #include <variant>

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <new>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/windows_1252.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>

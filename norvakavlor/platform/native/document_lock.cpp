@@ -80,7 +80,7 @@ GuardedFile guard(const std::filesystem::path& path) {
 } // namespace
 
 LockResult tryLockDocument(const std::string& path) {
-    const GuardedFile document = guard(targetOf(path));
+    const GuardedFile document = guard(pathBehindLinks(path));
     if (document.result != LockResult::Taken)
         return document.result;
     if ((document.state.st_mode & kOwnerWrites) == 0)
@@ -90,7 +90,7 @@ LockResult tryLockDocument(const std::string& path) {
     return LockResult::Taken;
 }
 
-LockRelease::LockRelease(const std::string& path) : path_(path), target_(targetOf(path)) {}
+LockRelease::LockRelease(const std::string& path) : path_(path), target_(pathBehindLinks(path)) {}
 
 void LockRelease::release() const noexcept {
     struct stat state {};
@@ -122,7 +122,7 @@ void replaceLockedDocument(const LockRelease& lock, std::string_view content) {
 }
 
 bool createDocument(const std::string& path, std::string_view content) {
-    const std::filesystem::path target = targetOf(path);
+    const std::filesystem::path target = pathBehindLinks(path);
     TemporaryFile temporary(target, kAsTheUserWants);
     temporary.write(content);
     return temporary.becomeNew(target);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <unistd.h>
 #include <utility>
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/native/file_descriptor.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/decode.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -9,7 +9,7 @@
 #include <memory>
 #include <new>
 #include <norvakavlor/platform/url.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <string>
 #include <tuple>
 #include <utility>

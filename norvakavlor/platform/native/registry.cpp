@@ -1,7 +1,7 @@
 #include <norvakavlor/platform/registry.h>
 
 #include <norvakavlor/platform/native/settings_file.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <string_view>
 #include <utility>
 

@@ -33,7 +33,7 @@ std::optional<struct stat> stateOfReplaceable(const fs::path& target) {
 } // namespace
 
 void replaceFile(const std::string& path, std::string_view content) {
-    const fs::path target = targetOf(path);
+    const fs::path target = pathBehindLinks(path);
     const auto former = stateOfReplaceable(target);
     constexpr mode_t kOwnersOnly = 0600;
     constexpr mode_t kAsTheUserWants = 0666;

@@ -1,7 +1,7 @@
 #include <norvakavlor/platform/settings.h>
 
 #include <norvakavlor/platform/native/settings_file.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor::platform {
 namespace {

@@ -9,8 +9,8 @@
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/native/file_descriptor.h>
 #include <norvakavlor/platform/native/settings_lines.h>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>

@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <new>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/decode.h>
 #include <string>
 #include <system_error>
@@ -56,7 +56,7 @@ void removeStale(const fs::path& target, time_t written) {
 
 Error lastError() { return runtimeError(errorOfCode(errno)); }
 
-fs::path targetOf(const std::string& path) {
+fs::path pathBehindLinks(const std::string& path) {
     if (path.find('\0') != std::string::npos)
         throw runtimeError(RuntimeError::PathNotFound);
     const fs::path target = localPath(path);

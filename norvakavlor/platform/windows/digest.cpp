@@ -1,6 +1,6 @@
 #include <norvakavlor/platform/digest.h>
 
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <windows.h>
 
 #include <wincrypt.h>

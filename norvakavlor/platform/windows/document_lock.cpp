@@ -2,8 +2,8 @@
 
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/windows/file_handle.h>
-#include <norvakavlor/platform/windows/temporary_file.h>
+#include <norvakavlor/platform/windows/files_handle.h>
+#include <norvakavlor/platform/windows/files_temporary.h>
 #include <optional>
 #include <utility>
 
@@ -51,7 +51,7 @@ bool isGone(DWORD error) { return errorOfCode(error) == RuntimeError::PathNotFou
 /// Nothing when the file opened is not the document any more: another process replaced it meanwhile.
 std::optional<LockResult> tryLockOnce(const fs::path& path) {
     FileHandle file;
-    DWORD error = patiently([&] {
+    DWORD error = retryWhileHeld([&] {
         file = openShared(path, GENERIC_READ | FILE_WRITE_ATTRIBUTES, OPEN_EXISTING);
         return file ? DWORD{ERROR_SUCCESS} : ::GetLastError();
     });
@@ -60,7 +60,7 @@ std::optional<LockResult> tryLockOnce(const fs::path& path) {
             return LockResult::Missing;
         throw runtimeError(errorOfCode(error));
     }
-    error = patiently([&] { return lockByte(file.get()); });
+    error = retryWhileHeld([&] { return lockByte(file.get()); });
     if (isHeldByOthers(error))
         return LockResult::Held;
     const auto state = stateOf(file);
@@ -93,7 +93,7 @@ bool nobodyHasItOpen(const fs::path& path) {
 bool takeBack(const std::string& path, const BY_HANDLE_FILE_INFORMATION& released) {
     if (tryLockDocument(path) != LockResult::Taken)
         return false;
-    const auto state = stateOf(targetOf(path));
+    const auto state = stateOf(pathBehindLinks(path));
     if (state && isSameFile(*state, released) &&
         ::CompareFileTime(&state->ftLastWriteTime, &released.ftLastWriteTime) == 0)
         return true;
@@ -127,7 +127,7 @@ DWORD tryReplaceLocked(TemporaryFile& temporary, const std::string& path, const 
 } // namespace
 
 LockResult tryLockDocument(const std::string& path) {
-    const fs::path target = targetOf(path);
+    const fs::path target = pathBehindLinks(path);
     for (;;) {
         // An open handle would be in the way of whoever is about to release the lock.
         const DWORD attributes = ::GetFileAttributesW(target.c_str());
@@ -142,7 +142,7 @@ LockResult tryLockDocument(const std::string& path) {
     }
 }
 
-LockRelease::LockRelease(const std::string& path) : path_(path), target_(targetOf(path)) {}
+LockRelease::LockRelease(const std::string& path) : path_(path), target_(pathBehindLinks(path)) {}
 
 void LockRelease::release() const noexcept {
     const DWORD attributes = ::GetFileAttributesW(target_.c_str());
@@ -161,7 +161,8 @@ void replaceLockedDocument(const LockRelease& lock, std::string_view content) {
     try {
         TemporaryFile temporary(target);
         temporary.write(content);
-        const DWORD error = patiently([&] { return tryReplaceLocked(temporary, path, target, isLocked); });
+        const DWORD error =
+            retryWhileHeld([&] { return tryReplaceLocked(temporary, path, target, isLocked); });
         if (error != ERROR_SUCCESS)
             throw runtimeError(errorOfCode(error));
     } catch (const std::exception&) {
@@ -172,7 +173,7 @@ void replaceLockedDocument(const LockRelease& lock, std::string_view content) {
 }
 
 bool createDocument(const std::string& path, std::string_view content) {
-    const fs::path target = targetOf(path);
+    const fs::path target = pathBehindLinks(path);
     TemporaryFile temporary(target);
     temporary.write(content);
     return temporary.becomeNew(target);

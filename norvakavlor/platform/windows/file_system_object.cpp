@@ -1,7 +1,7 @@
 #include <norvakavlor/platform/file_system_object.h>
 
-#include <norvakavlor/platform/windows/foreign_object.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/platform/windows/com_foreign_object.h>
+#include <norvakavlor/text/error.h>
 #include <windows.h>
 
 #include <objbase.h>

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <memory>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/windows/file_handle.h>
-#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/platform/windows/files_handle.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <norvakavlor/xml/decode.h>
 
 namespace norvakavlor::platform {
@@ -44,7 +44,7 @@ Error readingError(DWORD code) {
 
 FileHandle openForReading(const fs::path& path) {
     FileHandle file;
-    const DWORD error = patiently([&] {
+    const DWORD error = retryWhileHeld([&] {
         file = openShared(path, GENERIC_READ, OPEN_EXISTING);
         return file ? ERROR_SUCCESS : ::GetLastError();
     });
@@ -123,7 +123,7 @@ bool renameFile(const std::string& path, const std::string& newPath) {
     const fs::path from = localPath(path);
     const fs::path to = localPath(newPath);
     attributesOfFile(from);
-    const DWORD error = patiently([&] {
+    const DWORD error = retryWhileHeld([&] {
         return ::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) ? DWORD{ERROR_SUCCESS}
                                                                                : ::GetLastError();
     });
@@ -142,8 +142,8 @@ void deleteOneFile(const std::string& path, bool force) {
         throw runtimeError(RuntimeError::PermissionDenied);
     if (isLocked)
         setAttributes(target, attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
-    const DWORD error =
-        patiently([&] { return ::DeleteFileW(target.c_str()) ? DWORD{ERROR_SUCCESS} : ::GetLastError(); });
+    const DWORD error = retryWhileHeld(
+        [&] { return ::DeleteFileW(target.c_str()) ? DWORD{ERROR_SUCCESS} : ::GetLastError(); });
     if (error == ERROR_SUCCESS)
         return;
     if (isLocked)

@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <new>
 #include <norvakavlor/platform/url.h>
-#include <norvakavlor/platform/windows/code_page.h>
-#include <norvakavlor/platform/windows/internet_handle.h>
-#include <norvakavlor/platform/windows/wide_text.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/platform/windows/http_handle.h>
+#include <norvakavlor/platform/windows/text_code_page.h>
+#include <norvakavlor/platform/windows/text_wide.h>
+#include <norvakavlor/text/text.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -41,7 +41,7 @@ INTERNET_PORT portOf(std::string_view text, bool isSecure, std::string_view url)
     return port;
 }
 
-Target targetOf(std::string_view url) {
+Target partsOfURL(std::string_view url) {
     Target target;
     const std::string_view authority = hostOf(url);
     // The colons inside "[::1]" part no port.
@@ -98,7 +98,7 @@ class Exchange {
 public:
     Exchange(const HttpRequest& request, const HttpLimits& limits)
         : request_(request), limits_(limits), end_(Clock::now() + limits.total),
-          target_(targetOf(request.url)),
+          target_(partsOfURL(request.url)),
           session_(::WinHttpOpen(toWide(kUserAgent).c_str(), WINHTTP_ACCESS_TYPE_NO_PROXY,
                                  WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0)),
           connection_(::WinHttpConnect(session_.get(), toWide(target_.host).c_str(), target_.port, 0)),

@@ -1,6 +1,6 @@
 #include <norvakavlor/platform/registry.h>
 
-#include <norvakavlor/platform/windows/code_page.h>
+#include <norvakavlor/platform/windows/text_code_page.h>
 #include <windows.h>
 
 namespace norvakavlor::platform {

@@ -1,7 +1,7 @@
 #include <norvakavlor/platform/settings.h>
 
-#include <norvakavlor/platform/windows/wide_text.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/platform/windows/text_wide.h>
+#include <norvakavlor/text/error.h>
 #include <windows.h>
 
 namespace norvakavlor::platform {

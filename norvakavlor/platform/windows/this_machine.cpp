@@ -1,6 +1,6 @@
 #include <norvakavlor/platform/this_machine.h>
 
-#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <windows.h>
 
 namespace norvakavlor::platform {

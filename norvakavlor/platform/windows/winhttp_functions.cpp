@@ -3,7 +3,7 @@
 // first use, and these definitions stand in for the ones that the linker would import. A further function of
 // it needs a further one here.
 
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <string>
 #include <windows.h>
 

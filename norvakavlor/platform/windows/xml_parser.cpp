@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <memory>
 #include <new>
-#include <norvakavlor/platform/windows/automation_text.h>
 #include <norvakavlor/platform/windows/com_apartment.h>
 #include <norvakavlor/platform/windows/com_pointer.h>
-#include <norvakavlor/platform/windows/markup.h>
-#include <norvakavlor/platform/windows/msxml_ids.h>
-#include <norvakavlor/platform/windows/plain_markup.h>
+#include <norvakavlor/platform/windows/text_automation.h>
+#include <norvakavlor/platform/windows/xml_markup.h>
+#include <norvakavlor/platform/windows/xml_msxml_ids.h>
+#include <norvakavlor/platform/windows/xml_namespace_mask.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/prolog.h>
 #include <string>
@@ -50,7 +50,7 @@ DOMNodeType kindOf(IXMLDOMNode& node) {
 /// Hands a parsed document over to a builder, in the words of the document itself.
 class Walk {
 public:
-    Walk(const PlainMarkup& markup, xml::TreeBuilder& builder) : markup_(markup), builder_(builder) {}
+    Walk(const NamespaceMask& markup, xml::TreeBuilder& builder) : markup_(markup), builder_(builder) {}
 
     /// Everything inside, in its order, without a call for each level. False when the builder refuses.
     bool feedInside(IXMLDOMNode& document) {
@@ -122,7 +122,7 @@ private:
         return true;
     }
 
-    const PlainMarkup& markup_;
+    const NamespaceMask& markup_;
     xml::TreeBuilder& builder_;
 };
 
@@ -231,7 +231,7 @@ bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& er
         error = {1, 1, "The system's XML parser is not to be had."};
         return false;
     }
-    const PlainMarkup markup(withPlainDeclaration(utf8));
+    const NamespaceMask markup(withPlainDeclaration(utf8));
     const AutomationText text(markup.text());
     VARIANT_BOOL parsed = VARIANT_FALSE;
     const HRESULT loaded = document->loadXML(text.get(), &parsed);

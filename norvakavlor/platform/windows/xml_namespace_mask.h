@@ -9,9 +9,9 @@ namespace norvakavlor::platform {
 /// drop their declarations, and drops CDATA without content; here names mean nothing but themselves. So the
 /// colons of names become a letter that the text does not hold, and so on, and come back when the tree is
 /// walked.
-class PlainMarkup {
+class NamespaceMask {
 public:
-    explicit PlainMarkup(std::string_view utf8);
+    explicit NamespaceMask(std::string_view utf8);
 
     const std::string& text() const { return text_; }
     /// The name that stood in the document.

@@ -1,4 +1,4 @@
-#include <norvakavlor/runtime/utf8.h>
+#include <norvakavlor/text/utf8.h>
 
 namespace norvakavlor {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 #include <string>
 #include <string_view>
 

@@ -7,7 +7,7 @@
 namespace norvakavlor {
 
 /// They themselves, made on first use.
-inline Preferences& ownPreferences(Ref<Preferences>& preferences) {
+inline Preferences& preferencesOrNew(Ref<Preferences>& preferences) {
     if (!preferences)
         preferences = New<Preferences>();
     return *preferences;
@@ -16,7 +16,7 @@ inline Preferences& ownPreferences(Ref<Preferences>& preferences) {
 /// Reads the "pref" child of the container's element, if it has one.
 inline void loadOwnPreferences(Ref<Preferences>& preferences, xml::Node container) {
     if (const xml::Node pref = container.child("pref"))
-        ownPreferences(preferences).LoadFromXMLNode(pref);
+        preferencesOrNew(preferences).LoadFromXMLNode(pref);
 }
 
 /// "pref" is always written; a container without preferences writes those of a new object.

@@ -1,8 +1,8 @@
-#include <norvakavlor/platform/windows/code_page.h>
+#include <norvakavlor/platform/windows/text_code_page.h>
 
 #include <algorithm>
 #include <norvakavlor/platform/digest.h>
-#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <windows.h>
 
 namespace norvakavlor::platform {

@@ -1,8 +1,8 @@
-#include <norvakavlor/runtime/date.h>
+#include <norvakavlor/text/date.h>
 
 #include <chrono>
 #include <cmath>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor {
 namespace {

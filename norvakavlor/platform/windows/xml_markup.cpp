@@ -1,4 +1,4 @@
-#include <norvakavlor/platform/windows/markup.h>
+#include <norvakavlor/platform/windows/xml_markup.h>
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <filesystem>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 #include <utility>
 #include <windows.h>
 
@@ -39,7 +39,7 @@ bool isHeldByOthers(DWORD error);
 
 /// Repeats a step while others hold its file, after pauses in milliseconds; for a second, unless told
 /// otherwise. The step gives the system's error, 0 when it came through, and so does this.
-template <class Step> DWORD patiently(Step step, DWORD pause = 25) {
+template <class Step> DWORD retryWhileHeld(Step step, DWORD pause = 25) {
     constexpr int kAttempts = 40;
     DWORD error = step();
     for (int attempt = 1; isHeldByOthers(error) && attempt < kAttempts; ++attempt) {

@@ -1,8 +1,8 @@
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/text.h>
 
 #include <algorithm>
-#include <norvakavlor/runtime/case_table.h>
-#include <norvakavlor/runtime/utf8.h>
+#include <norvakavlor/text/case_table.h>
+#include <norvakavlor/text/utf8.h>
 #include <span>
 
 namespace norvakavlor {

@@ -1,4 +1,4 @@
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/text/error.h>
 
 #include <utility>
 

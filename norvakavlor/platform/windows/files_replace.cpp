@@ -1,6 +1,6 @@
 #include <norvakavlor/platform/files.h>
 
-#include <norvakavlor/platform/windows/temporary_file.h>
+#include <norvakavlor/platform/windows/files_temporary.h>
 
 namespace norvakavlor::platform {
 namespace {
@@ -18,7 +18,7 @@ void checkReplaceable(const fs::path& target) {
 } // namespace
 
 void replaceFile(const std::string& path, std::string_view content) {
-    const fs::path target = targetOf(path);
+    const fs::path target = pathBehindLinks(path);
     checkReplaceable(target);
     TemporaryFile temporary(target);
     temporary.write(content);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <new>
-#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <string>
 #include <string_view>
 #include <windows.h>

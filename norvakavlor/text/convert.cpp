@@ -1,11 +1,11 @@
-#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/text/convert.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 namespace {

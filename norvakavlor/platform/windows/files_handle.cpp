@@ -1,4 +1,4 @@
-#include <norvakavlor/platform/windows/file_handle.h>
+#include <norvakavlor/platform/windows/files_handle.h>
 
 namespace norvakavlor::platform {
 

@@ -1,8 +1,8 @@
-#include <norvakavlor/platform/windows/plain_markup.h>
+#include <norvakavlor/platform/windows/xml_namespace_mask.h>
 
 #include <algorithm>
-#include <norvakavlor/platform/windows/markup.h>
-#include <norvakavlor/runtime/utf8.h>
+#include <norvakavlor/platform/windows/xml_markup.h>
+#include <norvakavlor/text/utf8.h>
 #include <norvakavlor/xml/characters.h>
 
 namespace norvakavlor::platform {
@@ -32,7 +32,7 @@ void replaceAll(std::string& text, std::string_view from, std::string_view to) {
 
 } // namespace
 
-PlainMarkup::PlainMarkup(std::string_view utf8) {
+NamespaceMask::NamespaceMask(std::string_view utf8) {
     char32_t letter = 0xD7A3; // the last Hangul syllable
     colon_ = unusedLetter(utf8, letter);
     own_ = unusedLetter(utf8, letter);
@@ -59,7 +59,7 @@ PlainMarkup::PlainMarkup(std::string_view utf8) {
     text_.append(utf8.substr(done));
 }
 
-void PlainMarkup::append(std::string_view markup) {
+void NamespaceMask::append(std::string_view markup) {
     if (markup.starts_with("<?")) {
         const size_t end = markup.find_first_of(" \t\r\n?", 2);
         appendTag(markup.substr(0, end));
@@ -71,7 +71,7 @@ void PlainMarkup::append(std::string_view markup) {
     }
 }
 
-void PlainMarkup::appendTag(std::string_view tag) {
+void NamespaceMask::appendTag(std::string_view tag) {
     for (size_t at = 0; at < tag.size();) {
         if (declaresNamespace(tag, at))
             text_.append(own_);
@@ -88,7 +88,7 @@ void PlainMarkup::appendTag(std::string_view tag) {
     }
 }
 
-std::string PlainMarkup::originalName(std::string name) const {
+std::string NamespaceMask::originalName(std::string name) const {
     replaceAll(name, colon_, ":");
     replaceAll(name, own_, "");
     return name;

@@ -1,7 +1,7 @@
 #include <norvakavlor/platform/clock.h>
 
 #include <array>
-#include <norvakavlor/platform/windows/wide_text.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <windows.h>
 
 namespace norvakavlor::platform {

@@ -4,14 +4,14 @@
 
 namespace norvakavlor {
 
-/// The words that the documents of one kind and the requests for them use.
-struct DocumentWords {
+/// The names that the documents of one kind and the requests for them use.
+struct DocumentNames {
     std::string_view kind; ///< object kind in the server's requests
     std::string_view root; ///< name of the document element
 };
 
 /// Every kind. A page that tells of an error is told from a document by its root.
-inline constexpr DocumentWords kDocumentWords[] = {
+inline constexpr DocumentNames kDocumentNames[] = {
     {"TextBooks", "textBookList"},
     {"Courses", "classes"},
     {"Objectives", "objectiveList"},
@@ -30,12 +30,12 @@ inline constexpr DocumentWords kDocumentWords[] = {
     {"TextbookLessonMenu", "lessonMenu"},
 };
 
-/// The words of a kind; without a root when there is no such kind. What follows an "&" is a parameter of the
+/// The names of a kind; without a root when there is no such kind. What follows an "&" is a parameter of the
 /// request and not of the kind.
-constexpr DocumentWords wordsOf(std::string_view kind) {
-    for (const DocumentWords& words : kDocumentWords) {
-        if (words.kind == kind.substr(0, kind.find('&')))
-            return words;
+constexpr DocumentNames namesOf(std::string_view kind) {
+    for (const DocumentNames& names : kDocumentNames) {
+        if (names.kind == kind.substr(0, kind.find('&')))
+            return names;
     }
     return {kind, {}};
 }

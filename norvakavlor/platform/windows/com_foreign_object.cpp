@@ -1,4 +1,4 @@
-#include <norvakavlor/platform/windows/foreign_object.h>
+#include <norvakavlor/platform/windows/com_foreign_object.h>
 
 #include <norvakavlor/runtime/describe.h>
 

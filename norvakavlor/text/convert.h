@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <norvakavlor/runtime/date.h>
+#include <norvakavlor/text/date.h>
 #include <optional>
 #include <string>
 #include <string_view>

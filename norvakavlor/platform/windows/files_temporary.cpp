@@ -1,12 +1,12 @@
-#include <norvakavlor/platform/windows/temporary_file.h>
+#include <norvakavlor/platform/windows/files_temporary.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/windows/wide_text.h>
-#include <norvakavlor/runtime/error.h>
+#include <norvakavlor/platform/windows/text_wide.h>
+#include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/decode.h>
 #include <ratio>
 #include <vector>
@@ -110,7 +110,7 @@ fs::path behindLink(const fs::path& link) {
 
 } // namespace
 
-fs::path targetOf(const std::string& path) {
+fs::path pathBehindLinks(const std::string& path) {
     fs::path target = localPath(path);
     const DWORD attributes = ::GetFileAttributesW(target.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES && !target.has_filename())
@@ -163,12 +163,12 @@ DWORD TemporaryFile::tryReplace(const fs::path& target, bool evenIfReadOnly) {
 }
 
 void TemporaryFile::replace(const fs::path& target) {
-    if (const DWORD error = patiently([&] { return tryReplace(target, false); }); error != ERROR_SUCCESS)
+    if (const DWORD error = retryWhileHeld([&] { return tryReplace(target, false); }); error != ERROR_SUCCESS)
         throw errorFor(error);
 }
 
 bool TemporaryFile::becomeNew(const fs::path& target) {
-    DWORD error = patiently([&] {
+    DWORD error = retryWhileHeld([&] {
         return ::MoveFileExW(path_.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) ? DWORD{ERROR_SUCCESS}
                                                                                     : ::GetLastError();
     });

@@ -1,10 +1,10 @@
-#include <norvakavlor/runtime/convert.h>
+#include <norvakavlor/text/convert.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <norvakavlor/runtime/error.h>
-#include <norvakavlor/runtime/text.h>
+#include <norvakavlor/text/error.h>
+#include <norvakavlor/text/text.h>
 #include <utility>
 #include <vector>
 

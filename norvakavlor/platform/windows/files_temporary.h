@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <norvakavlor/platform/windows/file_handle.h>
+#include <norvakavlor/platform/windows/files_handle.h>
 #include <string>
 #include <string_view>
 
@@ -10,7 +10,7 @@ namespace norvakavlor::platform {
 
 /// Where a document's content goes: behind a link to the file that it names, so that the link stays one.
 /// Raises 76 for what names no file.
-std::filesystem::path targetOf(const std::string& path);
+std::filesystem::path pathBehindLinks(const std::string& path);
 
 /// New content on its way to a target: a file of a temporary name in the target's folder, which is removed
 /// unless it took the target's place.

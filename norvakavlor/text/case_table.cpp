@@ -1,5 +1,5 @@
 // Written by tools/case_table/generate.pl (Unicode 14.0.0); not edited by hand.
-#include <norvakavlor/runtime/case_table.h>
+#include <norvakavlor/text/case_table.h>
 
 namespace norvakavlor {
 
