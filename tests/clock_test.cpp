@@ -4,7 +4,7 @@
 #include <cmath>
 #include <ctime>
 #include <gtest/gtest.h>
-#include <norvakavlor/platform/clock.h>
+#include <norvakavlor/runtime/clock.h>
 #include <thread>
 
 namespace norvakavlor::platform {

@@ -4,7 +4,7 @@
 #include <limits>
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/question_pool.h>
-#include <norvakavlor/platform/clock.h>
+#include <norvakavlor/runtime/clock.h>
 
 namespace norvakavlor {
 namespace {
@@ -255,7 +255,7 @@ TEST(Exam, ShufflesByDrawsOverAllPlaces) {
         for (const Ref<Question>& question : *pool->Questions)
             exam->Questions->Add(question->Clone(), question->ID);
         size_t draw = 0;
-        const platform::ScopedClockSource random({.uniformRandom = [&] { return c.draws.at(draw++); }});
+        const ScopedClockSource random({.uniformRandom = [&] { return c.draws.at(draw++); }});
         exam->RandomizeQuestions();
         EXPECT_EQ(draw, 5u);
         EXPECT_EQ(order(*exam), c.order);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/store/location.h>
 #include <optional>
 #include <string>
 #include <thread>

@@ -4,11 +4,11 @@
 #include <gmock/gmock.h>
 #include <norvakavlor/config/check_setup.h>
 #include <norvakavlor/config/registry.h>
-#include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/settings.h>
 #include <norvakavlor/results/live_ex_results.h>
+#include <norvakavlor/runtime/clock.h>
 #include <norvakavlor/text/convert.h>
 
 namespace norvakavlor {
@@ -73,7 +73,7 @@ TEST_F(LiveSubmission, StopsWhenTheGradebookAccepts) {
     // The address is used without the white space around it, and the launch goes also when it is read-only.
     launch(misbehaving("reply/busy"), "\r\n\t " + misbehaving("reply/success") + " \n");
     platform::setReadOnly(folder.file("GradiumLiveEx_X1.xml"), true);
-    const platform::ScopedClockSource clock({.now = [] { return toDate("3/4/2004 12:05:09 AM"); }});
+    const ScopedClockSource clock({.now = [] { return toDate("3/4/2004 12:05:09 AM"); }});
     const RecordedMessages messages;
     EXPECT_TRUE(results->Save(folder.file("record.xml"), false));
     EXPECT_EQ(messages.all().size(), 4u);

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <norvakavlor/curriculum/courses.h>
-#include <norvakavlor/platform/clock.h>
 #include <norvakavlor/platform/files.h>
+#include <norvakavlor/runtime/clock.h>
 #include <norvakavlor/students/student_order.h>
 #include <norvakavlor/students/students.h>
 #include <random>
@@ -331,10 +331,10 @@ TEST_F(Roster, IsMadeWhenItIsNotThere) {
 TEST_F(Roster, GivesUpAfterThreeWaits) {
     platform::setReadOnly(file, true);
     double now = 0;
-    const platform::ScopedClockSource clock({.secondsSinceMidnight = [&] { return now; },
-                                             .uniformRandom = [] { return 0.2; },
-                                             .seedRandom = [] {},
-                                             .sleepFor = [&](std::chrono::milliseconds) { now += 0.005; }});
+    const ScopedClockSource clock({.secondsSinceMidnight = [&] { return now; },
+                                   .uniformRandom = [] { return 0.2; },
+                                   .seedRandom = [] {},
+                                   .sleepFor = [&](std::chrono::milliseconds) { now += 0.005; }});
     EXPECT_FALSE(roster->AddStudent(file, student("", "new"), nullptr));
     EXPECT_NEAR(now, 3 * (3.0 - 2.75 * 0.2), 0.05);
     EXPECT_TRUE(platform::isReadOnly(file)) << "another's lock stays";
@@ -350,15 +350,15 @@ TEST_F(Roster, WaitsByTheTimeOfDayAsItStands) {
     constexpr double kDay = 86400;
     double elapsed = kDay - 2;
     const auto timeOfDay = [&] { return std::fmod(elapsed, kDay); };
-    const platform::ScopedClockSource clock({.secondsSinceMidnight = timeOfDay,
-                                             .uniformRandom = [] { return 0.5; },
-                                             .seedRandom = [] {},
-                                             .sleepFor =
-                                                 [&](std::chrono::milliseconds) {
-                                                     elapsed += 0.25;
-                                                     if (elapsed > 3 * kDay)
-                                                         throw GivenUp();
-                                                 }});
+    const ScopedClockSource clock({.secondsSinceMidnight = timeOfDay,
+                                   .uniformRandom = [] { return 0.5; },
+                                   .seedRandom = [] {},
+                                   .sleepFor =
+                                       [&](std::chrono::milliseconds) {
+                                           elapsed += 0.25;
+                                           if (elapsed > 3 * kDay)
+                                               throw GivenUp();
+                                       }});
     // The first wait ends before midnight, the second would end after it.
     EXPECT_THROW(roster->AddStudent(file, student("", "new"), nullptr), GivenUp);
     platform::setReadOnly(file, false);

@@ -3,7 +3,7 @@
 #include <norvakavlor/assessment/preferences_or_new.h>
 #include <norvakavlor/assessment/question_pool.h>
 #include <norvakavlor/curriculum/courses.h>
-#include <norvakavlor/platform/clock.h>
+#include <norvakavlor/runtime/clock.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
@@ -14,8 +14,6 @@
 
 namespace norvakavlor {
 namespace {
-
-constexpr DocumentNames kExamWords = namesOf("Exam");
 
 constexpr auto kLeadingFields = fields(                            //
     attributeUnlessEmpty("ID", &Exam::ID),                         //
@@ -51,7 +49,7 @@ Ref<Question> questionOf(QuestionPool* pool, const std::string& id) {
 
 bool Exam::Load(const std::string& location, QuestionPool* questionPool) {
     std::string from = location; // which may be ExamFileName, and loading changes that
-    if (!loadFrom(*this, kExamWords.kind, location, questionPool, location))
+    if (!loadFrom(*this, kExamDocument.kind, location, questionPool, location))
         return false;
     loadedFrom_ = std::move(from);
     return true;
@@ -110,7 +108,7 @@ bool Exam::Save(const std::string& location, bool deleteOld) {
     std::string fileName = documentFileName(location);
     std::string folder = folderOf(location); // first: no allocation may fail after the exam is stored
     const bool accepted =
-        saveAs(kExamWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+        saveAs(kExamDocument, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOld && accepted && leavesStaleCopy(loadedFrom_, location);
     // Only now: a caller may have given this very member as the location.
     ExamFileName = std::move(fileName);
@@ -142,7 +140,7 @@ bool Exam::SaveToXMLNode(xml::Node examNode) const {
 }
 
 bool Exam::Delete(const std::string& location) const {
-    const auto deleteIt = [&] { deleteDocument(kExamWords.kind, location); };
+    const auto deleteIt = [&] { deleteDocument(kExamDocument.kind, location); };
     if (!IsURL(location))
         return ignoringErrors(deleteIt);
     deleteIt();
@@ -150,10 +148,10 @@ bool Exam::Delete(const std::string& location) const {
 }
 
 void Exam::RandomizeQuestions() {
-    platform::seedRandom();
+    seedRandom();
     const int32_t count = Questions->Count();
     for (int32_t draw = 0; draw < count; ++draw) {
-        const auto position = static_cast<int32_t>(platform::uniformRandom() * count + 1);
+        const auto position = static_cast<int32_t>(uniformRandom() * count + 1);
         Questions->moveToEnd(position, Questions->Item(position)->ID);
     }
 }

@@ -1,19 +1,21 @@
 #include <norvakavlor/assessment/exam_files.h>
 
 #include <charconv>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 
 bool isExamFile(std::string_view fileName, int32_t examType) {
-    const bool authored = fileName.ends_with("_kvqm.xml");
+    const bool authored = fileName.ends_with(std::string(kExamMark).append(kDocumentEnd));
     switch (static_cast<ExamTypes>(examType)) {
     case ExamTypes::ExamAll:
-        return containsIgnoringCase(fileName, "_kvqm") && fileName.ends_with(".xml");
+        return containsIgnoringCase(fileName, kExamMark) && fileName.ends_with(kDocumentEnd);
     case ExamTypes::ExamRaw:
         return authored;
     case ExamTypes::ExamStudent:
-        return containsIgnoringCase(fileName, "_kvqm_") && !authored && fileName.ends_with(".xml");
+        return containsIgnoringCase(fileName, std::string(kExamMark) + "_") && !authored &&
+               fileName.ends_with(kDocumentEnd);
     }
     return false;
 }
@@ -21,13 +23,13 @@ bool isExamFile(std::string_view fileName, int32_t examType) {
 std::string attemptFileName(std::string_view examBase, std::string_view studentID, int16_t attempt) {
     std::string name(examBase);
     name.append("_").append(studentID).append(attempt < 10 ? "_0" : "_");
-    return name.append(std::to_string(attempt)).append(".xml");
+    return name.append(std::to_string(attempt)).append(kDocumentEnd);
 }
 
 int16_t attemptNumber(std::string_view fileName) {
     if (!isExamFile(fileName, static_cast<int32_t>(ExamTypes::ExamStudent)))
         return 0;
-    std::string_view digits = fileName.substr(0, fileName.size() - std::string_view(".xml").size());
+    std::string_view digits = fileName.substr(0, fileName.size() - kDocumentEnd.size());
     digits.remove_prefix(digits.rfind('_') + 1);
     int16_t number = 0;
     const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
@@ -36,7 +38,7 @@ int16_t attemptNumber(std::string_view fileName) {
 }
 
 std::string attemptMark(std::string_view studentID) {
-    return std::string("_kvqm_").append(studentID).append("_");
+    return std::string(kExamMark).append("_").append(studentID).append("_");
 }
 
 } // namespace norvakavlor

@@ -1,7 +1,6 @@
 #include <norvakavlor/assessment/exam_list.h>
 
 #include <norvakavlor/assessment/preferences_or_new.h>
-#include <norvakavlor/platform/files.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
@@ -12,17 +11,15 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentNames kExamListWords = namesOf("ExamList");
-
 constexpr auto kExamListFields = fields(always("title", &ExamList::Title));
 
 /// The exam of a file name in the first directory that has it; null when none has.
 Ref<TitleFilename> findExam(const std::vector<std::string>& directories, const std::string& fileName) {
     auto exam = New<TitleFilename>();
-    if (platform::holdsSeparator(fileName))
+    if (holdsSeparator(fileName))
         return nullptr;
     for (const std::string& directory : directories) {
-        if (exam->LoadValues(withSeparator(directory), fileName, "Exam"))
+        if (exam->LoadValues(withSeparator(directory), fileName, std::string(kExamDocument.kind)))
             return exam;
     }
     return nullptr;
@@ -31,7 +28,7 @@ Ref<TitleFilename> findExam(const std::vector<std::string>& directories, const s
 } // namespace
 
 bool ExamList::Load(const std::string& location, const std::string& directoryList) {
-    const auto document = readDocument(kExamListWords.kind, location);
+    const auto document = readDocument(kExamListDocument.kind, location);
     if (!document)
         return false;
     const xml::Node root = document->root();
@@ -49,7 +46,7 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
 }
 
 bool ExamList::Save(const std::string& location) {
-    saveAs(kExamListWords, location, [this](xml::Document& document, xml::Node root) {
+    saveAs(kExamListDocument, location, [this](xml::Document& document, xml::Node root) {
         writeFields(kExamListFields, root, *this);
         saveOwnPreferences(Prefs, document, root);
         for (const Ref<TitleFilename>& exam : *Exams)
@@ -61,13 +58,13 @@ bool ExamList::Save(const std::string& location) {
 }
 
 bool ExamList::Delete(const std::string& location) const {
-    deleteDocument(kExamListWords.kind, location);
+    deleteDocument(kExamListDocument.kind, location);
     return true;
 }
 
 Ref<KeyedCollection<TitleFilename>> ExamList::GetExamLists(const std::string& directory) const {
-    return listDocuments(kExamListWords.kind, directory,
-                         [](std::string_view fileName) { return fileName.ends_with("_kvql.xml"); });
+    return listDocuments(kExamListDocument.kind, directory,
+                         [](std::string_view fileName) { return fileName.ends_with(kExamListEnd); });
 }
 
 void ExamList::SetPreferences(const Ref<Preferences>& thePrefs) { Prefs = thePrefs; }

@@ -1,5 +1,6 @@
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_files.h>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/text/convert.h>
@@ -31,7 +32,7 @@ ExamRows serverRows(const std::string& location, const std::string& studentID, i
     std::string parameters = "&ExamType=" + std::to_string(examType);
     if (!studentID.empty())
         parameters += "&StudentID=" + studentID;
-    const std::string reply = requestListing("ExamInfo", location, parameters);
+    const std::string reply = requestListing(kExamInfoDocument.kind, location, parameters);
     auto rows = New<KeyedCollection<ExamInfo>>();
     std::string_view rest = reply;
     while (const auto fields = takeRow(rest, fieldCount)) {
@@ -55,7 +56,8 @@ ExamRows localRows(const std::string& location, const std::string& studentID, in
         auto row = New<ExamInfo>();
         bool loaded = false;
         // A stray document whose percentage is no number does not break the listing of the others.
-        ignoringErrors([&] { loaded = row->LoadValues(files.directory, fileName, "Exam"); });
+        ignoringErrors(
+            [&] { loaded = row->LoadValues(files.directory, fileName, std::string(kExamDocument.kind)); });
         if (loaded)
             rows->Add(row);
     }
@@ -72,7 +74,8 @@ ExamRows examRows(const std::string& location, const std::string& studentID, int
 
 Ref<KeyedCollection<TitleFilename>> Exam::GetExams(const std::string& location, int32_t examType) const {
     return listDocuments(
-        "Exam", location, [&](std::string_view fileName) { return isExamFile(fileName, examType); },
+        kExamDocument.kind, location,
+        [&](std::string_view fileName) { return isExamFile(fileName, examType); },
         "&ExamType=" + std::to_string(examType));
 }
 

@@ -1,7 +1,6 @@
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_files.h>
 #include <norvakavlor/curriculum/courses.h>
-#include <norvakavlor/platform/files.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/students/students.h>
@@ -27,7 +26,7 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
                            const std::string& examID, int16_t attemptNum, const std::string& courseID,
                            const std::string& sectionID) {
     std::string location = examID;
-    if (!IsURL(examID) && !platform::holdsSeparator(examID)) {
+    if (!IsURL(examID) && !holdsSeparator(examID)) {
         location = (folder_.empty() ? folderOf(rosterFile) : folder_) +
                    (ExamFileName.empty() ? examID : ExamFileName);
     }
@@ -36,7 +35,7 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
         // them.
         const std::string parameters =
             "&CourseID=" + courseID + "&SectionID=" + sectionID + "&AttemptNum=" + std::to_string(attemptNum);
-        const auto document = readDocument("ExamSummary", location, parameters);
+        const auto document = readDocument(kExamSummaryDocument.kind, location, parameters);
         if (document)
             addServerSummary(document->root(), questionPool, location);
         return document.has_value();
@@ -55,7 +54,7 @@ void Exam::AddAttempts(const Students& roster, QuestionPool* questionPool, const
                        int16_t attemptNum) {
     const std::string_view base(location.data(), location.size() - (location.ends_with(".xml") ? 4 : 0));
     for (const Ref<Student>& student : *roster.StudentMembers) {
-        if (platform::holdsSeparator(student->StudentID))
+        if (holdsSeparator(student->StudentID))
             continue;
         auto attempt = New<Exam>();
         bool loaded = false;

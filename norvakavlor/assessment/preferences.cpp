@@ -9,8 +9,6 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentNames kPreferencesWords = namesOf("Preferences");
-
 /// A switch that reads every spelling of a boolean, as a script would write it.
 struct Switch {
     std::string_view element;
@@ -55,7 +53,7 @@ constexpr auto kAccess = fields(                                             //
 } // namespace
 
 bool Preferences::Load(const std::string& location) {
-    return loadFrom(*this, kPreferencesWords.kind, location);
+    return loadFrom(*this, kPreferencesDocument.kind, location);
 }
 
 bool Preferences::LoadFromXMLNode(xml::Node prefNode) {
@@ -93,7 +91,7 @@ void Preferences::loadRandomQuestions(xml::Node node) {
 }
 
 bool Preferences::Save(const std::string& location) const {
-    saveAs(kPreferencesWords, location,
+    saveAs(kPreferencesDocument, location,
            [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
     return true;
 }

@@ -6,11 +6,7 @@
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
-namespace {
-
-constexpr DocumentNames kQuestionPoolWords = namesOf("QuestionPool");
-
-} // namespace
+namespace {} // namespace
 
 Ref<KeyedCollection<std::string>> QuestionPool::GetModules() const { return modules_.copy(); }
 
@@ -30,7 +26,7 @@ Ref<KeyedCollection<Question>> QuestionPool::GetQuestionsByModule(const std::str
 }
 
 bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, TaskPool* taskPool) {
-    return loadFrom(*this, kQuestionPoolWords.kind, fileName, objectives, taskPool);
+    return loadFrom(*this, kQuestionPoolDocument.kind, fileName, objectives, taskPool);
 }
 
 bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {
@@ -47,7 +43,7 @@ bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, T
 }
 
 bool QuestionPool::Save(const std::string& fileName) const {
-    saveAs(kQuestionPoolWords, fileName, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveAs(kQuestionPoolDocument, fileName, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     return true;
 }
 

@@ -1,21 +1,13 @@
 #include <norvakavlor/config/check_setup.h>
 
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/settings.h>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/store/location.h>
-#include <norvakavlor/text/error.h>
+#include <norvakavlor/store/login.h>
 
 namespace norvakavlor {
 namespace {
-
-/// The address is the setting as it stands: a query in it stays before the name. The answer itself is not
-/// looked at.
-bool serverAnswers(const std::string& location) {
-    return ignoringErrors(
-        [&] { platform::sendHttp({.url = EnsureTrailingSlash(location) + "LoginKey.asp"}); });
-}
 
 // The reports keep their spacing, the blank before the first one's full stop included, and end in a carriage
 // return alone.
@@ -23,7 +15,7 @@ std::string report(const std::string& name, const std::string& location) {
     if (location.empty())
         return {};
     if (IsURL(location)) {
-        if (serverAnswers(location))
+        if (answersLogin(location))
             return {};
         return "URL specified for registry entry '" + name + "' : ('" + location + "') is not responding .\r";
     }

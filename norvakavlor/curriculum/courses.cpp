@@ -18,8 +18,6 @@ constexpr auto kCourseFields = fields( //
     always("id", &Course::ID),         //
     always("className", &Course::Name));
 
-constexpr DocumentNames kCoursesWords = namesOf("Courses");
-
 /// The counter after a member of this ID was read: one more than the ID, which need not be a whole number,
 /// rounded to the nearest one. It is never lowered. Raises 13 and 6 as the conversions do.
 void raiseCounter(int32_t& counter, const std::string& id) {
@@ -101,7 +99,7 @@ void Course::SetTextBookID(const std::string& id) {
 }
 
 bool Courses::Load(const std::string& location, TextBooks* textBooks) {
-    return loadFrom(*this, kCoursesWords.kind, location, textBooks);
+    return loadFrom(*this, kCoursesDocument.kind, location, textBooks);
 }
 
 bool Courses::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
@@ -117,7 +115,7 @@ bool Courses::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Courses::Save(const std::string& location) const {
-    saveAs(kCoursesWords, location,
+    saveAs(kCoursesDocument, location,
            [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
     return true;
 }

@@ -16,8 +16,6 @@ constexpr auto kObjectiveFields = fields(          //
 
 constexpr auto kReferenceText = always("referenceText", &Reference::RefText);
 
-constexpr DocumentNames kObjectivesWords = namesOf("Objectives");
-
 void writeReference(const Reference& reference, xml::Node node) {
     if (!reference.TextBook)
         throw runtimeError(RuntimeError::ObjectNotSet);
@@ -81,7 +79,7 @@ void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const {
 }
 
 bool Objectives::Load(const std::string& location, TextBooks* textBooks) {
-    return loadFrom(*this, kObjectivesWords.kind, location, textBooks);
+    return loadFrom(*this, kObjectivesDocument.kind, location, textBooks);
 }
 
 bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
@@ -89,7 +87,7 @@ bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Objectives::Save(const std::string& location) const {
-    saveAs(kObjectivesWords, location,
+    saveAs(kObjectivesDocument, location,
            [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
     return true;
 }

@@ -7,7 +7,6 @@
 namespace norvakavlor {
 namespace {
 
-constexpr DocumentNames kTaskPoolWords = namesOf("TaskPool");
 constexpr const char* kTaskPoolSource = "TaskPool.LoadFromXMLNode";
 
 Error loadError(int code, const std::string& description) {
@@ -73,7 +72,7 @@ Ref<KeyedCollection<Task>> TaskPool::GetTasksByModule(const std::string& moduleN
 }
 
 bool TaskPool::Load(const std::string& location, Objectives* objectives) {
-    return loadFrom(*this, kTaskPoolWords.kind, location, objectives);
+    return loadFrom(*this, kTaskPoolDocument.kind, location, objectives);
 }
 
 bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
@@ -89,7 +88,7 @@ bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
 }
 
 bool TaskPool::Save(const std::string& location) const {
-    saveAs(kTaskPoolWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveAs(kTaskPoolDocument, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     return true;
 }
 

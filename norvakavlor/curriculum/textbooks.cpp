@@ -12,8 +12,6 @@ constexpr auto kTextbooksFields = fields( //
     always("title", &TextBook::Title),    //
     always("author", &TextBook::Author));
 
-constexpr DocumentNames kTextbooksWords = namesOf("TextBooks");
-
 } // namespace
 
 bool TextBook::LoadFromXMLNode(xml::Node node) { return readFields(kTextbooksFields, node, *this); }
@@ -33,12 +31,14 @@ const ClassInfo& TextBook::classInfo() {
     return info;
 }
 
-bool TextBooks::Load(const std::string& location) { return loadFrom(*this, kTextbooksWords.kind, location); }
+bool TextBooks::Load(const std::string& location) {
+    return loadFrom(*this, kTextBooksDocument.kind, location);
+}
 
 bool TextBooks::LoadFromXMLNode(xml::Node node) { return loadMembers(*textBooks, node); }
 
 bool TextBooks::Save(const std::string& location) const {
-    saveAs(kTextbooksWords, location,
+    saveAs(kTextBooksDocument, location,
            [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
     return true;
 }

@@ -1,7 +1,6 @@
 #include <norvakavlor/lessons/lesson.h>
 
 #include <norvakavlor/lessons/lesson_files.h>
-#include <norvakavlor/platform/files.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
@@ -155,8 +154,9 @@ Ref<KeyedCollection<TitleFilename>> Lesson::GetLessons(const std::string& direct
 Ref<KeyedCollection<Lesson>> Lesson::GetStudentLessons(const std::string& directory,
                                                        const std::string& studentID, const Value& completed,
                                                        TaskPool* taskPool) const {
-    const auto belongs = [&, suffix = "_kvl_" + studentID + ".xml"](std::string_view fileName) {
-        return !platform::holdsSeparator(fileName) &&
+    const auto belongs = [&, suffix = studentCopyName(std::string(kLessonMark).append(kDocumentEnd),
+                                                      studentID)](std::string_view fileName) {
+        return !holdsSeparator(fileName) &&
                isLessonFile(fileName, static_cast<int32_t>(LessonTypes::Student)) &&
                (studentID.empty() || fileName.ends_with(suffix));
     };

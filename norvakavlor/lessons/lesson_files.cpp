@@ -1,22 +1,29 @@
 #include <norvakavlor/lessons/lesson_files.h>
 
+#include <norvakavlor/store/document_names.h>
+#include <norvakavlor/text/text.h>
+
 namespace norvakavlor {
 
 bool isLessonFile(std::string_view fileName, int32_t lessonType) {
-    const bool authored = fileName.ends_with("_kvl.xml");
+    const bool authored = fileName.ends_with(std::string(kLessonMark).append(kDocumentEnd));
     const auto holds = [&](std::string_view part) { return fileName.find(part) != std::string_view::npos; };
     switch (static_cast<LessonTypes>(lessonType)) {
     case LessonTypes::All:
-        return holds("_kvl") && fileName.ends_with(".xml");
+        return holds(kLessonMark) && fileName.ends_with(kDocumentEnd);
     case LessonTypes::Raw:
         return authored;
     case LessonTypes::Student:
-        return holds("_kvl_") && !authored && fileName.ends_with(".xml");
+        return holds(std::string(kLessonMark) + "_") && !authored && fileName.ends_with(kDocumentEnd);
     }
     return false;
 }
 
-std::string lessonKind(int16_t objType) { return objType == kTextbookObjType ? "TextbookLesson" : "Lesson"; }
+bool isLessonMenuFile(std::string_view fileName) { return upperCase(fileName).ends_with(kLessonMenuEnd); }
+
+std::string lessonKind(int16_t objType) {
+    return std::string((objType == kTextbookObjType ? kTextbookLessonDocument : kLessonDocument).kind);
+}
 
 std::string studentCopyName(std::string_view fileName, std::string_view studentID) {
     // Where ".xml" should stand there may be anything, letters of several bytes among it.

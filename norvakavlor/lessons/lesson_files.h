@@ -29,6 +29,9 @@ inline constexpr int16_t kTextbookObjType = 2;
 /// Does a file name belong to a type of lesson? A type that is none of LessonTypes selects nothing.
 bool isLessonFile(std::string_view fileName, int32_t lessonType);
 
+/// Menus end in "_LM.xml", in any letter case.
+bool isLessonMenuFile(std::string_view fileName);
+
 /// The server's object kind of a lesson: "TextbookLesson" or "Lesson".
 std::string lessonKind(int16_t objType);
 

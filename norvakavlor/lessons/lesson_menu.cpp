@@ -3,7 +3,6 @@
 #include <norvakavlor/lessons/lesson_files.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
-#include <norvakavlor/text/text.h>
 
 namespace norvakavlor {
 namespace {
@@ -13,18 +12,18 @@ constexpr auto kLessonMenuFields = fields(always("title", &LessonMenu::Title));
 } // namespace
 
 std::string LessonMenu::kind() const {
-    return LessonMenuObjType == kTextbookObjType ? "TextbookLessonMenu" : "LessonMenu";
+    return std::string(
+        (LessonMenuObjType == kTextbookObjType ? kTextbookLessonMenuDocument : kLessonMenuDocument).kind);
 }
 
 Ref<KeyedCollection<TitleFilename>> LessonMenu::GetLessonMenus(const std::string& directory) const {
-    return listDocuments(kind(), directory,
-                         [](std::string_view fileName) { return upperCase(fileName).ends_with("_LM.XML"); });
+    return listDocuments(kind(), directory, isLessonMenuFile);
 }
 
 bool LessonMenu::Load(const std::string& filename, const std::optional<std::string>& directoryList,
                       TaskPool* taskPool, const std::string& studentID, const std::string& saveDir) {
     // A load names both: every menu is a "LessonMenu", and its type follows; a save has the first alone.
-    const auto document = readDocument("LessonMenu&Type=" + kind(), filename);
+    const auto document = readDocument(std::string(kLessonMenuDocument.kind) + "&Type=" + kind(), filename);
     if (!document)
         return false;
     const xml::Node root = document->root();
@@ -41,7 +40,7 @@ bool LessonMenu::Load(const std::string& filename, const std::optional<std::stri
 }
 
 bool LessonMenu::Save(const std::string& filename) const {
-    saveAs(namesOf("LessonMenu"), filename, [this](xml::Document&, xml::Node root) {
+    saveAs(kLessonMenuDocument, filename, [this](xml::Document&, xml::Node root) {
         writeFields(kLessonMenuFields, root, *this);
         const xml::Node tutorialList = root.append("tutorialList");
         for (const Ref<Tutorial>& tutorial : *Tutorials)

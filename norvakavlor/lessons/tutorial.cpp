@@ -1,7 +1,6 @@
 #include <norvakavlor/lessons/tutorial.h>
 
 #include <norvakavlor/lessons/lesson_files.h>
-#include <norvakavlor/platform/files.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/text/text.h>
@@ -74,7 +73,7 @@ Ref<Lesson> Tutorial::loadLesson(const std::string& location, TaskPool* taskPool
 /// The lesson from the first directory that has its file; null when none has, or when it does not load.
 Ref<Lesson> Tutorial::loadFirst(const std::string& fileName, const std::string& directoryList,
                                 TaskPool* taskPool) {
-    if (platform::holdsSeparator(fileName))
+    if (holdsSeparator(fileName))
         return nullptr;
     for (const std::string& piece : splitDirectories(directoryList)) {
         const std::string directory = EnsureTrailingSlash(piece);

@@ -64,8 +64,4 @@ std::optional<std::string> firstLine(const std::string& path) {
     return asUtf8(line);
 }
 
-bool holdsSeparator(std::string_view name) {
-    return name.find_first_of(kSeparators) != std::string_view::npos;
-}
-
 } // namespace norvakavlor::platform

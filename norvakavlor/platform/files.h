@@ -54,7 +54,4 @@ std::string extensionName(std::string_view path);
 /// Nothing when the file cannot be read.
 std::optional<std::string> firstLine(const std::string& path);
 
-/// Does a name that stands inside a document leave its folder, that is, hold "/" or "\"?
-bool holdsSeparator(std::string_view name);
-
 } // namespace norvakavlor::platform

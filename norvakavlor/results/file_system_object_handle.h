@@ -1,7 +1,7 @@
 #pragma once
 
-#include <norvakavlor/platform/file_system_object.h>
 #include <norvakavlor/runtime/class_info.h>
+#include <norvakavlor/runtime/file_system_object.h>
 
 namespace norvakavlor {
 
@@ -11,7 +11,7 @@ class [[gnu::visibility("default")]] FileSystemObjectHandle;
 class FileSystemObjectHandle final : public Object {
 public:
     /// The platform's own object on Windows; elsewhere one with the members that this library's clients use.
-    Ref<Object> fsoHandle = platform::newFileSystemObject();
+    Ref<Object> fsoHandle = newFileSystemObject();
 
     static const ClassInfo& classInfo();
 };

@@ -1,7 +1,7 @@
 #include <norvakavlor/results/gradium_exam.h>
 
 #include <norvakavlor/assessment/question_pool.h>
-#include <norvakavlor/results/gradebook.h>
+#include <norvakavlor/store/gradebook.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
@@ -15,8 +15,8 @@ const Ref<Exam>& GradiumExam::theExam() {
 void GradiumExam::SetTheExam(const Ref<Exam>& exam) { exam_ = exam; }
 
 bool GradiumExam::Load(const std::string& filename, QuestionPool* thePool, const std::string& iniLocation) {
-    return load(filename, iniLocation,
-                [&](xml::Node course) { return LoadFromXMLNode(course, thePool, filename); });
+    const auto document = fetch(filename, iniLocation);
+    return document && LoadFromXMLNode(courseOf(*document), thePool, filename);
 }
 
 bool GradiumExam::LoadFromXMLNode(xml::Node gradiumExamNode, QuestionPool* thePool, const std::string& url) {
@@ -26,9 +26,11 @@ bool GradiumExam::LoadFromXMLNode(xml::Node gradiumExamNode, QuestionPool* thePo
 }
 
 bool GradiumExam::Save(const std::string& filename, bool suppressServerErrorMsg) {
-    return save(
-        filename, suppressServerErrorMsg, [this](xml::Node course) { SaveToXMLNode(course); },
-        [this] { return buildSubmitBody(); });
+    if (filename.empty())
+        return submit(buildSubmitBody(), suppressServerErrorMsg);
+    xml::Document document;
+    SaveToXMLNode(newCourse(document));
+    return storeRecord(filename, document);
 }
 
 bool GradiumExam::SaveToXMLNode(xml::Node gradiumExamNode) {

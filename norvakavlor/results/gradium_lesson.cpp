@@ -1,6 +1,6 @@
 #include <norvakavlor/results/gradium_lesson.h>
 
-#include <norvakavlor/results/gradebook.h>
+#include <norvakavlor/store/gradebook.h>
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
@@ -14,8 +14,8 @@ const Ref<Lesson>& GradiumLesson::theLesson() {
 void GradiumLesson::SetTheLesson(const Ref<Lesson>& lesson) { lesson_ = lesson; }
 
 bool GradiumLesson::Load(const std::string& filename, TaskPool* taskPool, const std::string& iniLocation) {
-    return load(filename, iniLocation,
-                [&](xml::Node course) { return LoadFromXMLNode(course, taskPool, filename); });
+    const auto document = fetch(filename, iniLocation);
+    return document && LoadFromXMLNode(courseOf(*document), taskPool, filename);
 }
 
 bool GradiumLesson::LoadFromXMLNode(xml::Node gradiumLessonNode, TaskPool* taskPool, const std::string& url) {
@@ -25,9 +25,11 @@ bool GradiumLesson::LoadFromXMLNode(xml::Node gradiumLessonNode, TaskPool* taskP
 }
 
 bool GradiumLesson::Save(const std::string& filename, bool suppressServerErrorMsg) {
-    return save(
-        filename, suppressServerErrorMsg, [this](xml::Node course) { SaveToXMLNode(course); },
-        [this] { return buildSubmitBody(); });
+    if (filename.empty())
+        return submit(buildSubmitBody(), suppressServerErrorMsg);
+    xml::Document document;
+    SaveToXMLNode(newCourse(document));
+    return storeRecord(filename, document);
 }
 
 bool GradiumLesson::SaveToXMLNode(xml::Node gradiumLessonNode) {

@@ -1,9 +1,9 @@
 #include <norvakavlor/results/gradium_live_ex.h>
 
-#include <norvakavlor/platform/clock.h>
-#include <norvakavlor/platform/message_box.h>
-#include <norvakavlor/results/gradebook.h>
+#include <norvakavlor/runtime/clock.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/store/gradebook.h>
+#include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/node_object.h>
@@ -33,8 +33,7 @@ std::string twoFigures(int number) { return (number < 10 ? "0" : "") + std::to_s
 
 /// "March 14, 2004"
 std::string testDate(const CivilTime& time) {
-    return platform::monthName(time.month) + " " + std::to_string(time.day) + ", " +
-           std::to_string(time.year);
+    return monthName(time.month) + " " + std::to_string(time.day) + ", " + std::to_string(time.year);
 }
 
 /// "02:05:09PM"; midnight is "12:00:00AM".
@@ -94,27 +93,27 @@ bool GradiumLiveEx::submit() const {
             return true;
         // No clock runs here: the user's answer to this box is the pause. It is shown after the last try,
         // too.
-        platform::showMessage("Sending results to Gradium failed.  I'll try again in 10 seconds.\r\n\r\n"
-                              "Please do not close the application during this time.",
-                              kTitle);
+        showRefusal("Sending results to Gradium failed.  I'll try again in 10 seconds.\r\n\r\n"
+                    "Please do not close the application during this time.",
+                    kTitle);
     }
-    platform::showMessage("Sending results to Gradium failed.  Please alert your instructor", kTitle);
+    showRefusal("Sending results to Gradium failed.  Please alert your instructor", kTitle);
     return false;
 }
 
 bool GradiumLiveEx::trySubmit(const std::string& host, const std::string& body) const {
-    std::string reply;
-    const bool replied = ignoringErrors([&] { reply = postToGradebook(host, body); });
-    if (replied && gradebookAccepted(reply))
+    const Submission submission = submitToGradebook(host, body);
+    if (submission.isAccepted)
         return true;
-    const std::string lead = replied ? "Gradium server response:" : "Gradium server returned error:";
-    platform::showMessage(lead + "\r\n\r\n" + reply, kErrorTitle);
+    const std::string lead =
+        submission.hasReply ? "Gradium server response:" : "Gradium server returned error:";
+    showRefusal(lead + "\r\n\r\n" + submission.reply, kErrorTitle);
     return false;
 }
 
 /// The gradebook takes the leading "&" and unescaped values, and relies on both.
 std::string GradiumLiveEx::buildSubmitBody() const {
-    const CivilTime time = civilTime(parseDate(CompletionDate).value_or(platform::now()));
+    const CivilTime time = civilTime(parseDate(CompletionDate).value_or(now()));
     return "&student_id=" + StudentID + "&exercise_id=" + ExamID + "&assignment_id=" + assignmentID +
            // The gradebook finds the course by the assignment.
            "&course_id=" + assignmentID + "&testDate=" + testDate(time) + "&testTime=" + testTime(time) +

@@ -1,8 +1,8 @@
 #include <norvakavlor/results/gradium_record.h>
 
-#include <norvakavlor/platform/message_box.h>
-#include <norvakavlor/results/gradebook.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/store/gradebook.h>
+#include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/text/error.h>
 
 namespace norvakavlor {
@@ -30,14 +30,17 @@ constexpr std::string_view kInstructor = "INSTRUCTOR";
 
 } // namespace
 
-bool GradiumRecord::load(const std::string& location, const std::string& iniLocation,
-                         const std::function<bool(xml::Node course)>& read) {
+std::optional<xml::Document> GradiumRecord::fetch(const std::string& location,
+                                                  const std::string& iniLocation) {
     accessKey_ = gradebookAccessKey(iniLocation);
-    const auto document = readLaunchDocument(location, accessKey_);
-    if (!document)
-        return false;
-    theXML = document->toText();
-    return read(document->node().selectSingleNode("/ORBEX_INPUTS/COURSE_LIST/COURSE"));
+    auto document = readLaunchDocument(location, accessKey_);
+    if (document)
+        theXML = document->toText();
+    return document;
+}
+
+xml::Node GradiumRecord::courseOf(const xml::Document& document) {
+    return document.node().selectSingleNode("/ORBEX_INPUTS/COURSE_LIST/COURSE");
 }
 
 void GradiumRecord::readCourse(xml::Node course) {
@@ -53,26 +56,20 @@ void GradiumRecord::writeCourse(xml::Node course) const {
     writeFields(kInstructorFields, course.append(kInstructor), *this);
 }
 
-bool GradiumRecord::save(const std::string& location, bool suppressMessage,
-                         const std::function<void(xml::Node course)>& write,
-                         const std::function<std::string()>& submissionBody) {
-    xml::Document document;
-    write(document.createRoot(kLaunchRoot).append("COURSE_LIST").append("COURSE"));
-    return location.empty() ? submit(submissionBody, suppressMessage) : storeRecord(location, document);
+xml::Node GradiumRecord::newCourse(xml::Document& document) {
+    return document.createRoot(kLaunchRoot).append("COURSE_LIST").append("COURSE");
 }
 
-bool GradiumRecord::submit(const std::function<std::string()>& body, bool suppressMessage) {
-    std::string reply;
-    if (!ignoringErrors([&] { reply = postToGradebook(SubmitHost, body()); }))
-        return false;
-    if (gradebookAccepted(reply))
-        return true;
+bool GradiumRecord::submit(const std::string& body, bool suppressMessage) {
+    const Submission submission = submitToGradebook(SubmitHost, body);
+    if (submission.isAccepted || !submission.hasReply)
+        return submission.isAccepted;
     if (suppressMessage) {
-        ServerErrorStr = reply;
+        ServerErrorStr = submission.reply;
     } else {
         // The two lines are parted by a carriage return alone.
-        platform::showMessage("Save to Gradium Server failed - SubmitHost = '" + SubmitHost +
-                              "'\rGradium Server Response - '" + reply + "'");
+        showRefusal("Save to Gradium Server failed - SubmitHost = '" + SubmitHost +
+                    "'\rGradium Server Response - '" + submission.reply + "'");
     }
     return false;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/xml/document.h>
+#include <optional>
 #include <string>
 
 namespace norvakavlor {
@@ -29,30 +29,29 @@ public:
     std::string ServerErrorStr; ///< the gradebook's reply to the last refused submission without a message
 
 protected:
-    /// Fetches a launch document or reads a record, chooses the access key, and hands the COURSE element to
-    /// `read`. An absent COURSE is a null node. False, with only the key chosen, when nothing parses.
-    bool load(const std::string& location, const std::string& iniLocation,
-              const std::function<bool(xml::Node course)>& read);
+    /// Chooses the access key, then fetches a launch document or reads a record, and keeps its text. Nothing,
+    /// with only the key chosen, when nothing parses.
+    std::optional<xml::Document> fetch(const std::string& location, const std::string& iniLocation);
+    /// The COURSE element of such a document; a null node when it has none.
+    static xml::Node courseOf(const xml::Document& document);
 
     /// Reads the fields of a COURSE element; what it lacks stays as it is.
     void readCourse(xml::Node course);
     /// Writes them, also the empty ones.
     void writeCourse(xml::Node course) const;
 
-    /// Stores a record whose COURSE element `write` fills. With an empty location the results are posted to
-    /// SubmitHost instead, once: a refusal is shown, or kept in ServerErrorStr when `suppressMessage` is set,
-    /// and gives False; a failing connection gives False in silence. A submission that failed has changed
-    /// nothing else, so that it can be made again.
-    bool save(const std::string& location, bool suppressMessage,
-              const std::function<void(xml::Node course)>& write,
-              const std::function<std::string()>& submissionBody);
+    /// Makes the document of a record and gives its COURSE element, still empty.
+    static xml::Node newCourse(xml::Document& document);
+
+    /// Posts the results to SubmitHost, once: a refusal is shown, or kept in ServerErrorStr when
+    /// `suppressMessage` is set, and gives False; a failing connection gives False in silence. A submission
+    /// that failed has changed nothing else, so that it can be made again.
+    bool submit(const std::string& body, bool suppressMessage);
 
     /// The key that was chosen by the last load; it goes with every submission and stands nowhere else.
     const std::string& accessKey() const { return accessKey_; }
 
 private:
-    bool submit(const std::function<std::string()>& body, bool suppressMessage);
-
     std::string accessKey_;
 };
 

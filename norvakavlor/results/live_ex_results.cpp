@@ -1,10 +1,9 @@
 #include <norvakavlor/results/live_ex_results.h>
 
 #include <norvakavlor/config/registry.h>
-#include <norvakavlor/platform/files.h>
-#include <norvakavlor/results/gradebook.h>
 #include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/fields.h>
+#include <norvakavlor/store/gradebook.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/stale_copy.h>
 #include <norvakavlor/text/convert.h>
@@ -15,8 +14,6 @@
 
 namespace norvakavlor {
 namespace {
-
-constexpr DocumentNames kLiveExResultsWords = namesOf("LiveExResults");
 
 constexpr auto kLiveExResultsFields = fields(                    //
     attribute("ID", &LiveExResults::ExamID),                     //
@@ -55,7 +52,7 @@ bool LiveExResults::Load(const std::string& filename) {
     // Not there while the record is read: when that raises, this is no whole record, and no save of it may
     // delete one.
     std::string former = std::exchange(origFilename, {});
-    const bool loaded = loadFrom(*this, kLiveExResultsWords.kind, from, from);
+    const bool loaded = loadFrom(*this, kLiveExResultsDocument.kind, from, from);
     origFilename = std::move(loaded ? from : former);
     return loaded;
 }
@@ -74,20 +71,16 @@ bool LiveExResults::LoadFromXMLNode(xml::Node examNode, const std::string& filen
 bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
     const Ref<GradiumLiveEx> launch = GetGradiumLiveEx();
     xml::Document document;
-    const xml::Node root = document.createRoot(kLiveExResultsWords.root);
+    const xml::Node root = document.createRoot(kLiveExResultsDocument.root);
     // The result of a launched exercise is with the gradebook once that accepted it, and its record is empty.
     // Until then the record keeps its scores, so that loading it later can submit again.
     if (!launch || !submitTo(*launch))
         SaveToXMLNode(root);
 
-    if (IsURL(filename)) {
-        // Spelled so: support staff search for it.
-        constexpr std::string_view kLead = "Gradium server repored an error: ";
-        if (!sendDocument(endpointURL(kSaveEndpoint, kLiveExResultsWords.kind, filename), document, kLead))
-            return false;
-    } else {
-        writeLocalDocument(filename, document);
-    }
+    // Spelled so: support staff search for it.
+    constexpr std::string_view kLead = "Gradium server repored an error: ";
+    if (!writeDocument(kLiveExResultsDocument.kind, filename, document, kLead))
+        return false;
     if (origFilename.empty())
         origFilename = filename;
     if (deleteOldIfChanged && leavesStaleCopy(origFilename, filename)) {
@@ -117,7 +110,7 @@ bool LiveExResults::SaveToXMLNode(xml::Node resultsNode) const {
 }
 
 bool LiveExResults::Delete(const std::string& filename) const {
-    deleteDocument(kLiveExResultsWords.kind, filename);
+    deleteDocument(kLiveExResultsDocument.kind, filename);
     return true;
 }
 
@@ -128,7 +121,7 @@ std::string LiveExResults::pendingLaunchFile() const {
     registry->SubKey = "Software\\Norvalis\\Kavlor\\Lumio";
     registry->Value = "resultsDir";
     registry->ReadValue();
-    if (registry->Data.empty() || platform::holdsSeparator(ExamID))
+    if (registry->Data.empty() || holdsSeparator(ExamID))
         return {};
     return registry->Data + "/GradiumLiveEx_" + ExamID + ".xml";
 }

@@ -1,26 +1,22 @@
 #include <norvakavlor/results/security.h>
 
 #include <norvakavlor/crypto/encryption.h>
-#include <norvakavlor/platform/http.h>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/login.h>
 #include <norvakavlor/store/login_globals.h>
 
 namespace norvakavlor {
 
 bool Security::Login(const std::string& serverPath) const {
-    constexpr int kOk = 200;
     if (!IsURL(serverPath))
         return true;
-    const std::string base = URLBase(serverPath);
-    const platform::HttpReply key = platform::sendHttp({.url = base + "LoginKey.asp"});
-    if (key.status != kOk)
+    const auto key = requestLoginKey(serverPath);
+    if (!key)
         return false;
-    // The reply is the key as it stands, a line break at its end included. The string is stored before it is
-    // proven and stays when the proof fails.
-    SetValidationString("LoginKey=" + key.text + "&LoginValue=" + EncryptPassword(key.text));
-    const platform::HttpReply answer = platform::sendHttp({.url = base + "Login.asp?" + ValidationString()});
-    return answer.status == kOk && answer.text == "Validated";
+    // The string is stored before it is proven and stays when the proof fails.
+    SetValidationString("LoginKey=" + *key + "&LoginValue=" + EncryptPassword(*key));
+    return presentValidationString(serverPath);
 }
 
 std::string Security::ValidationString() const { return LoginGlobals::GetValidationString(); }

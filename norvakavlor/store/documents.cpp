@@ -6,29 +6,14 @@
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/xml_parser.h>
 #include <norvakavlor/store/document_names.h>
+#include <norvakavlor/store/endpoint_request.h>
 #include <norvakavlor/store/location.h>
-#include <norvakavlor/store/login_globals.h>
 #include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/xml/decode.h>
 #include <utility>
 
 namespace norvakavlor {
 namespace {
-
-/// The part of a url that every load, save and delete shares.
-std::string requestURL(std::string_view endpoint, std::string_view kind, std::string_view location,
-                       std::string_view fileName, std::string_view parameters) {
-    std::string url = URLBase(location);
-    url.append(endpoint)
-        .append("?ObjName=")
-        .append(kind)
-        .append("&FileName=")
-        .append(fileName)
-        .append(parameters);
-    AppendQuery(url, URLExtraQuery(location));
-    AppendQuery(url, LoginGlobals::GetValidationString());
-    return url;
-}
 
 /// Reading treats whatever keeps a document away alike: it is not there.
 template <class Read> std::optional<xml::Document> unlessUnreachable(Read read) {
@@ -41,8 +26,9 @@ template <class Read> std::optional<xml::Document> unlessUnreachable(Read read) 
     }
 }
 
-std::optional<xml::Document> fetchDocument(std::string_view kind, const std::string& url) {
-    return unlessUnreachable([&] { return parseReply(askServer(url), namesOf(kind).root); });
+std::optional<xml::Document> fetchDocument(const EndpointRequest& request) {
+    return unlessUnreachable(
+        [&] { return parseReply(askServer(request.url()), namesOf(request.kind).root); });
 }
 
 /// Does a status leave open whether the document is there?
@@ -54,7 +40,8 @@ bool leavesOpen(int status) {
 Presence lookOnServer(std::string_view kind, const std::string& location) {
     Presence presence = Presence::Unknown;
     ignoringErrors([&] {
-        const platform::HttpReply reply = askServer(endpointURL(kLoadEndpoint, kind, location));
+        const platform::HttpReply reply =
+            askServer(EndpointRequest::forDocument(kLoadEndpoint, kind, location).url());
         if (parseReply(reply, namesOf(kind).root)) {
             presence = Presence::Document;
         } else if (!leavesOpen(reply.status)) {
@@ -74,11 +61,6 @@ Presence lookOnDisk(const std::string& path) {
 
 } // namespace
 
-std::string endpointURL(std::string_view endpoint, std::string_view kind, std::string_view location,
-                        std::string_view parameters) {
-    return requestURL(endpoint, kind, location, URLFileName(location), parameters);
-}
-
 platform::HttpReply askServer(const std::string& url) { return platform::sendHttp({.url = url}); }
 
 bool sendDocument(const std::string& url, const xml::Document& document, std::string_view lead) {
@@ -94,31 +76,36 @@ std::optional<xml::Document> readDocument(std::string_view kind, const std::stri
                                           std::string_view parameters) {
     if (!IsURL(location))
         return readLocalDocument(location);
-    return fetchDocument(kind, endpointURL(kLoadEndpoint, kind, location, parameters));
+    return fetchDocument(
+        EndpointRequest::forDocument(kLoadEndpoint, kind, location, std::string(parameters)));
 }
 
 std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::string& directory,
                                             const std::string& fileName) {
     if (!IsURL(directory))
         return readLocalDocument(directory + fileName);
-    return fetchDocument(kind, requestURL(kLoadEndpoint, kind, directory, fileName, {}));
+    return fetchDocument(
+        {.endpoint = kLoadEndpoint, .kind = kind, .location = directory, .fileName = fileName});
 }
 
-bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document) {
+bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document,
+                   std::string_view lead) {
     if (!IsURL(location)) {
         writeLocalDocument(location, document);
         return true;
     }
-    return sendDocument(endpointURL(kSaveEndpoint, kind, location), document);
+    return sendDocument(EndpointRequest::forDocument(kSaveEndpoint, kind, location).url(), document, lead);
 }
 
 void deleteDocument(std::string_view kind, const std::string& location) {
     if (IsURL(location)) {
-        askServer(endpointURL(kDeleteEndpoint, kind, location));
+        askServer(EndpointRequest::forDocument(kDeleteEndpoint, kind, location).url());
     } else {
         platform::deleteFile(location);
     }
 }
+
+bool serverDeletes(const EndpointRequest& request) { return serverTook(askServer(request.url())); }
 
 std::optional<xml::Document> readLocalDocument(const std::string& path) {
     return unlessUnreachable([&] { return parseLocalDocument(path); });
@@ -145,10 +132,13 @@ void setDocumentAside(const std::string& path) {
 }
 
 std::string requestListing(std::string_view kind, std::string_view location, std::string_view parameters) {
-    std::string url = URLBase(location).append(kListEndpoint).append("?ObjName=");
-    // The "&" is there also when the validation string is empty: servers split the query at it.
-    url.append(kind).append(parameters).append("&").append(LoginGlobals::GetValidationString());
-    return askServer(url).text;
+    const EndpointRequest request{.endpoint = kListEndpoint,
+                                  .kind = kind,
+                                  .location = location,
+                                  .parameters = std::string(parameters),
+                                  .hasExtraQuery = false,
+                                  .alwaysEndsInValidation = true};
+    return askServer(request.url()).text;
 }
 
 std::optional<std::string> takeField(std::string_view& listing) {

@@ -16,18 +16,7 @@ namespace norvakavlor {
 namespace platform {
 struct HttpReply;
 }
-
-/// The server's four endpoints.
-inline constexpr std::string_view kLoadEndpoint = "LoadKavlorObject.asp";
-inline constexpr std::string_view kSaveEndpoint = "SaveKavlorObject.asp";
-inline constexpr std::string_view kDeleteEndpoint = "DeleteKavlorObject.asp";
-inline constexpr std::string_view kListEndpoint = "GetTitleFileNames.asp";
-
-/// The url of an endpoint for a document: object kind, file name,
-/// `parameters` as they stand ("&CourseID=3"), the location's extra query, the validation string. No value is
-/// escaped here.
-std::string endpointURL(std::string_view endpoint, std::string_view kind, std::string_view location,
-                        std::string_view parameters = {});
+struct EndpointRequest;
 
 /// The whole reply to a request without a body, for who must know what kind of answer it is. Raises when none
 /// came.
@@ -48,11 +37,16 @@ std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::st
 
 /// Stores a document. False when it is not proven that the server stored it, as sendDocument. Raises when a
 /// local file cannot be written (70, 76, 61, 57), 57 for more than a load would read, and when no reply came.
-bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document);
+bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document,
+                   std::string_view lead = {});
 
 /// Deletes a document; the server's answer is ignored. Raises 53 for a missing local file and for local names
 /// with "*" or "?", 70 for a read-only file.
 void deleteDocument(std::string_view kind, const std::string& location);
+
+/// Asks a server to delete something. False when it is not proven that it did: the user was shown then why.
+/// Raises when no reply came.
+bool serverDeletes(const EndpointRequest& request);
 
 /// A document of the local disk, whatever the path looks like; nothing when it is missing or does not parse.
 std::optional<xml::Document> readLocalDocument(const std::string& path);

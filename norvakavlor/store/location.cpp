@@ -71,6 +71,8 @@ std::string folderOf(const std::string& location) {
     return separator == std::string::npos ? std::string() : location.substr(0, separator + 1);
 }
 
+bool holdsSeparator(std::string_view name) { return name.find_first_of("/\\") != std::string_view::npos; }
+
 std::vector<std::string> splitDirectories(std::string_view list) {
     std::vector<std::string> directories;
     for (size_t start = 0; start <= list.size();) {

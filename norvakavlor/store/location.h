@@ -33,6 +33,9 @@ std::string withSeparator(std::string_view directory);
 /// A location up to and including its last separator; "" when it has none.
 std::string folderOf(const std::string& location);
 
+/// Does a name that stands inside a document leave its folder, that is, hold "/" or "\"?
+bool holdsSeparator(std::string_view name);
+
 /// The directories of a list, separated by ";". An empty list is one empty piece.
 std::vector<std::string> splitDirectories(std::string_view list);
 

@@ -7,6 +7,8 @@
 
 namespace norvakavlor {
 
+void showRefusal(const std::string& text, const std::string& title) { platform::showMessage(text, title); }
+
 bool serverTook(const platform::HttpReply& reply, std::string_view lead) {
     const bool isSuccess = reply.ownStatus / 100 == 2;
     if (isSuccess && reply.text.empty())
@@ -14,7 +16,7 @@ bool serverTook(const platform::HttpReply& reply, std::string_view lead) {
     const std::string text =
         reply.text.empty() ? "The server did not take the document (" + std::to_string(reply.ownStatus) + ")."
                            : reply.text;
-    platform::showMessage(std::string(lead) + text);
+    showRefusal(std::string(lead) + text);
     return false;
 }
 

@@ -3,10 +3,14 @@
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
+#include <string>
 #include <string_view>
 
 /// What a server's reply says.
 namespace norvakavlor {
+
+/// Shows the user what a server or the gradebook said instead of doing what it was asked for.
+void showRefusal(const std::string& text, const std::string& title = {});
 
 /// Did the server do what a save or a deletion asked for? That is proven by a 2xx status of this very request
 /// and an empty body, and by nothing else. False otherwise; the user is then shown `lead` and the reply's

@@ -1,10 +1,10 @@
 #include <norvakavlor/students/students.h>
 
 #include <norvakavlor/curriculum/courses.h>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/endpoint_request.h>
 #include <norvakavlor/store/location.h>
-#include <norvakavlor/store/login_globals.h>
-#include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/students/student_order.h>
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
@@ -13,9 +13,6 @@
 
 namespace norvakavlor {
 namespace {
-
-constexpr std::string_view kStudentsKind = "Students";
-constexpr std::string_view kRoot = "students";
 
 std::string parameterUnlessEmpty(const char* name, const std::string& value) {
     return value.empty() ? std::string() : "&" + std::string(name) + "=" + value;
@@ -36,22 +33,19 @@ bool Students::LoadWithFilter(const std::string& filename, Courses* courses, con
                               const std::string& sectionID, const std::string& studentID) {
     // The roster alone among the collections empties itself first, also when nothing can be loaded.
     clear();
-    const auto document = readDocument(kStudentsKind, filename,
+    const auto document = readDocument(kStudentsDocument.kind, filename,
                                        parameterUnlessEmpty("CourseID", courseID) +
                                            parameterUnlessEmpty("SectionID", sectionID) +
                                            parameterUnlessEmpty("StudentID", studentID));
     return document && parseRosterDocument(document->root(), courses);
 }
 
-bool Students::isRoster(const std::optional<xml::Document>& document) {
-    return document && document->root().name() == kRoot;
-}
-
 /// As Load, but for who stores the roster then: another document in its place would be lost.
 bool Students::loadForChange(const std::string& filename, Courses* courses) {
     clear();
-    const auto document = readDocument(kStudentsKind, filename);
-    return isRoster(document) && parseRosterDocument(document->root(), courses);
+    const auto document = readDocument(kStudentsDocument.kind, filename);
+    return document && document->root().name() == kStudentsDocument.root &&
+           parseRosterDocument(document->root(), courses);
 }
 
 bool Students::parseRosterDocument(xml::Node root, Courses* courses) {
@@ -78,13 +72,13 @@ void Students::addToIndex(const Student& student) {
 }
 
 bool Students::Save(const std::string& filename, Courses* courses) const {
-    writeDocument(kStudentsKind, filename, rosterDocument(courses));
+    writeDocument(kStudentsDocument.kind, filename, rosterDocument(courses));
     return true;
 }
 
 xml::Document Students::rosterDocument(Courses* courses) const {
     xml::Document document;
-    const xml::Node root = document.createRoot(kRoot);
+    const xml::Node root = document.createRoot(kStudentsDocument.root);
     root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
     SaveToXMLNode(root, courses);
     return document;
@@ -137,12 +131,11 @@ bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& th
         remove();
         return Save(filename, courses);
     }
-    // The kind is in the singular here: the roster's document stays, one student of it goes. No extra query.
-    std::string url = URLBase(filename).append(kDeleteEndpoint) +
-                      "?ObjName=Student&FileName=" + URLFileName(filename) +
-                      parameterUnlessEmpty("StudentID", student->StudentID);
-    AppendQuery(url, LoginGlobals::GetValidationString());
-    if (!serverTook(askServer(url)))
+    // The kind is in the singular here: the roster's document stays, one student of it goes.
+    auto request = EndpointRequest::forDocument(kDeleteEndpoint, kStudentKind, filename,
+                                                parameterUnlessEmpty("StudentID", student->StudentID));
+    request.hasExtraQuery = false;
+    if (!serverDeletes(request))
         return false;
     remove();
     return true;

@@ -91,14 +91,9 @@ public:
 
 private:
     void clear();
-    static bool isRoster(const std::optional<xml::Document>& document);
     bool loadForChange(const std::string& filename, Courses* courses);
     bool parseRosterDocument(xml::Node root, Courses* courses);
     xml::Document rosterDocument(Courses* courses) const;
-    bool insertLocally(const std::string& filename, const Ref<Student>& student, Courses* courses);
-    bool insertOnServer(const std::string& filename, const Ref<Student>& student, Courses* courses);
-    bool loadFromServer(const std::string& filename, Courses* courses);
-    bool lockRosterFile(const std::string& filename, Courses* courses) const;
     std::string insert(const Ref<Student>& student);
     void addToIndex(const Student& student);
     std::string nextStudentID();

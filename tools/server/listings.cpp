@@ -49,16 +49,15 @@ Selection selectionFor(const RequestTarget& target) {
     const std::string kind = target.value("ObjName");
     if (kind.empty())
         throw runtimeError(RuntimeError::InvalidProcedureCall, "The request names no kind of document.");
-    if (kind == "Exam" || kind == "ExamInfo")
+    if (kind == kExamDocument.kind || kind == kExamInfoDocument.kind)
         return {examTest(target), {}};
-    if (kind == "ExamList")
-        return {endsIn("_kvql.xml"), {}};
-    if (kind == "Lesson" || kind == "TextbookLesson")
+    if (kind == kExamListDocument.kind)
+        return {endsIn(kExamListEnd), {}};
+    if (kind == kLessonDocument.kind || kind == kTextbookLessonDocument.kind)
         return {lessonTest(target), {}};
-    if (kind == "LessonMenu" || kind == "TextbookLessonMenu") {
-        return {[](std::string_view fileName) { return upperCase(fileName).ends_with("_LM.XML"); }, {}};
-    }
-    return {endsIn(".xml"), namesOf(kind).root};
+    if (kind == kLessonMenuDocument.kind || kind == kTextbookLessonMenuDocument.kind)
+        return {isLessonMenuFile, {}};
+    return {endsIn(kDocumentEnd), namesOf(kind).root};
 }
 
 /// A field of a listing: nothing in it may end it early.
@@ -91,7 +90,7 @@ std::string resultFields(const std::string& fileName, xml::Node root, int fieldC
 
 std::string listing(const DocumentFolder& folder, const RequestTarget& target, int examInfoFields) {
     const Selection selection = selectionFor(target);
-    const bool withResults = target.value("ObjName") == "ExamInfo";
+    const bool withResults = target.value("ObjName") == kExamInfoDocument.kind;
     return folder.reading([&] {
         std::string rows;
         const LocalListing files = listLocalFiles(folder.pathOf(target.directory), selection.name);

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/endpoint_request.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/text/error.h>
 #include <utility>
@@ -66,13 +68,13 @@ Reply Service::answer(const Request& request, std::string_view serverAddress) {
 Reply Service::answerPost(const Request& request, const RequestTarget& target) {
     if (GradebookHost::isHost(target.directory, target.name))
         return {.text = gradebook_.take(request.target, request.contentType, request.body)};
-    if (target.name == "LoginKey.asp")
+    if (target.name == kLoginKeyEndpoint)
         return {.text = signOn_.issueKey()};
     const std::string key = target.value("LoginKey");
     const std::string value = target.value("LoginValue");
-    if (target.name == "Login.asp") {
+    if (target.name == kLoginEndpoint) {
         const bool valid = signOn_.validate(key, value);
-        return valid ? Reply{.text = "Validated"} : refusal(kForbidden, "Not validated");
+        return valid ? Reply{.text = std::string(kValidated)} : refusal(kForbidden, "Not validated");
     }
     if (!isEndpoint(target.name))
         return refusal(kNotFound, "There is nothing of this name here.");
@@ -94,7 +96,7 @@ Reply Service::answerEndpoint(const Request& request, const RequestTarget& targe
         if (!options_.refuseSaves.empty())
             return {.text = options_.refuseSaves};
         folder_.write(target.directory, fileName, request.body);
-    } else if (target.value("ObjName") == "Student") {
+    } else if (target.value("ObjName") == kStudentKind) {
         // The kind in the singular: the roster stays, one student of it goes.
         const std::string student = target.value("StudentID");
         if (student.empty())
@@ -109,11 +111,11 @@ Reply Service::answerEndpoint(const Request& request, const RequestTarget& targe
 
 std::string Service::documentText(const RequestTarget& target) const {
     const std::string kind = target.value("ObjName");
-    if (kind == "ExamSummary")
+    if (kind == kExamSummaryDocument.kind)
         return examSummary(folder_, target, options_.roster);
     std::string text = folder_.read(target.directory, target.value("FileName"));
     const RosterFilter filter{target.value("CourseID"), target.value("SectionID"), target.value("StudentID")};
-    if (kind != "Students" || filter.asksForNothing())
+    if (kind != kStudentsDocument.kind || filter.asksForNothing())
         return text;
     const auto roster = platform::parseXml(text);
     return roster ? matchingStudents(roster->root(), filter).toText() : text;
@@ -128,7 +130,7 @@ Reply Service::launchDocument(const RequestTarget& target, std::string_view serv
     std::string text = folder_.read(target.directory, target.name);
     // A launch address is open to who has not logged in; no other document is to be had by it.
     const auto document = platform::parseXml(text);
-    if (!document || document->root().name() != "ORBEX_INPUTS")
+    if (!document || document->root().name() != kLaunchRoot)
         return refusal(kNotFound, "There is no launch document of this name here.");
     replaceAll(text, "{server}", serverAddress);
     return {.contentType = std::string(kXml), .text = std::move(text)};

@@ -1,9 +1,9 @@
-#include <norvakavlor/platform/clock_back_end.h>
+#include <norvakavlor/runtime/clock_back_end.h>
 
 #include <chrono>
 #include <ctime>
 
-namespace norvakavlor::platform {
+namespace norvakavlor {
 
 LocalTime localTime() {
     using namespace std::chrono;
@@ -17,4 +17,4 @@ LocalTime localTime() {
             3600.0 * parts.tm_hour + 60.0 * parts.tm_min + parts.tm_sec + fraction};
 }
 
-} // namespace norvakavlor::platform
+} // namespace norvakavlor

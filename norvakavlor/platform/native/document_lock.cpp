@@ -6,8 +6,8 @@
 #include <fcntl.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/native/file_descriptor.h>
-#include <norvakavlor/platform/native/temporary_file.h>
+#include <norvakavlor/platform/native/files_descriptor.h>
+#include <norvakavlor/platform/native/files_temporary.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>

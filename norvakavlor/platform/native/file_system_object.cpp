@@ -1,19 +1,19 @@
-#include <norvakavlor/platform/file_system_object.h>
+#include <norvakavlor/runtime/file_system_object.h>
 
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/runtime/describe.h>
 #include <string>
 
-namespace norvakavlor::platform {
+namespace norvakavlor {
 namespace {
 
 class FileSystemObject final : public Object {
 public:
-    bool FileExists(const std::string& fileSpec) const { return fileExists(fileSpec); }
-    bool FolderExists(const std::string& folderSpec) const { return folderExists(folderSpec); }
-    void DeleteFile(const std::string& fileSpec, bool force) const { deleteFile(fileSpec, force); }
-    std::string GetBaseName(const std::string& path) const { return baseName(path); }
-    std::string GetExtensionName(const std::string& path) const { return extensionName(path); }
+    bool FileExists(const std::string& fileSpec) const { return platform::fileExists(fileSpec); }
+    bool FolderExists(const std::string& folderSpec) const { return platform::folderExists(folderSpec); }
+    void DeleteFile(const std::string& fileSpec, bool force) const { platform::deleteFile(fileSpec, force); }
+    std::string GetBaseName(const std::string& path) const { return platform::baseName(path); }
+    std::string GetExtensionName(const std::string& path) const { return platform::extensionName(path); }
 
     static const ClassInfo& classInfo() {
         static const ClassInfo info =
@@ -35,4 +35,4 @@ public:
 
 Ref<Object> newFileSystemObject() { return New<FileSystemObject>(); }
 
-} // namespace norvakavlor::platform
+} // namespace norvakavlor

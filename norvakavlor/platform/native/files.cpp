@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/native/file_descriptor.h>
+#include <norvakavlor/platform/native/files_descriptor.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/decode.h>
 #include <sys/stat.h>

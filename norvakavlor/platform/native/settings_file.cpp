@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <norvakavlor/platform/files.h>
-#include <norvakavlor/platform/native/file_descriptor.h>
+#include <norvakavlor/platform/native/files_descriptor.h>
 #include <norvakavlor/platform/native/settings_lines.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/text/text.h>

@@ -1,8 +1,8 @@
-#include <norvakavlor/platform/clock_back_end.h>
+#include <norvakavlor/runtime/clock_back_end.h>
 
 #include <windows.h>
 
-namespace norvakavlor::platform {
+namespace norvakavlor {
 
 LocalTime localTime() {
     SYSTEMTIME time{};
@@ -11,4 +11,4 @@ LocalTime localTime() {
             3600.0 * time.wHour + 60.0 * time.wMinute + time.wSecond + time.wMilliseconds / 1000.0};
 }
 
-} // namespace norvakavlor::platform
+} // namespace norvakavlor

@@ -1,4 +1,4 @@
-#include <norvakavlor/platform/file_system_object.h>
+#include <norvakavlor/runtime/file_system_object.h>
 
 #include <norvakavlor/platform/windows/com_foreign_object.h>
 #include <norvakavlor/text/error.h>
@@ -6,7 +6,7 @@
 
 #include <objbase.h>
 
-namespace norvakavlor::platform {
+namespace norvakavlor {
 
 Ref<Object> newFileSystemObject() {
     CLSID classId{};
@@ -19,4 +19,4 @@ Ref<Object> newFileSystemObject() {
     return New<ForeignObject>(object.get());
 }
 
-} // namespace norvakavlor::platform
+} // namespace norvakavlor

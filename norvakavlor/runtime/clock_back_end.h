@@ -1,6 +1,6 @@
 #pragma once
 
-namespace norvakavlor::platform {
+namespace norvakavlor {
 
 /// What each platform brings to the clock: the local time of this moment.
 struct LocalTime {
@@ -11,4 +11,4 @@ struct LocalTime {
 };
 LocalTime localTime();
 
-} // namespace norvakavlor::platform
+} // namespace norvakavlor

@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/native/file_descriptor.h>
-#include <norvakavlor/platform/native/temporary_file.h>
+#include <norvakavlor/platform/native/files_descriptor.h>
+#include <norvakavlor/platform/native/files_temporary.h>
 #include <sys/stat.h>
 
 namespace norvakavlor::platform {

@@ -1,4 +1,4 @@
-#include <norvakavlor/results/gradebook.h>
+#include <norvakavlor/store/gradebook.h>
 
 #include <algorithm>
 #include <norvakavlor/platform/files.h>
@@ -26,17 +26,21 @@ std::optional<xml::Document> readLaunchDocument(const std::string& location, con
                       kLaunchRoot);
 }
 
-std::string postToGradebook(const std::string& host, const std::string& body) {
+Submission submitToGradebook(const std::string& host, const std::string& body) {
     constexpr std::string_view kWhiteSpace = " \t\r\n";
     const size_t begin = std::min(host.find_first_not_of(kWhiteSpace), host.size());
     const size_t end = std::max(begin, host.find_last_not_of(kWhiteSpace) + 1);
-    return platform::sendHttp({.url = host.substr(begin, end - begin),
-                               .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
-                               .body = body})
-        .text;
+    Submission submission;
+    submission.hasReply = ignoringErrors([&] {
+        submission.reply =
+            platform::sendHttp({.url = host.substr(begin, end - begin),
+                                .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
+                                .body = body})
+                .text;
+    });
+    submission.isAccepted = submission.reply.starts_with("success");
+    return submission;
 }
-
-bool gradebookAccepted(std::string_view reply) { return reply.starts_with("success"); }
 
 bool storeRecord(const std::string& location, const xml::Document& document) {
     if (!IsURL(location)) {

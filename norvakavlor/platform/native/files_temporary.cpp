@@ -1,4 +1,4 @@
-#include <norvakavlor/platform/native/temporary_file.h>
+#include <norvakavlor/platform/native/files_temporary.h>
 
 #include <cerrno>
 #include <chrono>

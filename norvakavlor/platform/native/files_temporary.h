@@ -1,7 +1,7 @@
 #pragma once
 
 #include <filesystem>
-#include <norvakavlor/platform/native/file_descriptor.h>
+#include <norvakavlor/platform/native/files_descriptor.h>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>

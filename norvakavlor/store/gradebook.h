@@ -1,5 +1,6 @@
 #pragma once
 
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <string>
@@ -12,20 +13,21 @@ namespace norvakavlor {
 /// a file that cannot be read chooses the default one.
 std::string gradebookAccessKey(const std::string& iniLocation);
 
-/// The root of launch documents and of records.
-inline constexpr std::string_view kLaunchRoot = "ORBEX_INPUTS";
-
 /// The launch document at an address, to which the key is appended, or in a local file. Nothing when it does
 /// not parse, when the reply is a page that tells of an error, or when a local file is missing; raises when
 /// no reply came from an address.
 std::optional<xml::Document> readLaunchDocument(const std::string& location, const std::string& accessKey);
 
-/// Posts form data, as it stands: the gradebook wants values unescaped. White space around the address is no
-/// part of it. The reply's text; raises when none came.
-std::string postToGradebook(const std::string& host, const std::string& body);
+/// How a submission to the gradebook went.
+struct Submission {
+    bool hasReply = false;   ///< not when no reply came, for whatever reason
+    bool isAccepted = false; ///< the reply begins with "success", in lower case
+    std::string reply;
+};
 
-/// Did the gradebook accept? Every reply that begins with "success" in lower case says so.
-bool gradebookAccepted(std::string_view reply);
+/// Posts form data, as it stands: the gradebook wants values unescaped. White space around the address is no
+/// part of it.
+Submission submitToGradebook(const std::string& host, const std::string& body);
 
 /// Stores a record where a client wants it: a local file, or a web address that is posted to as it stands.
 /// False when it is not proven that the server took it, which the user has then been shown. Raises as writing

@@ -5,7 +5,7 @@
 #include <norvakavlor/text/date.h>
 #include <string>
 
-namespace norvakavlor::platform {
+namespace norvakavlor {
 
 /// Local time.
 Date now();
@@ -42,4 +42,4 @@ private:
     ClockSource previous_;
 };
 
-} // namespace norvakavlor::platform
+} // namespace norvakavlor

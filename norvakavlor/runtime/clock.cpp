@@ -1,13 +1,13 @@
-#include <norvakavlor/platform/clock.h>
+#include <norvakavlor/runtime/clock.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <norvakavlor/platform/clock_back_end.h>
+#include <norvakavlor/runtime/clock_back_end.h>
 #include <random>
 #include <thread>
 #include <utility>
 
-namespace norvakavlor::platform {
+namespace norvakavlor {
 namespace {
 
 ClockSource& replacement() {
@@ -61,4 +61,4 @@ ScopedClockSource::ScopedClockSource(ClockSource source)
     : previous_(std::exchange(replacement(), std::move(source))) {}
 ScopedClockSource::~ScopedClockSource() { replacement() = std::move(previous_); }
 
-} // namespace norvakavlor::platform
+} // namespace norvakavlor
