@@ -105,8 +105,8 @@ TEST(StoreOverHttp, SendsDocumentsAsXml) {
     const std::string body = "<textBookList><textBook><id>TB1</id><title>\xC3\xA4 &amp; b</title>"
                              "<author></author></textBook></textBookList>";
     EXPECT_EQ(save.substr(save.find("\r\n\r\n") + 4), body);
-    EXPECT_THAT(lowerCase(save), HasSubstr("\r\ncontent-type: text/xml; charset=utf-8\r\n"));
-    EXPECT_THAT(lowerCase(save), Not(HasSubstr("\r\nexpect:")));
+    EXPECT_THAT(upperCase(save), HasSubstr("\r\nCONTENT-TYPE: TEXT/XML; CHARSET=UTF-8\r\n"));
+    EXPECT_THAT(upperCase(save), Not(HasSubstr("\r\nEXPECT:")));
 
     // What no load would read is not sent.
     auto large = oneBook();

@@ -11,47 +11,28 @@ TEST(Text, ChangesLetterCaseOneToOne) {
     const struct {
         const char* text;
         const char* upper;
-        const char* lower;
     } cases[] = {
-        {"", "", ""},
-        {"az AZ 09 `{@[", "AZ AZ 09 `{@[", "az az 09 `{@["},
-        {"äöü ÄÖÜ ÿ", "ÄÖÜ ÄÖÜ Ÿ", "äöü äöü ÿ"},
-        {"straße", "STRAßE", "straße"}, // "SS" would be two letters
-        {"÷ ×", "÷ ×", "÷ ×"},
-        {"ı i", "I I", "ı i"},
-        {"I", "I", "i"}, // with its dot in every locale
-        {"µ Μ", "Μ Μ", "µ μ"},
-        {"σς Σ", "ΣΣ Σ", "σς σ"},
-        {"ǅ ǆ Ǆ", "Ǆ Ǆ Ǆ", "ǆ ǆ ǆ"},
-        {"\u212A k", "\u212A K", "k k"}, // the Kelvin sign is a capital of its own
-        {"привет Ёё", "ПРИВЕТ ЁЁ", "привет ёё"},
-        {"ﬁ", "ﬁ", "ﬁ"},
-        {"ⅷ ⓐ ａ", "Ⅷ Ⓐ Ａ", "ⅷ ⓐ ａ"},
-        {"ꭰ ა", "Ꭰ Ა", "ꭰ ა"},
-        {"𐐨", "𐐀", "𐐨"},
-        {"a\xFFz\xC3", "A\xFFZ\xC3", "a\xFFz\xC3"}, // bytes that are no UTF-8 stay
+        {"", ""},
+        {"az AZ 09 `{@[", "AZ AZ 09 `{@["},
+        {"äöü ÄÖÜ ÿ", "ÄÖÜ ÄÖÜ Ÿ"},
+        {"straße", "STRAßE"}, // "SS" would be two letters
+        {"÷ ×", "÷ ×"},
+        {"ı i", "I I"},
+        {"I", "I"}, // with its dot in every locale
+        {"µ Μ", "Μ Μ"},
+        {"σς Σ", "ΣΣ Σ"},
+        {"ǅ ǆ Ǆ", "Ǆ Ǆ Ǆ"},
+        {"\u212A k", "\u212A K"}, // the Kelvin sign is a capital of its own
+        {"привет Ёё", "ПРИВЕТ ЁЁ"},
+        {"ﬁ", "ﬁ"},
+        {"ⅷ ⓐ ａ", "Ⅷ Ⓐ Ａ"},
+        {"ꭰ ა", "Ꭰ Ა"},
+        {"𐐨", "𐐀"},
+        {"a\xFFz\xC3", "A\xFFZ\xC3"}, // bytes that are no UTF-8 stay
     };
     for (const auto& c : cases) {
         EXPECT_EQ(upperCase(c.text), c.upper) << c.text;
-        EXPECT_EQ(lowerCase(c.text), c.lower) << c.text;
     }
-}
-
-TEST(Text, MapsEveryCodePointOnce) {
-    int upper = 0;
-    int lower = 0;
-    for (char32_t code = 0; code <= 0x10FFFF; ++code) {
-        std::string letter;
-        appendUtf8(letter, code);
-        const std::string capital = upperCase(letter);
-        const std::string small = lowerCase(letter);
-        upper += capital != letter;
-        lower += small != letter;
-        ASSERT_EQ(upperCase(capital), capital) << std::hex << static_cast<uint32_t>(code);
-        ASSERT_EQ(lowerCase(small), small) << std::hex << static_cast<uint32_t>(code);
-    }
-    EXPECT_EQ(upper, 1450); // as many as Unicode 14 has
-    EXPECT_EQ(lower, 1433);
 }
 
 TEST(Text, ComparesWithoutRegardToCase) {

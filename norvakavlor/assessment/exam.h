@@ -44,7 +44,7 @@ public:
     /// document lacks stays as it is, questions that are there keep their results. Raises 6 or 13 for a
     /// number that is none in the exam's own attributes, "source" and preferences; faults of single questions
     /// are passed over.
-    bool Load(const std::string& location, QuestionPool* questionPool);
+    bool Load(const std::string& location, QuestionPool* questionPool = nullptr);
     /// The same from an exam element; `location` only gives ExamFileName and its folder, and the place of an
     /// earlier load is forgotten. A question that the pool lacks, or any question without a pool, has its ID
     /// and results alone; a repeated one is dropped.
@@ -54,7 +54,7 @@ public:
     /// lies elsewhere, and forgotten; not when it is not proven that the server took the exam, as it would be
     /// the only copy. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot be
     /// written.
-    bool Save(const std::string& location, bool deleteOld);
+    bool Save(const std::string& location, bool deleteOld = false);
     /// Fills an exam element. Always True.
     bool SaveToXMLNode(xml::Node examNode) const;
 
@@ -84,8 +84,8 @@ public:
     /// of an attempt count, so a limit of 0 counts none. An attempt that does not load is passed over. Raises
     /// 13 when the roster does not load, and what a roster's Load raises.
     bool LoadExamSummary(const std::string& rosterFile, QuestionPool* questionPool, Courses* courses,
-                         const std::string& examID, int16_t attemptNum, const std::string& courseID,
-                         const std::string& sectionID);
+                         const std::string& examID, int16_t attemptNum, const std::string& courseID = {},
+                         const std::string& sectionID = {});
 
     /// The local half of a summary for C++ clients that hold the students: adds their attempts of one number,
     /// which lie beside the exam at `location` (".xml" is dropped).

@@ -21,7 +21,7 @@ public:
     /// Loads a list and finds each of its exam files in the first of the directories, separated by ";", that
     /// has it; a file found in none is left out, as is a name with a separator in it. False, with nothing
     /// changed, when the list cannot be had or does not parse.
-    bool Load(const std::string& location, const std::string& directoryList);
+    bool Load(const std::string& location, const std::string& directoryList = {});
 
     /// Stores the list, its exams by their file names. True whenever no error was raised; raises 70, 76, 61
     /// or 57 when a local file cannot be written.

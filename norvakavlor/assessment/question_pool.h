@@ -24,8 +24,8 @@ public:
     /// that is not in what is passed; 643, 644, 646, 647 a step and 645 an index that is missing; 651, 652,
     /// 649, 648 a step that is repeated; 653 a repeated ID. The questions before it stay, that question is
     /// not added.
-    bool Load(const std::string& fileName, Objectives* objectives, TaskPool* taskPool);
-    bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool);
+    bool Load(const std::string& fileName, Objectives* objectives = nullptr, TaskPool* taskPool = nullptr);
+    bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives = nullptr, TaskPool* taskPool = nullptr);
 
     /// Stores the pool. The format loses what it has no writer for: set-up and question images; and markup in
     /// a text becomes text. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file

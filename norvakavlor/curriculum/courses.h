@@ -37,7 +37,7 @@ public:
     /// Reads a class element. The textbook is looked up in `textBooks`; without those it is a new one that
     /// has its ID alone. Raises the plain number 641 for a textbook that `textBooks` lacks and 457 for a
     /// repeated section; what was read before stays. Always True otherwise.
-    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks);
+    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
     /// Adds a section under the next number and gives that number.
@@ -61,8 +61,8 @@ public:
     /// Adds the courses of the document at a location. False, with nothing changed, when it cannot be had or
     /// does not parse. Raises what Course::LoadFromXMLNode raises, 457 for a repeated ID, 13 for an ID that
     /// is no number and 6 for one that is too large; the courses before it stay.
-    bool Load(const std::string& location, TextBooks* textBooks);
-    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks);
+    bool Load(const std::string& location, TextBooks* textBooks = nullptr);
+    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
 
     /// Stores the courses. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file
     /// cannot be written.

@@ -20,7 +20,7 @@ public:
     /// Reads a reference element. The textbook is looked up in `textBooks`; without those it is a new one
     /// that has its ID alone. Raises object error 601 for a textbook that `textBooks` lacks. Always True
     /// otherwise.
-    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks);
+    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
     /// Raises 91 without a textbook.
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
@@ -41,7 +41,7 @@ public:
 
     /// Reads an objective element; a missing child leaves its field as it is. Raises what references raise;
     /// those before it stay.
-    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks);
+    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
     static const ClassInfo& classInfo();
@@ -56,8 +56,8 @@ public:
     /// Adds the objectives of the document at a location. False, with nothing changed, when it cannot be had
     /// or does not parse. Raises object error 601 for an unknown textbook and 457 for a repeated ID; the
     /// objectives before it stay.
-    bool Load(const std::string& location, TextBooks* textBooks);
-    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks);
+    bool Load(const std::string& location, TextBooks* textBooks = nullptr);
+    bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
 
     /// Stores the objectives. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file
     /// cannot be written.

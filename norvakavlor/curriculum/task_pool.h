@@ -48,8 +48,8 @@ public:
     /// does not parse. Raises object error 621 for an objective that `objectives` lacks (any, without
     /// `objectives`) and 622 for a repeated ID; the tasks before it stay. Their references' textbooks have
     /// their IDs alone.
-    bool Load(const std::string& location, Objectives* objectives);
-    bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives);
+    bool Load(const std::string& location, Objectives* objectives = nullptr);
+    bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives = nullptr);
 
     /// Stores the pool. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot
     /// be written.

@@ -43,10 +43,11 @@ public:
     /// Loads a document. False, with nothing changed, when it cannot be had or does not parse. Raises 5 for a
     /// task that the pool lacks, 457 for a repeated one, 6 or 13 for a source or date that is none; the tasks
     /// before it stay.
-    bool Load(const std::string& filename, TaskPool* taskPool);
+    bool Load(const std::string& filename, TaskPool* taskPool = nullptr);
     /// The same from a lesson element; `filename` only gives LessonFilename, and the place of an earlier load
     /// is forgotten. Each task is a copy of the pool's; without a pool it has its ID and date alone.
-    bool LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename);
+    bool LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool = nullptr,
+                         const std::string& filename = {});
 
     /// Stores the lesson. With `deleteOldIfChanged`, the document that it was loaded from is then deleted
     /// when it lies elsewhere, and forgotten; not when it is not proven that the server took the lesson, as
@@ -56,7 +57,7 @@ public:
     /// A menu's stand-in for a student's copy looks for that copy again before it takes its place: raises 70
     /// when one is there by now, or when that still cannot be told. A local file there that does not parse is
     /// renamed to NAME.unreadable.
-    bool Save(const std::string& filename, bool deleteOldIfChanged);
+    bool Save(const std::string& filename, bool deleteOldIfChanged = false);
     /// Fills a lesson element. Always True.
     bool SaveToXMLNode(xml::Node lessonNode) const;
 
@@ -71,12 +72,13 @@ public:
     /// True keeps the complete ones, False the open ones; Null, Empty or nothing keeps all. An empty
     /// `studentID` stands for every student.
     Ref<KeyedCollection<Lesson>> GetStudentLessons(const std::string& directory, const std::string& studentID,
-                                                   const Value& completed, TaskPool* taskPool) const;
+                                                   const Value& completed = {},
+                                                   TaskPool* taskPool = nullptr) const;
 
     /// Has every task a completion date? True for a lesson without tasks.
     bool CalcLessonComplete() const;
     /// The same of a document; True, too, for one that cannot be had or does not parse, as menus rely on.
-    bool CalcLessonFileComplete(const std::string& filename, TaskPool* taskPool) const;
+    bool CalcLessonFileComplete(const std::string& filename, TaskPool* taskPool = nullptr) const;
 
     /// For the library's own use: this authored lesson is given to a student whose copy did not load.
     void StandInFor(const std::string& copyLocation);

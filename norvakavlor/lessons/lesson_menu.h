@@ -22,8 +22,9 @@ public:
     /// Loads a menu and, as Tutorial::LoadFromXMLNode says, its lessons. False, with nothing changed, when
     /// the menu cannot be had or does not parse; False, too, when a lesson does not load: the tutorials
     /// before stay.
-    bool Load(const std::string& filename, const std::optional<std::string>& directoryList,
-              TaskPool* taskPool, const std::string& studentID, const std::string& saveDir);
+    bool Load(const std::string& filename, const std::optional<std::string>& directoryList = {},
+              TaskPool* taskPool = nullptr, const std::string& studentID = {},
+              const std::string& saveDir = {});
 
     /// Stores the menu; tutorials keep the files of their LessonTitleFiles alone. True whenever no error was
     /// raised; raises 70, 76, 61 or 57 when a local file cannot be written.

@@ -41,7 +41,7 @@ bool Tutorial::LoadFromXMLNode(xml::Node objNode, const std::optional<std::strin
                                TaskPool* taskPool, const std::string& studentID, const std::string& saveDir) {
     TutorialType = static_cast<int16_t>(tutorialType(objNode.attribute("type").value_or("")));
     const std::string_view spacer = objNode.attribute("spacer").value_or("");
-    Spacer = lowerCase(spacer) == "true" || spacer == "1";
+    Spacer = equalIgnoringCase(spacer, "true") || spacer == "1";
     readFields(kTutorialFields, objNode, *this);
     for (const xml::Node element : xml::children(objNode.child("lessonList"), "lessonFile")) {
         const std::string fileName = element.text();

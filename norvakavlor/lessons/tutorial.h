@@ -31,8 +31,9 @@ public:
     /// authored lesson's place when it loads; when not, the authored lesson stays under the copy's file name,
     /// so that saving it makes the copy. Save it without deleting the old file then: that is the authored
     /// lesson, which is everybody's. Raises what loading a lesson raises.
-    bool LoadFromXMLNode(xml::Node objNode, const std::optional<std::string>& directoryList,
-                         TaskPool* taskPool, const std::string& studentID, const std::string& saveDir);
+    bool LoadFromXMLNode(xml::Node objNode, const std::optional<std::string>& directoryList = {},
+                         TaskPool* taskPool = nullptr, const std::string& studentID = {},
+                         const std::string& saveDir = {});
     /// Fills a tutorial element from LessonTitleFiles: a tutorial loaded without a directory list has none
     /// and loses its files. Always True.
     bool SaveToXMLNode(xml::Node tutorialNode) const;

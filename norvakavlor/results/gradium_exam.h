@@ -29,12 +29,12 @@ public:
     /// False in silence. Nothing else changes then, so that the client can submit again or save the record to
     /// a file. Otherwise stores the record in a local file or at a web address; raises as saving a document
     /// does.
-    bool Save(const std::string& filename, bool suppressServerErrorMsg);
+    bool Save(const std::string& filename, bool suppressServerErrorMsg = false);
     /// Fills a COURSE element. Always True.
     bool SaveToXMLNode(xml::Node gradiumExamNode);
     /// Save with another exam in theExam's place, which comes back also when it raises.
     bool SaveOtherExam(const std::string& filename, const Ref<Exam>& theOtherExam,
-                       bool suppressServerErrorMsg);
+                       bool suppressServerErrorMsg = false);
 
     /// Deletes a local record, a read-only one too. False for a web address and when it cannot be deleted.
     bool Delete(const std::string& filename) const;

@@ -23,7 +23,7 @@ public:
     bool LoadFromXMLNode(xml::Node gradiumLessonNode, TaskPool* taskPool, const std::string& url);
 
     /// As GradiumExam::Save.
-    bool Save(const std::string& filename, bool suppressServerErrorMsg);
+    bool Save(const std::string& filename, bool suppressServerErrorMsg = false);
     /// Fills a COURSE element, the lesson in an "EXAM" element. Always True.
     bool SaveToXMLNode(xml::Node gradiumLessonNode);
 

@@ -29,7 +29,7 @@ public:
     /// that is no number (an empty one is none).
     bool Load(const std::string& filename, const std::string& iniLocation);
     /// The same from the ORBEX_INPUTS element. Always True otherwise.
-    bool LoadFromXMLNode(xml::Node rootNode, const std::string& url);
+    bool LoadFromXMLNode(xml::Node rootNode, const std::string& url = {});
 
     /// With an empty `filename`, submits the result, in five tries at the most, the third and the fifth to
     /// the backup host; what fails is shown to the user, and the time the user takes is the pause between two

@@ -43,7 +43,7 @@ public:
     /// it stay.
     bool Load(const std::string& filename);
     /// The same from a liveResults element; `filename` only gives ExamFileName.
-    bool LoadFromXMLNode(xml::Node examNode, const std::string& filename);
+    bool LoadFromXMLNode(xml::Node examNode, const std::string& filename = {});
 
     /// Stores the record. When the gradebook launched the exercise, its percentage is submitted first, and
     /// the record is stored without its scores: a client that wants them keeps a record of its own beside.
@@ -55,7 +55,7 @@ public:
     /// the save is not proven, as it would be the only one. False when it is not proven that the server took
     /// the record, which the user has then been shown. Raises 6 when there is no score to submit, and as
     /// saving a document does.
-    bool Save(const std::string& filename, bool deleteOldIfChanged);
+    bool Save(const std::string& filename, bool deleteOldIfChanged = false);
     /// Fills a liveResults element. Always True.
     bool SaveToXMLNode(xml::Node resultsNode) const;
 

@@ -45,6 +45,8 @@ struct Parameter {
     bool optional = false;
     /// A result that the call writes back into the caller's variable.
     bool byReference = false;
+    /// An object that stays held after the call; other objects are only used during it.
+    bool isKept = false;
 };
 
 /// One row of a class's table. A property has `get`, and `put` unless it is read-only; a method has `get`

@@ -23,10 +23,10 @@
 ///         return info;
 ///     }
 ///
-/// The compiler reads the types off the members: text, numbers, dates, booleans, `Value`, `Ref<T>` (shared
-/// object, may be Nothing), `T*` (an object that is only used during the call; null when absent: Nothing,
-/// Null, Empty, left out), `T&` (an object that must be there: 91 when it is not) and, for results by
-/// reference, `int16_t&`, `int32_t&`, `std::string&`, `Value&`. Further types are taught by specialising
+/// The compiler reads the types off the members: text, numbers, dates, booleans, `Value`, `Ref<T>` (an object
+/// that is kept, may be Nothing), `T*` (an object that is only used during the call; null when absent:
+/// Nothing, Null, Empty, left out), `T&` (an object that must be there: 91 when it is not) and, for results
+/// by reference, `int16_t&`, `int32_t&`, `std::string&`, `Value&`. Further types are taught by specialising
 /// ArgumentTraits, as the XML tree does for its nodes.
 namespace norvakavlor {
 
@@ -181,6 +181,9 @@ template <class T>
 inline constexpr bool kIsResultReference =
     std::is_lvalue_reference_v<T> && !std::is_const_v<std::remove_reference_t<T>> &&
     !std::is_base_of_v<Object, std::remove_reference_t<T>>;
+
+template <class T> inline constexpr bool kIsRef = false;
+template <class T> inline constexpr bool kIsRef<Ref<T>> = true;
 
 template <class T> Value toValue(T&& result) {
     if constexpr (std::is_pointer_v<std::remove_cvref_t<T>>) {
@@ -359,9 +362,10 @@ private:
                                                 std::tuple<Parameters...>*) {
         std::vector<Parameter> rows;
         const Type types[] = {detail::ParameterTraits<Parameters>::type()..., Type{}};
+        const bool isKept[] = {detail::kIsRef<std::remove_cvref_t<Parameters>>..., false};
         for (const ParameterName& name : names) {
             const Type type = name.isScalar ? Type{Type::Kind::Scalar, nullptr} : types[rows.size()];
-            rows.push_back({name.name, type, name.isOptional, name.isByReference});
+            rows.push_back({name.name, type, name.isOptional, name.isByReference, isKept[rows.size()]});
         }
         if (rows.size() != sizeof...(Parameters))
             throw std::logic_error("a table names too few or too many parameters");

@@ -50,10 +50,10 @@ public:
     /// Reads a student element. Raises 91 without "id" or "name", and with `courses` object errors 631, 632
     /// and 633 for a course or section that is not among them; what was read before stays. Always True
     /// otherwise.
-    bool LoadFromXMLNode(xml::Node node, Courses* courses);
+    bool LoadFromXMLNode(xml::Node node, Courses* courses = nullptr);
     /// Fills a student element. With `courses`, raises object errors 641 and 642 for a course or section that
     /// is not among them; what was appended before stays. Always True otherwise.
-    bool SaveToXMLNode(xml::Node node, xml::Document& document, Courses* courses) const;
+    bool SaveToXMLNode(xml::Node node, xml::Document& document, Courses* courses = nullptr) const;
 
     static const ClassInfo& classInfo();
 

@@ -27,19 +27,20 @@ public:
     /// Replaces the roster by the document's. False when it cannot be had or does not parse: the roster is
     /// empty then. Raises what a student's loading raises, 457 for a repeated ID or user name, 6 or 13 for a
     /// counter that is no 16-bit number; the students before it stay.
-    bool Load(const std::string& filename, Courses* courses);
+    bool Load(const std::string& filename, Courses* courses = nullptr);
     /// The same of a course, a section or one student, when the server holds the roster. A local file is
     /// loaded whole.
-    bool LoadWithFilter(const std::string& filename, Courses* courses, const std::string& courseID,
-                        const std::string& sectionID, const std::string& studentID);
+    bool LoadWithFilter(const std::string& filename, Courses* courses = nullptr,
+                        const std::string& courseID = {}, const std::string& sectionID = {},
+                        const std::string& studentID = {});
     /// Adds the students of a roster's root element. Nothing is cleared first.
-    bool LoadFromXMLNode(xml::Node rosterNode, Courses* courses);
+    bool LoadFromXMLNode(xml::Node rosterNode, Courses* courses = nullptr);
 
     /// Stores the roster. True whenever no error was raised; raises what a student's saving raises, and 70,
     /// 76, 61 or 57 when a local file cannot be written.
-    bool Save(const std::string& filename, Courses* courses) const;
+    bool Save(const std::string& filename, Courses* courses = nullptr) const;
     /// Appends one element for each student. Always True.
-    bool SaveToXMLNode(xml::Node rosterNode, Courses* courses) const;
+    bool SaveToXMLNode(xml::Node rosterNode, Courses* courses = nullptr) const;
 
     /// Adds a student to the stored roster, which this object then holds; the object itself becomes the
     /// member, and gets an identifier of its own when it has none. A roster that is not there is made; on the
@@ -52,15 +53,17 @@ public:
     /// local file then, too. A lock that stays is cleared by hand. Raises 70, 76, 61 or 57, as Save does,
     /// when the roster cannot be written, 53, 70 or 57 when it cannot be read, and std::bad_alloc; it is
     /// unlocked then, and as it was.
-    bool AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses);
+    bool AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses = nullptr);
     /// Puts a student in the place of the one with the same ID, or adds it. No check, no lock; a failing save
     /// is passed over. False when the roster does not load or is another document. The former user name stays
     /// in the index until the next load.
-    bool ReplaceStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses);
+    bool ReplaceStudent(const std::string& filename, const Ref<Student>& theStudent,
+                        Courses* courses = nullptr);
     /// Removes a student from the stored roster. False when a local roster does not load or is another
     /// document, or when the server refused with a text, which was then shown. A local save that fails
     /// raises.
-    bool DeleteStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses);
+    bool DeleteStudent(const std::string& filename, const Ref<Student>& theStudent,
+                       Courses* courses = nullptr);
 
     /// The roster's own object of a user name, letter case counting; Nothing when there is none.
     Ref<Student> MatchUserName(const std::string& userName) const;
@@ -69,13 +72,14 @@ public:
 
     /// A new collection in ascending order of up to three properties (selectionSort says how). Raises 9 for
     /// an unknown first one when there are two students or more.
-    Ref<KeyedCollection<Student>> Sort(const std::string& fieldname1, const std::string& fieldname2,
-                                       const std::string& fieldname3) const;
+    Ref<KeyedCollection<Student>> Sort(const std::string& fieldname1, const std::string& fieldname2 = {},
+                                       const std::string& fieldname3 = {}) const;
     /// A new collection of the students whose properties have exactly these values. Raises 9 for an unknown
     /// first property when there is a student.
     Ref<KeyedCollection<Student>> Filter(const std::string& fieldname1, const std::string& value1,
-                                         const std::string& fieldname2, const std::string& value2,
-                                         const std::string& fieldname3, const std::string& value3) const;
+                                         const std::string& fieldname2 = {}, const std::string& value2 = {},
+                                         const std::string& fieldname3 = {},
+                                         const std::string& value3 = {}) const;
     /// Sorts a client's array of students in place, from index 1 to its upper bound; index 0 is left alone.
     /// Raises 9 as Sort does, 13 and 91 for an element that is no student or Nothing; nothing has moved then.
     void Selectionsort(const std::shared_ptr<Array>& values, const std::string& field1,

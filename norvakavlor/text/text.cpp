@@ -13,7 +13,8 @@ bool isAscii(std::string_view text) {
                                [](char character) { return static_cast<unsigned char>(character) < 0x80; });
 }
 
-char32_t mapped(char32_t code, std::span<const CaseRange> ranges) {
+char32_t upper(char32_t code) {
+    const auto ranges = upperCaseRanges();
     const auto after = std::ranges::upper_bound(ranges, code, {}, &CaseRange::first);
     if (after == ranges.begin())
         return code;
@@ -27,35 +28,26 @@ char upperAscii(char character) {
     return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
 }
 
-char lowerAscii(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
+} // namespace
 
-/// Maps every code point; bytes that are not UTF-8 stay.
-std::string mapped(std::string_view text, char (*mapAscii)(char), std::span<const CaseRange> ranges) {
+std::string upperCase(std::string_view text) {
     std::string result(text);
     if (isAscii(text)) {
-        std::ranges::transform(result, result.begin(), mapAscii);
+        std::ranges::transform(result, result.begin(), upperAscii);
         return result;
     }
     result.clear();
     while (!text.empty()) {
         const CodePoint point = decodeCodePoint(text);
         if (point.valid) {
-            appendUtf8(result, mapped(point.value, ranges));
+            appendUtf8(result, upper(point.value));
         } else {
-            result += text.front();
+            result += text.front(); // a byte that is no UTF-8 stays
         }
         text.remove_prefix(point.length);
     }
     return result;
 }
-
-} // namespace
-
-std::string upperCase(std::string_view text) { return mapped(text, upperAscii, upperCaseRanges()); }
-
-std::string lowerCase(std::string_view text) { return mapped(text, lowerAscii, lowerCaseRanges()); }
 
 bool equalIgnoringCase(std::string_view left, std::string_view right) {
     if (isAscii(left) && isAscii(right))

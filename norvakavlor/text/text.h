@@ -10,7 +10,6 @@ namespace norvakavlor {
 
 /// The text in upper case. Bytes that are not UTF-8 stay as they are.
 [[gnu::visibility("default")]] std::string upperCase(std::string_view text);
-std::string lowerCase(std::string_view text);
 
 /// Equal in upper case, which is how keys and names compare.
 [[gnu::visibility("default")]] bool equalIgnoringCase(std::string_view left, std::string_view right);

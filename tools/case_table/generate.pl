@@ -1,5 +1,5 @@
 #!/usr/bin/env perl
-# Writes norvakavlor/text/case_table.cpp: Unicode's simple mappings of letter case as ranges in which every
+# Writes norvakavlor/text/case_table.cpp: Unicode's simple mappings to upper case as ranges in which every
 # `step`-th code point maps by the same distance. Run it from the root when perl's Unicode version moves on:
 #     perl tools/case_table/generate.pl > norvakavlor/text/case_table.cpp
 use strict;
@@ -34,11 +34,7 @@ sub ranges_of {
 
 print "// Written by tools/case_table/generate.pl (Unicode ", Unicode::UCD::UnicodeVersion(), "); not edited by hand.\n";
 print "#include <norvakavlor/text/case_table.h>\n\nnamespace norvakavlor {\n\n// clang-format off\n";
-for my $case (qw(Upper Lower)) {
-    print "constexpr CaseRange k${case}[] = {\n";
-    printf "    {0x%04X, 0x%04X, %d, %d},\n", @$_ for ranges_of("Simple_${case}case_Mapping");
-    print "};\n";
-}
-print "// clang-format on\n\n";
-print "std::span<const CaseRange> upperCaseRanges() { return kUpper; }\n";
-print "std::span<const CaseRange> lowerCaseRanges() { return kLower; }\n\n} // namespace norvakavlor\n";
+print "constexpr CaseRange kUpper[] = {\n";
+printf "    {0x%04X, 0x%04X, %d, %d},\n", @$_ for ranges_of("Simple_Uppercase_Mapping");
+print "};\n// clang-format on\n\n";
+print "std::span<const CaseRange> upperCaseRanges() { return kUpper; }\n\n} // namespace norvakavlor\n";

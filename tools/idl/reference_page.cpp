@@ -41,6 +41,8 @@ std::string parameterText(const Parameter& parameter) {
     std::string text = parameter.name + ": " + typeName(parameter.type);
     if (parameter.byReference)
         text += ", by reference";
+    if (parameter.type.kind == Type::Kind::Object)
+        text += parameter.isKept ? ", kept" : ", used";
     return parameter.optional ? "[" + text + "]" : text;
 }
 
@@ -95,10 +97,12 @@ void appendEnumeration(std::string& page, const Enumeration& enumeration) {
 } // namespace
 
 std::string referencePage() {
-    std::string page = "# Reference of the classes\n\n"
-                       "<!-- Written by kavlor-idl from the tables of the classes; do not edit. -->\n\n"
-                       "Letter case of names does not matter to scripts. Arguments in brackets may be left "
-                       "out; an object that may be left out may also be Nothing or Null.\n";
+    std::string page =
+        "# Reference of the classes\n\n"
+        "<!-- Written by kavlor-idl from the tables of the classes; do not edit. -->\n\n"
+        "Letter case of names does not matter to scripts. Arguments in brackets may be left "
+        "out; an object that may be left out may also be Nothing or Null. An object that is "
+        "\"kept\" is shared from then on; one that is \"used\" is not needed after the call.\n";
     for (const ClassTable table : creatableClasses())
         appendClass(page, table());
     page += "\nThe classes below are handed out by the ones above.\n";

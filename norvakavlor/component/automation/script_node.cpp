@@ -34,6 +34,7 @@ std::string contentOf(IXMLDOMNode& node) {
 }
 
 // --- from the script's tree into this library's ---
+// Node by node: its text read by the parser would do for most documents, but parsers bound the depth.
 
 void copyAttributes(IXMLDOMNode& element, xml::Node copy) {
     ComPointer<IXMLDOMNamedNodeMap> attributes;
