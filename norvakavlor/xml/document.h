@@ -108,6 +108,12 @@ public:
     };
     Iterator begin() const { return {first_, sameName_}; }
     Iterator end() const { return {Node(), sameName_}; }
+    size_t count() const {
+        size_t count = 0;
+        for (Iterator at = begin(); at != end(); ++at)
+            ++count;
+        return count;
+    }
 
 private:
     Node first_;
