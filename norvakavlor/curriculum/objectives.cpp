@@ -81,7 +81,7 @@ void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const {
 }
 
 bool Objectives::Load(const std::string& location, TextBooks* textBooks) {
-    return loadFrom(*this, kObjectivesWords.kind, location, textBooks);
+    return loadMembersFrom(*ObjectiveMembers, kObjectivesWords.kind, location, textBooks);
 }
 
 bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {

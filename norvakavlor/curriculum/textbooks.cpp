@@ -33,7 +33,7 @@ const ClassInfo& TextBook::classInfo() {
     return info;
 }
 
-bool TextBooks::Load(const std::string& location) { return loadFrom(*this, kTextbooksWords.kind, location); }
+bool TextBooks::Load(const std::string& location) { return loadMembersFrom(*textBooks, kTextbooksWords.kind, location); }
 
 bool TextBooks::LoadFromXMLNode(xml::Node node) { return loadMembers(*textBooks, node); }
 

@@ -93,13 +93,17 @@ private:
     void clear();
     static bool isRoster(const std::optional<xml::Document>& document);
     bool loadForChange(const std::string& filename, Courses* courses);
+    bool loadLocation(const std::string& filename, const std::string& parameters, Courses* courses,
+                      bool rostersAlone);
     bool parseRosterDocument(xml::Node root, Courses* courses);
+    void takeCounter(xml::Node root);
     xml::Document rosterDocument(Courses* courses) const;
     bool insertLocally(const std::string& filename, const Ref<Student>& student, Courses* courses);
     bool insertOnServer(const std::string& filename, const Ref<Student>& student, Courses* courses);
     bool loadFromServer(const std::string& filename, Courses* courses);
     bool lockRosterFile(const std::string& filename, Courses* courses) const;
     std::string insert(const Ref<Student>& student);
+    void add(const Ref<Student>& student);
     void addToIndex(const Student& student);
     std::string nextStudentID();
 
