@@ -46,19 +46,19 @@ std::string missingStepText(const StepList& list, const Question& question) {
 /// Reads a list of steps; `item` makes what the dictionary holds of each element.
 template <class ItemOf>
 void readSteps(const StepList& list, xml::Node node, Question& question, ItemOf item) {
+    const auto elements = xml::children(node.child(list.list), list.element);
     Dictionary& dictionary = *(question.*list.dictionary);
-    for (const xml::Node element : xml::children(node.child(list.list), list.element)) {
+    dictionary.reserve(elements.count());
+    for (const xml::Node element : elements) {
         // The attribute must be there; it may be empty.
         const auto step = element.attribute("step");
         if (!step)
             throw questionPoolError(list.missingStep, missingStepText(list, question));
-        const Value value = item(element);
-        if (dictionary.find(*step)) {
+        if (!dictionary.tryAdd(*step, item(element))) {
             throw questionPoolError(list.duplicate, "duplicate " + std::string(list.duplicateName) +
                                                         " step attribute '" + std::string(*step) +
                                                         "' for question ID " + question.ID);
         }
-        dictionary.Add(Value(*step), value);
     }
 }
 
@@ -74,7 +74,9 @@ Value dialogBoxOf(xml::Node element) {
 }
 
 void readList(KeyedCollection<std::string>& list, xml::Node node, const char* element) {
-    for (const xml::Node child : xml::children(node, element))
+    const auto texts = xml::children(node, element);
+    list.reserve(texts.count());
+    for (const xml::Node child : texts)
         list.Add(child.text());
 }
 

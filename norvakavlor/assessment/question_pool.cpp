@@ -26,20 +26,24 @@ Ref<KeyedCollection<Question>> QuestionPool::GetQuestionsByModule(const std::str
 }
 
 bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, TaskPool* taskPool) {
-    return loadFrom(*this, kQuestionPoolDocument.kind, fileName, objectives, taskPool);
+    auto loaded = LoadedMembers<Question>::from(kQuestionPoolDocument.kind, fileName, [&](xml::Node node) {
+        return readQuestion(node, objectives, taskPool);
+    });
+    return loaded && loaded->addEach([this](const Ref<Question>& question) { add(question); });
 }
 
 bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {
     // Every child is a question, whatever its name; a comment is one with empty fields.
-    for (const xml::Node child : xml::children(poolNode)) {
-        const Ref<Question> question = readQuestion(child, objectives, taskPool);
-        if (Questions->contains(question->ID)) {
-            throw questionPoolError(653, "found duplication question id '" + question->ID + "'");
-        }
-        Questions->Add(question, question->ID);
-        modules_.add(question->Module);
-    }
+    for (const xml::Node child : xml::children(poolNode))
+        add(readQuestion(child, objectives, taskPool));
     return true;
+}
+
+void QuestionPool::add(const Ref<Question>& question) {
+    if (Questions->contains(question->ID))
+        throw questionPoolError(653, "found duplication question id '" + question->ID + "'");
+    Questions->Add(question, question->ID);
+    modules_.add(question->Module);
 }
 
 bool QuestionPool::Save(const std::string& fileName) const {

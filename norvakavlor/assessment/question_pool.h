@@ -36,6 +36,8 @@ public:
     static const ClassInfo& classInfo();
 
 private:
+    void add(const Ref<Question>& question);
+
     ModuleList modules_;
 };
 

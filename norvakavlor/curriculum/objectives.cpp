@@ -79,7 +79,7 @@ void Objective::SaveToXMLNode(xml::Document&, xml::Node node) const {
 }
 
 bool Objectives::Load(const std::string& location, TextBooks* textBooks) {
-    return loadFrom(*this, kObjectivesDocument.kind, location, textBooks);
+    return loadMembersFrom(*ObjectiveMembers, kObjectivesDocument.kind, location, textBooks);
 }
 
 bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {

@@ -72,19 +72,23 @@ Ref<KeyedCollection<Task>> TaskPool::GetTasksByModule(const std::string& moduleN
 }
 
 bool TaskPool::Load(const std::string& location, Objectives* objectives) {
-    return loadFrom(*this, kTaskPoolDocument.kind, location, objectives);
+    auto loaded = LoadedMembers<Task>::from(kTaskPoolDocument.kind, location,
+                                            [&](xml::Node node) { return readTask(node, objectives); });
+    return loaded && loaded->addEach([this](const Ref<Task>& task) { add(task); });
 }
 
 bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
-    for (const xml::Node child : xml::children(poolNode)) {
-        const Ref<Task> task = readTask(child, objectives);
-        if (Tasks->contains(task->ID))
-            throw loadError(622, "Duplicate task ID '" + task->ID + "'");
-        Tasks->Add(task, task->ID);
-        if (task->Objective)
-            modules_.add(task->Objective->Module);
-    }
+    for (const xml::Node child : xml::children(poolNode))
+        add(readTask(child, objectives));
     return true;
+}
+
+void TaskPool::add(const Ref<Task>& task) {
+    if (Tasks->contains(task->ID))
+        throw loadError(622, "Duplicate task ID '" + task->ID + "'");
+    Tasks->Add(task, task->ID);
+    if (task->Objective)
+        modules_.add(task->Objective->Module);
 }
 
 bool TaskPool::Save(const std::string& location) const {

@@ -59,6 +59,8 @@ public:
     static const ClassInfo& classInfo();
 
 private:
+    void add(const Ref<Task>& task);
+
     ModuleList modules_;
 };
 

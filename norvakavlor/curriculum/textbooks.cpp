@@ -32,7 +32,7 @@ const ClassInfo& TextBook::classInfo() {
 }
 
 bool TextBooks::Load(const std::string& location) {
-    return loadFrom(*this, kTextBooksDocument.kind, location);
+    return loadMembersFrom(*textBooks, kTextBooksDocument.kind, location);
 }
 
 bool TextBooks::LoadFromXMLNode(xml::Node node) { return loadMembers(*textBooks, node); }

@@ -41,14 +41,13 @@ ParseError findForbidden(std::string_view utf8) {
     return {};
 }
 
-} // namespace
-
-std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error) {
+std::optional<xml::Document> parse(std::string_view utf8, ParseError* error,
+                                   const xml::MemberHandler& onMember) {
     if (utf8.starts_with(kByteOrderMark))
         utf8.remove_prefix(kByteOrderMark.size());
     ParseError failure = findForbidden(utf8);
     if (failure.reason.empty()) {
-        xml::TreeBuilder builder;
+        xml::TreeBuilder builder(onMember);
         const bool parsed = feedEvents(utf8, builder, failure);
         if (parsed && builder.problem().empty())
             return builder.finish();
@@ -58,6 +57,16 @@ std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error) 
     if (error)
         *error = failure;
     return std::nullopt;
+}
+
+} // namespace
+
+std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error) {
+    return parse(utf8, error, {});
+}
+
+std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember) {
+    return parse(utf8, nullptr, onMember);
 }
 
 } // namespace norvakavlor::platform

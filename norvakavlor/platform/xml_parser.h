@@ -20,4 +20,8 @@ struct ParseError {
 /// why. Raises std::bad_alloc alone.
 std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error = nullptr);
 
+/// The same, one child of the root at a time: each is handed over, then forgotten. The document has its root
+/// without children; it tells whether the text parsed to its end, which was not known before.
+std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember);
+
 } // namespace norvakavlor::platform

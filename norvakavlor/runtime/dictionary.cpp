@@ -1,67 +1,96 @@
 #include <norvakavlor/runtime/dictionary.h>
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/text/error.h>
+#include <norvakavlor/text/hash.h>
 #include <norvakavlor/text/text.h>
 #include <utility>
 
 namespace norvakavlor {
 namespace {
 
-/// Numbers of any type with equal values are one key, and no number is the same key as a text.
-std::string numberIdentity(double number) {
-    return "n" + std::to_string(std::bit_cast<uint64_t>(number == 0 ? 0.0 : number));
+/// What tells a key from all others: equal values of any numeric types are one key, and no number is the
+/// same key as a text.
+struct Identity {
+    char kind = '\0';
+    uint64_t number = 0;     ///< of numbers the bits, of an object its address
+    std::string_view text{}; ///< of texts and of what is no double, as it stands
+
+    friend bool operator==(const Identity&, const Identity&) = default;
+};
+
+Identity identityOf(const Value& key) {
+    if (const auto* text = key.as<std::string>())
+        return {.kind = 't', .text = *text};
+    if (const auto* object = key.as<Ref<Object>>())
+        return {.kind = 'o',
+                .number = reinterpret_cast<uintptr_t>(*object ? (*object)->identity() : nullptr)};
+    if (key.isEmpty())
+        return {.kind = 'e'};
+    if (key.isNull())
+        return {.kind = 'z'};
+    if (key.as<std::shared_ptr<Array>>())
+        throw runtimeError(RuntimeError::InvalidProcedureCall);
+    if (const auto* exact = key.as<ExactNumber>())
+        return {.kind = 'x', .text = exact->text}; // which no double's digits are
+    const double number = key.toDouble();
+    return {.kind = 'n', .number = std::bit_cast<uint64_t>(number == 0 ? 0.0 : number)};
+}
+
+uint32_t hashOf(const Identity& identity) {
+    if (!identity.text.empty())
+        return norvakavlor::hashOf(identity.text);
+    char bytes[sizeof identity.number];
+    std::memcpy(bytes, &identity.number, sizeof bytes);
+    return norvakavlor::hashOf({bytes, sizeof bytes});
 }
 
 } // namespace
 
-std::string Dictionary::identityOf(const Value& key) const {
-    if (const auto* text = key.as<std::string>())
-        return "t" + (ignoreCase_ ? upperCase(*text) : *text);
-    if (const auto* object = key.as<Ref<Object>>()) {
-        return "o" + std::to_string(reinterpret_cast<uintptr_t>(*object ? (*object)->identity() : nullptr));
-    }
-    if (key.isEmpty())
-        return "e";
-    if (key.isNull())
-        return "z";
-    if (key.as<std::shared_ptr<Array>>())
-        throw runtimeError(RuntimeError::InvalidProcedureCall);
-    if (const auto* number = key.as<ExactNumber>())
-        return "x" + number->text; // which no double's digits are
-    return numberIdentity(key.toDouble());
+Dictionary::Found Dictionary::look(const Value& key) const {
+    Identity identity = identityOf(key);
+    const bool folds = ignoreCase_ && identity.kind == 't';
+    std::string folded;
+    if (folds)
+        identity.text = folded = upperCase(identity.text);
+    const uint32_t hash = hashOf(identity);
+    return {entries_.find(hash,
+                          [&](const Entry& entry) {
+                              const Identity other = identityOf(entry.key);
+                              return folds ? other.kind == 't' && equalIgnoringCase(other.text, folded)
+                                           : other == identity;
+                          }),
+            hash};
 }
 
-Dictionary::Entry* Dictionary::findEntry(const Value& key) const {
-    const auto found = byIdentity_.find(identityOf(key));
-    return found == byIdentity_.end() ? nullptr : found->second;
+bool Dictionary::tryAdd(Value key, Value item) {
+    const Found found = look(key);
+    if (found.entry)
+        return false;
+    entries_.insert(entries_.size(), Entry{std::move(key), std::move(item), nextPlace_++, found.hash});
+    return true;
 }
 
-Dictionary::Entry& Dictionary::insert(const Value& key, const Value& item) {
-    // Room first: once the key is taken nothing may fail.
-    if (entries_.size() == entries_.capacity())
-        entries_.reserve(std::max<size_t>(8, 2 * entries_.size()));
-    auto entry = std::make_unique<Entry>(Entry{key, item, identityOf(key), nextSerial_});
-    if (!byIdentity_.emplace(entry->identity, entry.get()).second)
+Dictionary::Entry& Dictionary::insert(Value key, Value item) {
+    if (!tryAdd(std::move(key), std::move(item)))
         throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-    ++nextSerial_;
-    return *entries_.emplace_back(std::move(entry));
+    return entries_.back();
 }
 
 void Dictionary::Add(const Value& key, const Value& item) { insert(key, item); }
 
-bool Dictionary::Exists(const Value& key) const { return findEntry(key) != nullptr; }
+bool Dictionary::Exists(const Value& key) const { return look(key).entry != nullptr; }
 
 Value Dictionary::Item(const Value& key) {
-    const Entry* entry = findEntry(key);
+    const Entry* entry = look(key).entry;
     return entry ? entry->item : insert(key, Value()).item;
 }
 
 void Dictionary::SetItem(const Value& key, const Value& item) {
-    if (Entry* entry = findEntry(key)) {
+    if (Entry* entry = look(key).entry) {
         // Nothing may follow: releasing the former item may run a client's code that removes the entry.
         entry->item = item;
     } else {
@@ -70,61 +99,50 @@ void Dictionary::SetItem(const Value& key, const Value& item) {
 }
 
 void Dictionary::SetKey(const Value& key, const Value& newKey) {
-    Entry* entry = findEntry(key);
+    Entry* entry = look(key).entry;
     if (!entry) {
         insert(newKey, Value());
         return;
     }
     Value ownKey = newKey; // the old key is released at the end, when everything holds again
-    std::string identity = identityOf(newKey);
-    if (!byIdentity_.emplace(identity, entry).second)
+    const Found taken = look(newKey);
+    if (taken.entry)
         throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-    byIdentity_.erase(entry->identity);
-    entry->identity = std::move(identity);
-    std::swap(entry->key, ownKey);
-}
-
-Dictionary::Entries::iterator Dictionary::from(uint64_t serial) {
-    const auto serialOf = [](const std::unique_ptr<Entry>& entry) { return entry->serial; };
-    return std::ranges::lower_bound(entries_, serial, {}, serialOf);
+    entries_.rekey(*entry, [&](Entry& changed) {
+        std::swap(changed.key, ownKey);
+        changed.hash = taken.hash;
+    });
 }
 
 std::optional<Value> Dictionary::nextElement(uint64_t& mark) {
-    const auto at = from(mark);
-    if (at == entries_.end())
+    const size_t position = entries_.positionFrom(mark);
+    if (position == entries_.size())
         return std::nullopt;
-    mark = (*at)->serial + 1;
-    return (*at)->key;
+    mark = entries_[position].place + 1;
+    return entries_[position].key;
 }
 
 void Dictionary::Remove(const Value& key) {
-    const Entry* entry = findEntry(key);
+    const Entry* entry = look(key).entry;
     if (!entry)
         throw runtimeError(RuntimeError::ElementNotFound);
-    const auto at = from(entry->serial);
-    // The entry outlives its removal: releasing its item may run a client's code that looks in here.
-    const std::unique_ptr<Entry> removed = std::move(*at);
-    entries_.erase(at);
-    byIdentity_.erase(removed->identity);
+    const Entry removed = entries_.remove(entries_.positionFrom(entry->place));
 }
 
-void Dictionary::RemoveAll() {
-    byIdentity_.clear();
-    const auto removed = std::exchange(entries_, {});
-}
+void Dictionary::RemoveAll() { const auto removed = std::exchange(entries_, {}); }
 
 int32_t Dictionary::Count() const { return static_cast<int32_t>(entries_.size()); }
 
 std::shared_ptr<Array> Dictionary::Keys() const {
     auto keys = std::make_shared<Array>();
-    for (const auto& entry : entries_)
+    for (const Entry* const entry : entries_)
         keys->elements.push_back(entry->key);
     return keys;
 }
 
 std::shared_ptr<Array> Dictionary::Items() const {
     auto items = std::make_shared<Array>();
-    for (const auto& entry : entries_)
+    for (const Entry* const entry : entries_)
         items->elements.push_back(entry->item);
     return items;
 }
@@ -138,12 +156,12 @@ void Dictionary::SetCompareMode(int32_t mode) {
 }
 
 const Value* Dictionary::find(std::string_view key) const {
-    const Entry* entry = findEntry(Value(key));
+    const Entry* entry = look(Value(key)).entry;
     return entry ? &entry->item : nullptr;
 }
 
-const Value& Dictionary::keyAt(size_t position) const { return entries_[position]->key; }
-const Value& Dictionary::itemAt(size_t position) const { return entries_[position]->item; }
+const Value& Dictionary::keyAt(size_t position) const { return entries_[position].key; }
+const Value& Dictionary::itemAt(size_t position) const { return entries_[position].item; }
 
 const ClassInfo& Dictionary::classInfo() {
     static const ClassInfo info =

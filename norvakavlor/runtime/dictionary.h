@@ -3,11 +3,10 @@
 #include <cstdint>
 #include <memory>
 #include <norvakavlor/runtime/class_info.h>
+#include <norvakavlor/runtime/entries.h>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 namespace norvakavlor {
 
@@ -42,7 +41,11 @@ public:
 
     /// For the library's own use. The item under a key without adding one; null when it is missing.
     const Value* find(std::string_view key) const;
-    bool empty() const { return Count() == 0; }
+    /// Adds an entry unless the key is there, and says whether it did.
+    bool tryAdd(Value key, Value item);
+    /// Room for so many entries in all: who knows how many will come saves the growing.
+    void reserve(size_t count) { entries_.reserve(count); }
+    bool empty() const { return entries_.empty(); }
     const Value& keyAt(size_t position) const;
     const Value& itemAt(size_t position) const;
 
@@ -52,22 +55,23 @@ private:
     struct Entry {
         Value key;
         Value item;
-        std::string identity;
-        uint64_t serial; ///< grows from entry to entry: a place that stays one while others are removed
-    };
-    using Entries = std::vector<std::unique_ptr<Entry>>;
+        uint64_t place; ///< a number that grows from entry to entry
+        uint32_t hash;
 
-    std::string identityOf(const Value& key) const;
-    Entry* findEntry(const Value& key) const;
-    Entry& insert(const Value& key, const Value& item);
-    /// The first entry with this serial or a later one.
-    Entries::iterator from(uint64_t serial);
+        static bool isKeyed() { return true; }
+    };
+
+    /// An entry that was just looked for, and the hash of its key.
+    struct Found {
+        Entry* entry; ///< null when there is none
+        uint32_t hash;
+    };
+    Found look(const Value& key) const;
+    Entry& insert(Value key, Value item);
     std::optional<Value> nextElement(uint64_t& mark);
 
-    // The entries stay where they are in memory, so that the look-up can point at them.
-    Entries entries_;
-    uint64_t nextSerial_ = 0;
-    std::unordered_map<std::string, Entry*> byIdentity_;
+    Entries<Entry> entries_;
+    uint64_t nextPlace_ = 0;
     bool ignoreCase_ = false;
 };
 

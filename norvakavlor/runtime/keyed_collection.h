@@ -4,16 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <memory>
 #include <norvakavlor/runtime/describe.h>
+#include <norvakavlor/runtime/entries.h>
+#include <norvakavlor/text/hash.h>
 #include <norvakavlor/text/text.h>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace norvakavlor {
 
@@ -37,55 +36,49 @@ public:
     void Add(Element item, std::string_view key) { insert(entries_.size(), std::move(item), upperCase(key)); }
 
     /// The item under a key. Raises 5 when there is none.
-    Element& Item(std::string_view key) {
-        if (Element* item = find(key))
-            return *item;
-        throw runtimeError(RuntimeError::InvalidProcedureCall);
-    }
+    Element& Item(std::string_view key) { return entryUnder(key).item; }
     /// The item at a position, counted from 1. Raises 9 outside the collection.
-    Element& Item(int32_t position) { return entries_[indexOf(position)]->item; }
+    Element& Item(int32_t position) { return entries_[indexOf(position)].item; }
 
     /// The item under a key, or null.
     Element* find(std::string_view key) {
-        const auto found = byKey_.find(upperCase(key));
-        return found == byKey_.end() ? nullptr : &found->second->item;
+        Entry* const entry = findEntry(upperCase(key));
+        return entry ? &entry->item : nullptr;
     }
-    bool contains(std::string_view key) const { return byKey_.contains(upperCase(key)); }
+    bool contains(std::string_view key) const { return findEntry(upperCase(key)) != nullptr; }
 
     /// Removes the item under a key. Raises 5 when there is none.
-    void Remove(std::string_view key) {
-        const auto found = byKey_.find(upperCase(key));
-        if (found == byKey_.end())
-            throw runtimeError(RuntimeError::InvalidProcedureCall);
-        erase(positionOf(*found->second));
-    }
+    void Remove(std::string_view key) { erase(positionOf(entryUnder(key))); }
     /// Removes the item at a position, counted from 1. Raises 9 outside the collection.
     void Remove(int32_t position) { erase(indexOf(position)); }
     /// Takes the item at a position, counted from 1, out and appends it under a key, which may be another one
     /// than before. Raises 9, and 457 when the key is taken by another item; nothing has moved then.
     void moveToEnd(int32_t position, std::string_view key) {
-        const auto at = entries_.begin() + static_cast<std::ptrdiff_t>(indexOf(position));
+        const size_t index = indexOf(position);
+        Entry& entry = entries_[index];
         std::string newKey = upperCase(key);
-        if ((*at)->key != newKey) {
-            if (!byKey_.emplace(newKey, at->get()).second)
-                throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-            if ((*at)->key)
-                byKey_.erase(*(*at)->key);
-            (*at)->key = std::move(newKey);
-        }
-        (*at)->place = placeAt(entries_.size());
-        std::rotate(at, at + 1, entries_.end());
+        if (const Entry* const holder = findEntry(newKey); holder && holder != &entry)
+            throw runtimeError(RuntimeError::KeyAlreadyAssociated);
+        entries_.rekey(entry, [&](Entry& changed) {
+            changed.hash = hashOf(newKey);
+            changed.key = std::move(newKey);
+            changed.keyed = true;
+        });
+        entry.place = placeAt(entries_.size());
+        entries_.moveToEnd(index);
     }
-    void clear() {
-        byKey_.clear();
-        const auto removed = std::exchange(entries_, {});
-    }
+    void clear() { const auto removed = std::exchange(entries_, {}); }
+
+    /// Room for so many items in all: who knows how many will come saves the growing.
+    void reserve(size_t count) { entries_.reserve(count); }
 
     /// A new collection of the same items under the same keys, whatever the items are called by now.
     Ref<KeyedCollection> copy() const {
         auto result = New<KeyedCollection>();
-        for (const auto& entry : entries_)
-            result->insert(result->entries_.size(), entry->item, entry->key);
+        result->reserve(entries_.size());
+        for (const Entry* const entry : entries_)
+            result->insert(result->entries_.size(), entry->item,
+                           entry->keyed ? std::optional(entry->key) : std::nullopt);
         return result;
     }
 
@@ -102,7 +95,7 @@ public:
         using reference = const Element&;
 
         Iterator() = default;
-        explicit Iterator(const std::unique_ptr<Entry>* at) : at_(at) {}
+        explicit Iterator(Entry* const* at) : at_(at) {}
         reference operator*() const { return (*at_)->item; }
         pointer operator->() const { return &(*at_)->item; }
         Iterator& operator++() {
@@ -113,10 +106,10 @@ public:
         bool operator==(const Iterator&) const = default;
 
     private:
-        const std::unique_ptr<Entry>* at_ = nullptr;
+        Entry* const* at_ = nullptr;
     };
-    Iterator begin() const { return Iterator(entries_.data()); }
-    Iterator end() const { return Iterator(entries_.data() + entries_.size()); }
+    Iterator begin() const { return Iterator(entries_.begin()); }
+    Iterator end() const { return Iterator(entries_.end()); }
 
     static const ClassInfo& classInfo() {
         static const ClassInfo info =
@@ -141,10 +134,14 @@ public:
 private:
     struct Entry {
         Element item;
-        std::optional<std::string> key; ///< upper-cased
+        std::string key; ///< upper-cased
         /// Grows from entry to entry, never 0. Gaps let an entry in between without touching the others, so
         /// that a place stays a place for whoever walks along while members come and go.
         uint64_t place = 0;
+        uint32_t hash = 0;
+        bool keyed = false;
+
+        bool isKeyed() const { return keyed; }
     };
 
     static constexpr bool kHoldsObjects = std::is_base_of_v<Object, T>;
@@ -156,15 +153,15 @@ private:
     uint64_t placeAt(size_t position) {
         if (entries_.empty())
             return kMiddle;
-        if (entries_.back()->place > UINT64_MAX - kGap || entries_.front()->place <= kGap) {
+        if (entries_.back().place > UINT64_MAX - kGap || entries_.front().place <= kGap) {
             uint64_t place = kMiddle;
-            for (const auto& entry : entries_)
+            for (Entry* const entry : entries_)
                 entry->place = place += kGap;
         }
         if (position == entries_.size())
-            return entries_.back()->place + kGap;
+            return entries_.back().place + kGap;
         if (position == 0)
-            return entries_.front()->place - kGap;
+            return entries_.front().place - kGap;
         return placeBetween(position);
     }
 
@@ -173,14 +170,13 @@ private:
     /// entry then, and meets none twice, so that every walk ends.
     uint64_t placeBetween(size_t position) {
         constexpr uint64_t kStep = 1 << 12;
-        const uint64_t after = entries_[position]->place;
-        if (after - entries_[position - 1]->place < 2) {
+        const uint64_t after = entries_[position].place;
+        if (after - entries_[position - 1].place < 2) {
             uint64_t place = after;
-            for (size_t before = position; before > 0 && entries_[before - 1]->place > place - kStep;
-                 --before)
-                entries_[before - 1]->place = place -= kStep;
+            for (size_t before = position; before > 0 && entries_[before - 1].place > place - kStep; --before)
+                entries_[before - 1].place = place -= kStep;
         }
-        const uint64_t before = entries_[position - 1]->place;
+        const uint64_t before = entries_[position - 1].place;
         const uint64_t half = (after - before) / 2;
         const uint64_t step = std::min(half, kStep);
         lastBetween_ = before == lastBetween_  ? before + step
@@ -190,30 +186,27 @@ private:
     }
 
     void insert(size_t position, Element item, std::optional<std::string> key) {
-        // Room first: once the key is taken nothing may fail.
-        if (entries_.size() == entries_.capacity())
-            entries_.reserve(std::max<size_t>(8, 2 * entries_.size()));
-        auto entry = std::make_unique<Entry>(Entry{std::move(item), key, placeAt(position)});
-        if (key && !byKey_.emplace(std::move(*key), entry.get()).second)
+        const uint32_t hash = key ? hashOf(*key) : 0;
+        if (key && findEntry(*key, hash))
             throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-        entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(position), std::move(entry));
+        const bool keyed = key.has_value();
+        entries_.insert(position, Entry{std::move(item), std::move(key).value_or(std::string()),
+                                        placeAt(position), hash, keyed});
     }
 
-    void erase(size_t position) {
-        // The entry outlives its removal: releasing the item may run a client's code that looks in here.
-        const auto at = entries_.begin() + static_cast<std::ptrdiff_t>(position);
-        const std::unique_ptr<Entry> entry = std::move(*at);
-        entries_.erase(at);
-        if (entry->key)
-            byKey_.erase(*entry->key);
+    void erase(size_t position) { const Entry removed = entries_.remove(position); }
+
+    Entry* findEntry(std::string_view upperCased) const { return findEntry(upperCased, hashOf(upperCased)); }
+    Entry* findEntry(std::string_view upperCased, uint32_t hash) const {
+        return entries_.find(hash, [&](const Entry& entry) { return entry.key == upperCased; });
+    }
+    Entry& entryUnder(std::string_view key) const {
+        if (Entry* const entry = findEntry(upperCase(key)))
+            return *entry;
+        throw runtimeError(RuntimeError::InvalidProcedureCall);
     }
 
-    /// Where the first entry is whose place is this or a later one.
-    size_t positionFrom(uint64_t place) const {
-        const auto placeOf = [](const std::unique_ptr<Entry>& entry) { return entry->place; };
-        return static_cast<size_t>(std::ranges::lower_bound(entries_, place, {}, placeOf) - entries_.begin());
-    }
-    size_t positionOf(const Entry& entry) const { return positionFrom(entry.place); }
+    size_t positionOf(const Entry& entry) const { return entries_.positionFrom(entry.place); }
 
     size_t indexOf(int32_t position) const {
         if (position < 1 || position > Count())
@@ -223,12 +216,8 @@ private:
 
     /// A late-bound index: text is a key, anything else a position.
     size_t indexOf(const Value& index) const {
-        if (const auto* key = index.as<std::string>()) {
-            const auto found = byKey_.find(upperCase(*key));
-            if (found == byKey_.end())
-                throw runtimeError(RuntimeError::InvalidProcedureCall);
-            return positionOf(*found->second);
-        }
+        if (const auto* key = index.as<std::string>())
+            return positionOf(entryUnder(*key));
         return indexOf(index.toInt32());
     }
 
@@ -251,18 +240,17 @@ private:
         insert(position, std::move(typed), std::move(itemKey));
     }
     void removeLate(const Value& index) { erase(indexOf(index)); }
-    Value itemLate(const Value& index) { return Value(entries_[indexOf(index)]->item); }
+    Value itemLate(const Value& index) { return Value(entries_[indexOf(index)].item); }
     std::optional<Value> nextElement(uint64_t& mark) {
-        const size_t position = positionFrom(mark);
+        const size_t position = entries_.positionFrom(mark);
         if (position == entries_.size())
             return std::nullopt;
-        mark = entries_[position]->place + 1;
-        return Value(entries_[position]->item);
+        mark = entries_[position].place + 1;
+        return Value(entries_[position].item);
     }
 
-    std::vector<std::unique_ptr<Entry>> entries_;
+    Entries<Entry> entries_;
     uint64_t lastBetween_ = 0; ///< the place that was last given between two others
-    std::unordered_map<std::string, Entry*> byKey_;
 };
 
 /// `for (const std::string& module : pool->GetModules())`: walks a collection that a call has just made and

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <exception>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/members.h>
 #include <norvakavlor/xml/document.h>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 /// The pattern of every class that is a document: one way to load, to save, and to walk members.
 namespace norvakavlor {
@@ -28,18 +32,88 @@ template <class Fill> bool saveAs(const DocumentNames& names, const std::string&
     return writeDocument(names.kind, location, document);
 }
 
+/// The members of a document that has parsed, none of them added yet.
+///
+///     auto loaded = LoadedMembers<Task>::from(kKind, location, [&](xml::Node node) { return readTask(node);
+///     }); return loaded && loaded->addEach([&](const Ref<Task>& task) { add(task); });
+///
+/// Members are made while the document is being parsed, and are added when it is known to parse: one that
+/// does not changes nothing. What a member raises waits for the members before it.
+template <class Member> class LoadedMembers {
+public:
+    /// `read(node)` makes a member of a child of the root, whatever its name; a null one stops the loading.
+    /// Nothing when the document cannot be had or does not parse.
+    template <class Read>
+    static std::optional<LoadedMembers> from(std::string_view kind, const std::string& location, Read read,
+                                             std::string_view parameters = {}) {
+        LoadedMembers loaded;
+        loaded.document_ = readMembers(
+            kind, location, [&](xml::Node node) { loaded.take(node, read); }, parameters);
+        return loaded.document_ ? std::optional(std::move(loaded)) : std::nullopt;
+    }
+
+    /// The root element with its attributes, without its children.
+    xml::Node root() const { return document_->root(); }
+    size_t count() const { return members_.size(); }
+
+    /// Hands each member to `add`, in order; what that raises ends it, and the members before stay. Then
+    /// raises what reading the next member raised; False when that one stopped the loading.
+    template <class Add> bool addEach(Add add) {
+        for (Ref<Member>& member : members_)
+            add(std::exchange(member, nullptr));
+        if (fault_)
+            std::rethrow_exception(fault_);
+        return !stopped_;
+    }
+
+private:
+    template <class Read> void take(xml::Node node, Read& read) {
+        if (fault_ || stopped_)
+            return;
+        try {
+            Ref<Member> member = read(node);
+            stopped_ = !member;
+            if (member)
+                members_.push_back(std::move(member));
+        } catch (const std::exception&) {
+            fault_ = std::current_exception();
+        }
+    }
+
+    std::optional<xml::Document> document_;
+    std::vector<Ref<Member>> members_;
+    std::exception_ptr fault_;
+    bool stopped_ = false;
+};
+
+/// Creates a member and lets it read itself; null when it says False.
+template <class Member, class... Context> Ref<Member> readMember(xml::Node node, Context&... context) {
+    auto member = New<Member>();
+    return member->LoadFromXMLNode(node, context...) ? member : nullptr;
+}
+
 /// Creates a member for every child of `node`, whatever its name (a comment is a member with empty fields,
 /// which readers of the format rely on), lets it read itself and adds it under its ID. The collection is not
 /// emptied first, and what was added before a fault stays. Stops with False when a member does.
 template <class Member, class... Context>
 bool loadMembers(KeyedCollection<Member>& members, xml::Node node, Context&... context) {
     for (const xml::Node child : xml::children(node)) {
-        auto member = New<Member>();
-        if (!member->LoadFromXMLNode(child, context...))
+        const auto member = readMember<Member>(child, context...);
+        if (!member)
             return false;
         members.Add(member, member->ID);
     }
     return true;
+}
+
+/// The same for the root of the document at a location; False, with nothing added, when that cannot be had or
+/// does not parse.
+template <class Member, class... Context>
+bool loadMembersFrom(KeyedCollection<Member>& members, std::string_view kind, const std::string& location,
+                     Context&... context) {
+    auto loaded = LoadedMembers<Member>::from(
+        kind, location, [&](xml::Node node) { return readMember<Member>(node, context...); });
+    return loaded && loaded->addEach([&](const Ref<Member>& member) { members.Add(member, member->ID); });
 }
 
 /// Appends one element for each member, in order, and lets the member fill it.

@@ -1,6 +1,7 @@
 #include <norvakavlor/students/students.h>
 
 #include <norvakavlor/curriculum/courses.h>
+#include <norvakavlor/store/collection.h>
 #include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/endpoint_request.h>
@@ -31,38 +32,50 @@ bool Students::Load(const std::string& filename, Courses* courses) {
 
 bool Students::LoadWithFilter(const std::string& filename, Courses* courses, const std::string& courseID,
                               const std::string& sectionID, const std::string& studentID) {
-    // The roster alone among the collections empties itself first, also when nothing can be loaded.
-    clear();
-    const auto document = readDocument(kStudentsDocument.kind, filename,
-                                       parameterUnlessEmpty("CourseID", courseID) +
-                                           parameterUnlessEmpty("SectionID", sectionID) +
-                                           parameterUnlessEmpty("StudentID", studentID));
-    return document && parseRosterDocument(document->root(), courses);
+    return loadLocation(filename,
+                        parameterUnlessEmpty("CourseID", courseID) +
+                            parameterUnlessEmpty("SectionID", sectionID) +
+                            parameterUnlessEmpty("StudentID", studentID),
+                        courses, false);
 }
 
 /// As Load, but for who stores the roster then: another document in its place would be lost.
 bool Students::loadForChange(const std::string& filename, Courses* courses) {
+    return loadLocation(filename, {}, courses, true);
+}
+
+bool Students::loadLocation(const std::string& filename, const std::string& parameters, Courses* courses,
+                            bool rostersAlone) {
+    // The roster alone among the collections empties itself first, also when nothing can be loaded.
     clear();
-    const auto document = readDocument(kStudentsDocument.kind, filename);
-    return document && document->root().name() == kStudentsDocument.root &&
-           parseRosterDocument(document->root(), courses);
+    const auto read = [&](xml::Node node) { return readMember<Student>(node, courses); };
+    auto loaded = LoadedMembers<Student>::from(kStudentsDocument.kind, filename, read, parameters);
+    if (!loaded || (rostersAlone && loaded->root().name() != kStudentsDocument.root))
+        return false;
+    takeCounter(loaded->root());
+    return loaded->addEach([this](const Ref<Student>& student) { add(student); });
 }
 
 bool Students::parseRosterDocument(xml::Node root, Courses* courses) {
-    if (const auto counter = root.attribute("autoStudentID"))
-        autoStudentID_ = toInt16(*counter);
+    takeCounter(root);
     return LoadFromXMLNode(root, courses);
 }
 
+void Students::takeCounter(xml::Node root) {
+    if (const auto counter = root.attribute("autoStudentID"))
+        autoStudentID_ = toInt16(*counter);
+}
+
 bool Students::LoadFromXMLNode(xml::Node rosterNode, Courses* courses) {
-    for (const xml::Node child : xml::children(rosterNode)) {
-        auto student = New<Student>();
-        student->LoadFromXMLNode(child, courses);
-        StudentMembers->Add(student, student->StudentID);
-        if (!student->UserName.empty())
-            addToIndex(*student);
-    }
+    for (const xml::Node child : xml::children(rosterNode))
+        add(readMember<Student>(child, courses));
     return true;
+}
+
+void Students::add(const Ref<Student>& student) {
+    StudentMembers->Add(student, student->StudentID);
+    if (!student->UserName.empty())
+        addToIndex(*student);
 }
 
 void Students::addToIndex(const Student& student) {

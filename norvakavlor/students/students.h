@@ -96,9 +96,13 @@ public:
 private:
     void clear();
     bool loadForChange(const std::string& filename, Courses* courses);
+    bool loadLocation(const std::string& filename, const std::string& parameters, Courses* courses,
+                      bool rostersAlone);
     bool parseRosterDocument(xml::Node root, Courses* courses);
+    void takeCounter(xml::Node root);
     xml::Document rosterDocument(Courses* courses) const;
     std::string insert(const Ref<Student>& student);
+    void add(const Ref<Student>& student);
     void addToIndex(const Student& student);
     std::string nextStudentID();
 

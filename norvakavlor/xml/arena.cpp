@@ -1,34 +1,17 @@
 #include <norvakavlor/xml/arena.h>
 
-#include <algorithm>
+#include <norvakavlor/text/hash.h>
 #include <utility>
 
 namespace norvakavlor::xml {
 namespace {
 
-constexpr size_t kFirstBlock = 2048;
 constexpr size_t kFirstNames = 64;
-
-uint32_t hashOf(std::string_view text) {
-    uint32_t hash = 2166136261u;
-    for (const char c : text)
-        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
-    return hash ^ (hash >> 15);
-}
 
 } // namespace
 
 Arena::Arena()
-    : memory_(kFirstBlock), names_(kFirstNames), emptyName_(intern("")),
-      documentNode_(makeNode(NodeKind::Document, emptyName_)) {}
-
-std::string_view Arena::keep(std::string_view text) {
-    if (text.empty())
-        return {};
-    auto* const copy = static_cast<char*>(memory_.allocate(text.size(), 1));
-    std::ranges::copy(text, copy);
-    return {copy, text.size()};
-}
+    : names_(kFirstNames), emptyName_(intern("")), documentNode_(makeNode(NodeKind::Document, emptyName_)) {}
 
 size_t Arena::slotOf(std::string_view text, uint32_t hash) const {
     const size_t mask = names_.size() - 1;
@@ -49,7 +32,8 @@ const Name* Arena::intern(std::string_view text) {
         growNames();
         slot = slotOf(text, hash);
     }
-    names_[slot] = make<Name>(this, keep(text), hash, text.find(':') != std::string_view::npos);
+    names_[slot] = std::construct_at(static_cast<Name*>(nameMemory_.allocate(sizeof(Name), alignof(Name))),
+                                     this, nameMemory_.keep(text), hash);
     ++nameCount_;
     return names_[slot];
 }

@@ -152,14 +152,23 @@ void checkSize(size_t bytes) {
     }
 }
 
-std::optional<std::string> decodeFile(std::string_view bytes) {
-    auto encoding = takeByteOrderMark(bytes);
+std::optional<std::string> decodeFile(std::string_view bytes) { return decodeFile(std::string(bytes)); }
+
+std::optional<std::string> decodeFile(std::string&& bytes) {
+    std::string_view unmarked = bytes;
+    auto encoding = takeByteOrderMark(unmarked);
     if (!encoding)
-        encoding = encodingOfFile(bytes);
+        encoding = encodingOfFile(unmarked);
     if (!encoding)
         return std::nullopt;
+    if (encoding == Encoding::Utf8) {
+        if (!isWellFormedUtf8(unmarked))
+            return std::nullopt;
+        bytes.erase(0, bytes.size() - unmarked.size());
+        return std::move(bytes);
+    }
     bool wellFormed = true;
-    std::string text = decode(bytes, *encoding, wellFormed);
+    std::string text = decode(unmarked, *encoding, wellFormed);
     if (!wellFormed)
         return std::nullopt;
     return text;

@@ -18,6 +18,8 @@ void checkSize(size_t bytes);
 /// A file obeys its own byte order mark and encoding declaration: UTF-8, UTF-16, US-ASCII, ISO-8859-1,
 /// windows-1252. Nothing for another encoding, and for bytes that their encoding does not allow.
 std::optional<std::string> decodeFile(std::string_view bytes);
+/// The same without a copy: nearly every file is UTF-8 already.
+std::optional<std::string> decodeFile(std::string&& bytes);
 
 /// A reply obeys its charset header (a Content-Type value, may be empty), else a byte order mark, else it is
 /// UTF-8; bytes that do not decode become U+FFFD, as a reply is also shown to people.

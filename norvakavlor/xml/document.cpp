@@ -31,41 +31,39 @@ const Name* nameFor(Arena& arena, std::string_view text) {
     return arena.intern(text);
 }
 
-bool isElement(const NodeData* data) { return data->kind == NodeKind::Element; }
-
 /// The first element of a name from `data` on among its siblings.
 NodeData* elementFrom(NodeData* data, const Name* name) {
-    while (data && !(data->name == name && isElement(data)))
-        data = data->next;
+    while (data && !(data->name == name && data->isElement()))
+        data = data->nextSibling();
     return data;
 }
 
 NodeData* rootOf(const NodeData* document) {
-    NodeData* data = document->inside.firstChild;
-    while (data && !isElement(data))
-        data = data->next;
+    NodeData* data = document->firstChild();
+    while (data && !data->isElement())
+        data = data->nextSibling();
     return data;
 }
 
 /// Raises 5 unless a node of this kind may become a child of `parent`.
 void checkChild(const NodeData* parent, NodeKind kind) {
-    const bool fits = parent->kind == NodeKind::Document
+    const bool fits = parent->kind() == NodeKind::Document
                           ? kind == NodeKind::Comment || kind == NodeKind::ProcessingInstruction ||
                                 (kind == NodeKind::Element && !rootOf(parent))
-                          : isElement(parent) && kind != NodeKind::Document;
+                          : parent->isElement() && kind != NodeKind::Document;
     if (!fits)
         throw notWellFormed();
 }
 
 AttributeData* attributeOf(const NodeData* element, const Name* name) {
-    AttributeData* attribute = isElement(element) ? element->inside.firstAttribute : nullptr;
+    AttributeData* attribute = element->isElement() ? element->inside.firstAttribute : nullptr;
     while (attribute && attribute->name != name)
         attribute = attribute->next;
     return attribute;
 }
 
 bool isCharacterData(const NodeData* data) {
-    return data->kind == NodeKind::Text || data->kind == NodeKind::CData;
+    return data->kind() == NodeKind::Text || data->kind() == NodeKind::CData;
 }
 
 /// The names of a path's steps; nothing when one of them is no element's name in the document.
@@ -95,18 +93,18 @@ template <class Found> void select(NodeData* start, std::string_view path, Found
         return;
     NodeData* parent = start; // of `at`, which is a candidate for the step of its level
     size_t level = 0;
-    NodeData* at = elementFrom(parent->inside.firstChild, steps->front());
+    NodeData* at = elementFrom(parent->firstChild(), steps->front());
     while (at || level > 0) {
         if (!at) {
-            at = elementFrom(parent->next, (*steps)[--level]);
-            parent = parent->parent;
+            at = elementFrom(parent->nextSibling(), (*steps)[--level]);
+            parent = parent->parent();
         } else if (level + 1 < steps->size()) {
-            parent = std::exchange(at, elementFrom(at->inside.firstChild, (*steps)[level + 1]));
+            parent = std::exchange(at, elementFrom(at->firstChild(), (*steps)[level + 1]));
             ++level;
         } else if (found(at)) {
             return;
         } else {
-            at = elementFrom(at->next, (*steps)[level]);
+            at = elementFrom(at->nextSibling(), (*steps)[level]);
         }
     }
 }
@@ -115,12 +113,14 @@ template <class Found> void select(NodeData* start, std::string_view path, Found
 NodeData* copyOf(Arena& arena, const NodeData* source) {
     const Name* const name = &arenaOf(source) == &arena ? source->name : arena.intern(source->name->text);
     if (!source->holdsNodes())
-        return arena.makeLeaf(source->kind, name, source->value);
-    NodeData* const copy = arena.makeNode(source->kind, name);
-    copy->emptyText = source->emptyText;
+        return arena.makeLeaf(source->kind(), name, source->value);
+    NodeData* const copy = arena.makeNode(source->kind(), name);
+    if (source->hasEmptyText())
+        copy->setEmptyText();
+    AttributeData** end = endOfAttributes(copy);
     for (const AttributeData* a = source->inside.firstAttribute; a; a = a->next) {
         const Name* const attribute = &arenaOf(source) == &arena ? a->name : arena.intern(a->name->text);
-        link(copy, arena.makeAttribute(attribute, a->value));
+        link(end, arena.makeAttribute(attribute, a->value));
     }
     return copy;
 }
@@ -135,24 +135,22 @@ NodeData* deepCopyOf(Arena& arena, const NodeData* top) {
         link(parent, child);
         if (child->holdsNodes())
             parent = child;
-        at = following(at, top, [&](const NodeData*) { parent = parent->parent; });
+        at = following(at, top, [&](const NodeData*) { parent = parent->parent(); });
     }
     return copy;
 }
 
 } // namespace
 
-NodeKind Node::kind() const { return data_ ? data_->kind : NodeKind::Text; }
+NodeKind Node::kind() const { return data_ ? data_->kind() : NodeKind::Text; }
 std::string_view Node::name() const { return data_ ? data_->name->text : std::string_view(); }
 std::string_view Node::value() const {
     return data_ && !data_->holdsNodes() ? data_->value : std::string_view();
 }
 
-Node Node::parent() const { return Node(data_ ? data_->parent : nullptr); }
-Node Node::nextSibling() const { return Node(data_ ? data_->next : nullptr); }
-Node Node::firstChild() const {
-    return Node(data_ && data_->holdsNodes() ? data_->inside.firstChild : nullptr);
-}
+Node Node::parent() const { return Node(data_ ? data_->parent() : nullptr); }
+Node Node::nextSibling() const { return Node(data_ ? data_->nextSibling() : nullptr); }
+Node Node::firstChild() const { return Node(data_ && data_->holdsNodes() ? data_->firstChild() : nullptr); }
 
 size_t Node::childCount() const {
     size_t count = 0;
@@ -168,7 +166,7 @@ Node Node::child(std::string_view name) const {
 }
 
 Node Node::nextOfName() const {
-    return Node(data_ && isElement(data_) ? elementFrom(data_->next, data_->name) : nullptr);
+    return Node(data_ && data_->isElement() ? elementFrom(data_->nextSibling(), data_->name) : nullptr);
 }
 
 Node Node::selectSingleNode(std::string_view path) const {
@@ -210,7 +208,7 @@ std::optional<std::string_view> Node::attribute(std::string_view name) const {
 
 std::vector<Node::Attribute> Node::attributes() const {
     std::vector<Attribute> all;
-    if (data_ && isElement(data_)) {
+    if (data_ && data_->isElement()) {
         for (const AttributeData* a = data_->inside.firstAttribute; a; a = a->next)
             all.push_back({a->name->text, a->value});
     }
@@ -250,7 +248,7 @@ Node Node::append(NodeKind kind, std::string_view name, std::string_view content
     if (named && equalIgnoringCase(name, "xml"))
         throw notWellFormed();
     if (kind == NodeKind::Text && content.empty()) {
-        parent->emptyText = true;
+        parent->setEmptyText();
         return {};
     }
     NodeData* const child = arena.makeLeaf(kind, named ? nameFor(arena, name) : arena.emptyName(), content);
@@ -261,13 +259,13 @@ Node Node::append(NodeKind kind, std::string_view name, std::string_view content
 void Node::setText(std::string_view text) const {
     NodeData* const element = changeable(data_);
     checkChild(element, NodeKind::Text);
-    element->inside.firstChild = element->inside.lastChild = nullptr;
+    element->inside.lastChild = nullptr;
     append(NodeKind::Text, {}, text);
 }
 
 void Node::setAttribute(std::string_view name, std::string_view value) const {
     NodeData* const element = changeable(data_);
-    if (!isElement(element))
+    if (!element->isElement())
         throw notWellFormed();
     Arena& arena = arenaOf(element);
     // A name that is new to the document is no attribute's yet, so that nothing needs to be looked through.
@@ -275,16 +273,16 @@ void Node::setAttribute(std::string_view name, std::string_view value) const {
     if (AttributeData* const attribute = known ? attributeOf(element, known) : nullptr) {
         attribute->value = arena.keep(value);
     } else {
-        link(element, arena.makeAttribute(nameFor(arena, name), value));
+        *endOfAttributes(element) = arena.makeAttribute(nameFor(arena, name), value);
     }
 }
 
 Node Node::appendCopy(Node source) const {
     NodeData* const parent = changeable(data_);
     const NodeData* top = changeable(source.data_);
-    if (top->kind == NodeKind::Document)
+    if (top->kind() == NodeKind::Document)
         top = changeable(rootOf(top));
-    checkChild(parent, top->kind);
+    checkChild(parent, top->kind());
     NodeData* const copy = deepCopyOf(arenaOf(parent), top);
     link(parent, copy);
     return Node(copy);

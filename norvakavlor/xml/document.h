@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -108,6 +109,12 @@ public:
     };
     Iterator begin() const { return {first_, sameName_}; }
     Iterator end() const { return {Node(), sameName_}; }
+    size_t count() const {
+        size_t count = 0;
+        for (Iterator at = begin(); at != end(); ++at)
+            ++count;
+        return count;
+    }
 
 private:
     Node first_;
@@ -141,5 +148,9 @@ private:
     friend class TreeBuilder;
     std::unique_ptr<Arena> arena_;
 };
+
+/// Takes a child of the root element, whatever its kind, that is parsed to its end. The node is gone when the
+/// call returns. Must not raise: a parser's own frames may lie in between.
+using MemberHandler = std::function<void(Node member)>;
 
 } // namespace norvakavlor::xml

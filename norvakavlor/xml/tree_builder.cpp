@@ -10,7 +10,8 @@ constexpr std::string_view kDeclarationPrefix = "xmlns:";
 
 } // namespace
 
-TreeBuilder::TreeBuilder() : current_(document_.arena_->documentNode()) {}
+TreeBuilder::TreeBuilder(MemberHandler onMember)
+    : onMember_(std::move(onMember)), current_(document_.arena_->documentNode()) {}
 
 bool TreeBuilder::startElement(std::string_view name) {
     if (!endPending())
@@ -22,8 +23,9 @@ bool TreeBuilder::startElement(std::string_view name) {
     inStartTag_ = true;
     Arena& arena = *document_.arena_;
     NodeData* const element = arena.makeNode(NodeKind::Element, arena.intern(name));
-    link(current_, element);
+    xml::link(current_, element);
     current_ = element;
+    endOfAttributes_ = &element->inside.firstAttribute;
     return true;
 }
 
@@ -34,7 +36,7 @@ bool TreeBuilder::attribute(std::string_view name, std::string_view value) {
         return refuse("An element has more than " + std::to_string(kMaximumAttributes) + " attributes.");
     }
     Arena& arena = *document_.arena_;
-    link(current_, arena.makeAttribute(arena.intern(name), value));
+    xml::link(endOfAttributes_, arena.makeAttribute(arena.intern(name), value));
     return true;
 }
 
@@ -43,7 +45,8 @@ bool TreeBuilder::endElement() {
         return false;
     leaveDeclarations();
     --depth_;
-    current_ = current_->parent;
+    current_ = current_->parent();
+    endChild();
     return true;
 }
 
@@ -73,9 +76,21 @@ bool TreeBuilder::instruction(std::string_view target, std::string_view content)
 bool TreeBuilder::appendLeaf(NodeKind kind, std::string_view name, std::string_view content) {
     if (!endPending())
         return false;
-    Arena& arena = *document_.arena_;
-    link(current_, arena.makeLeaf(kind, arena.intern(name), content));
+    link(kind, document_.arena_->intern(name), content);
     return true;
+}
+
+void TreeBuilder::link(NodeKind leafKind, const Name* name, std::string_view content) {
+    xml::link(current_, document_.arena_->makeLeaf(leafKind, name, content));
+    endChild();
+}
+
+void TreeBuilder::endChild() {
+    if (depth_ != 1 || !onMember_)
+        return;
+    onMember_(Node(current_->inside.lastChild));
+    current_->inside.lastChild = nullptr;
+    document_.arena_->rewind(members_);
 }
 
 bool TreeBuilder::refuse(std::string reason) {
@@ -92,23 +107,22 @@ bool TreeBuilder::endPending() {
 }
 
 void TreeBuilder::endText() {
-    if (!isWhiteSpace(text_)) {
-        Arena& arena = *document_.arena_;
-        link(current_, arena.makeLeaf(NodeKind::Text, arena.emptyName(), text_));
-    }
+    if (!isWhiteSpace(text_))
+        link(NodeKind::Text, document_.arena_->emptyName(), text_);
     text_.clear();
 }
 
 void TreeBuilder::endCData() {
     if (!cdata_)
         return;
-    Arena& arena = *document_.arena_;
-    link(current_, arena.makeLeaf(NodeKind::CData, arena.emptyName(), *cdata_));
+    link(NodeKind::CData, document_.arena_->emptyName(), *cdata_);
     cdata_.reset();
 }
 
 bool TreeBuilder::endStartTag() {
     inStartTag_ = false;
+    if (depth_ == 1)
+        members_ = document_.arena_->mark();
     if (!problem_.empty())
         return false;
     for (const AttributeData* a = current_->inside.firstAttribute; a; a = a->next) {

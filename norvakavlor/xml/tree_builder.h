@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <norvakavlor/xml/bump_memory.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <string>
@@ -10,6 +11,9 @@
 #include <vector>
 
 namespace norvakavlor::xml {
+
+struct AttributeData;
+struct Name;
 
 inline constexpr size_t kMaximumDepth = 200;
 inline constexpr size_t kMaximumAttributes = 1000;
@@ -22,7 +26,9 @@ inline constexpr size_t kMaximumAttributes = 1000;
 /// what it delivers nonetheless is ignored. Names come from a parser and are not checked.
 class TreeBuilder {
 public:
-    TreeBuilder();
+    /// With a handler the tree never holds more than one child of the root, which goes when it was handled:
+    /// of a long document only what is in the processor's cache anyway.
+    explicit TreeBuilder(MemberHandler onMember = {});
 
     bool startElement(std::string_view name);
     /// Of the element just started, before anything inside.
@@ -35,7 +41,8 @@ public:
 
     /// Why the document is refused; empty while it is not.
     const std::string& problem() const { return problem_; }
-    /// The document, when all was delivered and nothing refused; the builder is empty afterwards.
+    /// The document, when all was delivered and nothing refused; the builder is empty afterwards. With a
+    /// handler its root is without children.
     Document finish() { return std::move(document_); }
 
 private:
@@ -48,9 +55,15 @@ private:
     bool isDeclared(std::string_view name) const;
     void leaveDeclarations();
     bool appendLeaf(NodeKind kind, std::string_view name, std::string_view content);
+    void link(NodeKind leafKind, const Name* name, std::string_view content);
+    /// Ends a child of `current_`, which stands as its last.
+    void endChild();
 
+    MemberHandler onMember_;
     Document document_;
     NodeData* current_;
+    BumpMemory::Mark members_{};                ///< where the memory of the root's children begins
+    AttributeData** endOfAttributes_ = nullptr; ///< of the element just started
     size_t depth_ = 0;
     size_t attributes_ = 0;
     bool inStartTag_ = false;

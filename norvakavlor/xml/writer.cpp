@@ -123,7 +123,7 @@ void writeInstruction(const NodeData* node, std::string& markup) {
     markup.append("?>");
 }
 
-bool isOpen(const NodeData* element) { return element->inside.firstChild || element->emptyText; }
+bool isOpen(const NodeData* element) { return element->inside.lastChild || element->hasEmptyText(); }
 
 void writeStart(const NodeData* element, std::string& markup) {
     markup.append("<").append(element->name->text);
@@ -136,7 +136,7 @@ void writeStart(const NodeData* element, std::string& markup) {
 }
 
 void writeOne(const NodeData* node, std::string& markup) {
-    switch (node->kind) {
+    switch (node->kind()) {
     case NodeKind::Document:
         return;
     case NodeKind::Element:
@@ -156,7 +156,7 @@ void writeOne(const NodeData* node, std::string& markup) {
 
 void write(const NodeData* top, std::string& markup) {
     const auto leave = [&](const NodeData* node) {
-        if (node->kind == NodeKind::Element && isOpen(node))
+        if (node->kind() == NodeKind::Element && isOpen(node))
             markup.append("</").append(node->name->text).append(">");
     };
     for (const NodeData* at = top; at; at = following(at, top, leave))

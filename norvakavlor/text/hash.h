@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace norvakavlor {
+
+/// The hash by which names, keys of collections and keys of dictionaries are found. It differs from process
+/// to process, so that nobody can write a document whose names or keys all collide: looking them up would
+/// take quadratic time.
+[[gnu::visibility("default")]] uint32_t hashOf(std::string_view text);
+
+} // namespace norvakavlor
