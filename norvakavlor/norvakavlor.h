@@ -9,6 +9,7 @@
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/config/check_setup.h>
+#include <norvakavlor/config/diagnostics.h>
 #include <norvakavlor/config/registry.h>
 #include <norvakavlor/crypto/encryption.h>
 #include <norvakavlor/curriculum/courses.h>
@@ -24,6 +25,8 @@
 #include <norvakavlor/results/live_ex_results.h>
 #include <norvakavlor/results/security.h>
 #include <norvakavlor/runtime/dictionary.h>
+#include <norvakavlor/runtime/log.h>
+#include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/store/title_filename.h>
 #include <norvakavlor/students/students.h>
 #include <norvakavlor/text/convert.h>

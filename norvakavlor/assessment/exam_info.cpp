@@ -36,7 +36,7 @@ bool ExamInfo::LoadValues(const std::string& pDirectory, const std::string& pFil
     Directory = pDirectory;
     Filename = pFilename;
     Attempt = attemptNumber(pFilename);
-    return readFields(kExamInfoFields, document->root(), *this);
+    return document->read([&](xml::Node root) { return readFields(kExamInfoFields, root, *this); });
 }
 
 const ClassInfo& ExamInfo::classInfo() {

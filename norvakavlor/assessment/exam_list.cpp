@@ -31,18 +31,19 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
     const auto document = readDocument(kExamListDocument.kind, location);
     if (!document)
         return false;
-    const xml::Node root = document->root();
-    ExamListFileName = documentFileName(location);
-    readFields(kExamListFields, root, *this);
-    loadOwnPreferences(Prefs, root);
-    // No list names no directory; an empty piece of one is the root.
-    const auto directories =
-        directoryList.empty() ? std::vector<std::string>() : splitDirectories(directoryList);
-    for (const xml::Node file : xml::children(root, "examFile")) {
-        if (const Ref<TitleFilename> exam = findExam(directories, file.text()))
-            Exams->Add(exam);
-    }
-    return true;
+    return document->read([&](xml::Node root) {
+        ExamListFileName = documentFileName(location);
+        readFields(kExamListFields, root, *this);
+        loadOwnPreferences(Prefs, root);
+        // No list names no directory; an empty piece of one is the root.
+        const auto directories =
+            directoryList.empty() ? std::vector<std::string>() : splitDirectories(directoryList);
+        for (const xml::Node file : xml::children(root, "examFile")) {
+            if (const Ref<TitleFilename> exam = findExam(directories, file.text()))
+                Exams->Add(exam);
+        }
+        return true;
+    });
 }
 
 bool ExamList::Save(const std::string& location) {

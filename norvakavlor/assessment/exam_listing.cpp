@@ -52,15 +52,18 @@ ExamRows localRows(const std::string& location, const std::string& studentID, in
         return isExamFile(fileName, examType) && (studentID.empty() || containsIgnoringCase(fileName, mark));
     });
     auto rows = New<KeyedCollection<ExamInfo>>();
+    LeftOut leftOut("exams");
     for (const std::string& fileName : files.fileNames) {
         auto row = New<ExamInfo>();
         bool loaded = false;
         // A stray document whose percentage is no number does not break the listing of the others.
         ignoringErrors(
             [&] { loaded = row->LoadValues(files.directory, fileName, std::string(kExamDocument.kind)); });
+        leftOut.count(loaded);
         if (loaded)
             rows->Add(row);
     }
+    leftOut.note();
     return rows;
 }
 

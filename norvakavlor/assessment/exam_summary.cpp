@@ -36,9 +36,10 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
         const std::string parameters =
             "&CourseID=" + courseID + "&SectionID=" + sectionID + "&AttemptNum=" + std::to_string(attemptNum);
         const auto document = readDocument(kExamSummaryDocument.kind, location, parameters);
-        if (document)
-            addServerSummary(document->root(), questionPool, location);
-        return document.has_value();
+        return document && document->read([&](xml::Node root) {
+            addServerSummary(root, questionPool, location);
+            return true;
+        });
     }
 
     auto roster = New<Students>();
@@ -53,18 +54,22 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
 void Exam::AddAttempts(const Students& roster, QuestionPool* questionPool, const std::string& location,
                        int16_t attemptNum) {
     const std::string_view base(location.data(), location.size() - (location.ends_with(".xml") ? 4 : 0));
+    LeftOut leftOut("attempts");
     for (const Ref<Student>& student : *roster.StudentMembers) {
         if (holdsSeparator(student->StudentID))
             continue;
         auto attempt = New<Exam>();
         bool loaded = false;
+        const std::string file = attemptFileName(base, student->StudentID, attemptNum);
         // One stray file does not break the summary of the class.
-        ignoringErrors([&] {
-            loaded = attempt->Load(attemptFileName(base, student->StudentID, attemptNum), questionPool);
-        });
+        ignoringErrors([&] { loaded = attempt->Load(file, questionPool); });
+        // A student who has not begun left no file; only what is there and does not load is left out.
+        if (loaded || mayBeThere(file))
+            leftOut.count(loaded);
         if (loaded)
             addAttempt(*attempt);
     }
+    leftOut.note();
 }
 
 void Exam::addServerSummary(xml::Node examNode, QuestionPool* questionPool, const std::string& location) {

@@ -168,6 +168,7 @@ Ref<KeyedCollection<Lesson>> Lesson::GetStudentLessons(const std::string& direct
         EnsureTrailingSlash(IsURL(directory) ? directory.substr(0, directory.rfind('/') + 1) : directory);
     auto lessons = New<KeyedCollection<Lesson>>();
     const auto copies = GetLessons(directory, static_cast<int32_t>(LessonTypes::Student));
+    LeftOut leftOut("lessons");
     for (const Ref<TitleFilename>& copy : *copies) {
         if (!belongs(copy->Filename))
             continue;
@@ -175,9 +176,11 @@ Ref<KeyedCollection<Lesson>> Lesson::GetStudentLessons(const std::string& direct
         lesson->LessonObjType = LessonObjType;
         bool loaded = false;
         ignoringErrors([&] { loaded = lesson->Load(folder + copy->Filename, taskPool); });
+        leftOut.count(loaded);
         if (loaded && wanted(*lesson))
             lessons->Add(lesson);
     }
+    leftOut.note();
     return lessons;
 }
 

@@ -26,17 +26,18 @@ bool LessonMenu::Load(const std::string& filename, const std::optional<std::stri
     const auto document = readDocument(std::string(kLessonMenuDocument.kind) + "&Type=" + kind(), filename);
     if (!document)
         return false;
-    const xml::Node root = document->root();
-    readFields(kLessonMenuFields, root, *this);
-    for (const xml::Node element : xml::children(root.child("tutorialList"), "tutorial")) {
-        auto tutorial = New<Tutorial>();
-        if (LessonMenuObjType == kTextbookObjType)
-            tutorial->LessonObjType = kTextbookObjType;
-        if (!tutorial->LoadFromXMLNode(element, directoryList, taskPool, studentID, saveDir))
-            return false;
-        Tutorials->Add(tutorial);
-    }
-    return true;
+    return document->read([&](xml::Node root) {
+        readFields(kLessonMenuFields, root, *this);
+        for (const xml::Node element : xml::children(root.child("tutorialList"), "tutorial")) {
+            auto tutorial = New<Tutorial>();
+            if (LessonMenuObjType == kTextbookObjType)
+                tutorial->LessonObjType = kTextbookObjType;
+            if (!tutorial->LoadFromXMLNode(element, directoryList, taskPool, studentID, saveDir))
+                return false;
+            Tutorials->Add(tutorial);
+        }
+        return true;
+    });
 }
 
 bool LessonMenu::Save(const std::string& filename) const {

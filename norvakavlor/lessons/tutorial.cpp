@@ -1,6 +1,7 @@
 #include <norvakavlor/lessons/tutorial.h>
 
 #include <norvakavlor/lessons/lesson_files.h>
+#include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/text/text.h>
@@ -73,8 +74,10 @@ Ref<Lesson> Tutorial::loadLesson(const std::string& location, TaskPool* taskPool
 /// The lesson from the first directory that has its file; null when none has, or when it does not load.
 Ref<Lesson> Tutorial::loadFirst(const std::string& fileName, const std::string& directoryList,
                                 TaskPool* taskPool) {
-    if (holdsSeparator(fileName))
+    if (holdsSeparator(fileName)) {
+        noteReason(fileName + ": the name of a lesson file must not lead out of its folder");
         return nullptr;
+    }
     for (const std::string& piece : splitDirectories(directoryList)) {
         const std::string directory = EnsureTrailingSlash(piece);
         auto titleFile = New<TitleFilename>();
@@ -83,6 +86,7 @@ Ref<Lesson> Tutorial::loadFirst(const std::string& fileName, const std::string& 
         LessonTitleFiles->Add(titleFile);
         return loadLesson(directory + fileName, taskPool);
     }
+    noteReason(fileName + ": this lesson is in none of the folders " + directoryList);
     return nullptr;
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <norvakavlor/xml/document.h>
+#include <norvakavlor/xml/prolog.h>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -22,6 +24,11 @@ std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error =
 
 /// The same, one child of the root at a time: each is handed over, then forgotten. The document has its root
 /// without children; it tells whether the text parsed to its end, which was not known before.
-std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember);
+std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember,
+                                          ParseError* error = nullptr);
+
+/// Where an element begins in a text that parses: `steps` are positions among the elements of one parent,
+/// from 0, beginning with the children of the root. Nothing if the platform's parser does not tell places.
+std::optional<xml::Position> positionOf(std::string_view utf8, std::span<const size_t> steps);
 
 } // namespace norvakavlor::platform

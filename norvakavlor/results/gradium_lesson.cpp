@@ -15,7 +15,9 @@ void GradiumLesson::SetTheLesson(const Ref<Lesson>& lesson) { lesson_ = lesson; 
 
 bool GradiumLesson::Load(const std::string& filename, TaskPool* taskPool, const std::string& iniLocation) {
     const auto document = fetch(filename, iniLocation);
-    return document && LoadFromXMLNode(courseOf(*document), taskPool, filename);
+    return document && document->read([&](xml::Node root) {
+        return LoadFromXMLNode(courseOf(root), taskPool, filename);
+    });
 }
 
 bool GradiumLesson::LoadFromXMLNode(xml::Node gradiumLessonNode, TaskPool* taskPool, const std::string& url) {

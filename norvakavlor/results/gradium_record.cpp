@@ -30,17 +30,17 @@ constexpr std::string_view kInstructor = "INSTRUCTOR";
 
 } // namespace
 
-std::optional<xml::Document> GradiumRecord::fetch(const std::string& location,
-                                                  const std::string& iniLocation) {
+std::optional<SourceDocument> GradiumRecord::fetch(const std::string& location,
+                                                   const std::string& iniLocation) {
     accessKey_ = gradebookAccessKey(iniLocation);
     auto document = readLaunchDocument(location, accessKey_);
     if (document)
-        theXML = document->toText();
+        theXML = document->tree().toText();
     return document;
 }
 
-xml::Node GradiumRecord::courseOf(const xml::Document& document) {
-    return document.node().selectSingleNode("/ORBEX_INPUTS/COURSE_LIST/COURSE");
+xml::Node GradiumRecord::courseOf(xml::Node root) {
+    return root.selectSingleNode("/ORBEX_INPUTS/COURSE_LIST/COURSE");
 }
 
 void GradiumRecord::readCourse(xml::Node course) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <norvakavlor/runtime/describe.h>
+#include <norvakavlor/store/reading.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <string>
@@ -31,9 +32,9 @@ public:
 protected:
     /// Chooses the access key, then fetches a launch document or reads a record, and keeps its text. Nothing,
     /// with only the key chosen, when nothing parses.
-    std::optional<xml::Document> fetch(const std::string& location, const std::string& iniLocation);
+    std::optional<SourceDocument> fetch(const std::string& location, const std::string& iniLocation);
     /// The COURSE element of such a document; a null node when it has none.
-    static xml::Node courseOf(const xml::Document& document);
+    static xml::Node courseOf(xml::Node root);
 
     /// Reads the fields of a COURSE element; what it lacks stays as it is.
     void readCourse(xml::Node course);

@@ -4,8 +4,9 @@
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
-#include <norvakavlor/store/members.h>
+#include <norvakavlor/store/reading.h>
 #include <norvakavlor/xml/document.h>
+#include <norvakavlor/xml/path.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,7 +22,9 @@ namespace norvakavlor {
 template <class Class, class... Context>
 bool loadFrom(Class& object, std::string_view kind, const std::string& location, Context&&... context) {
     const auto document = readDocument(kind, location);
-    return document && object.LoadFromXMLNode(document->root(), std::forward<Context>(context)...);
+    return document && document->read([&](xml::Node root) {
+        return object.LoadFromXMLNode(root, std::forward<Context>(context)...);
+    });
 }
 
 /// Builds a new document by calling `fill(document, root)` and stores it. False only when it is not proven
@@ -47,8 +50,10 @@ public:
     static std::optional<LoadedMembers> from(std::string_view kind, const std::string& location, Read read,
                                              std::string_view parameters = {}) {
         LoadedMembers loaded;
+        loaded.location_ = location;
         loaded.document_ = readMembers(
-            kind, location, [&](xml::Node node) { loaded.take(node, read); }, parameters);
+            kind, location, [&](xml::Node node, std::string_view text) { loaded.take(node, text, read); },
+            parameters);
         return loaded.document_ ? std::optional(std::move(loaded)) : std::nullopt;
     }
 
@@ -59,29 +64,38 @@ public:
     /// Hands each member to `add`, in order; what that raises ends it, and the members before stay. Then
     /// raises what reading the next member raised; False when that one stopped the loading.
     template <class Add> bool addEach(Add add) {
-        for (Ref<Member>& member : members_)
-            add(std::exchange(member, nullptr));
-        if (fault_)
-            std::rethrow_exception(fault_);
-        return !stopped_;
+        return document_->read([&](xml::Node) {
+            for (Ref<Member>& member : members_)
+                add(std::exchange(member, nullptr));
+            if (fault_)
+                std::rethrow_exception(fault_);
+            return !stopped_;
+        });
     }
 
 private:
-    template <class Read> void take(xml::Node node, Read& read) {
+    template <class Read> void take(xml::Node node, std::string_view text, Read& read) {
         if (fault_ || stopped_)
             return;
+        const size_t position = elements_;
+        elements_ += node.kind() == xml::NodeKind::Element ? 1 : 0;
         try {
             Ref<Member> member = read(node);
             stopped_ = !member;
             if (member)
                 members_.push_back(std::move(member));
+        } catch (const Error& error) {
+            fault_ =
+                std::make_exception_ptr(locatedIn(text, location_, ofMember(xml::at(node, error), position)));
         } catch (const std::exception&) {
             fault_ = std::current_exception();
         }
     }
 
-    std::optional<xml::Document> document_;
+    std::optional<SourceDocument> document_;
+    std::string location_;
     std::vector<Ref<Member>> members_;
+    size_t elements_ = 0; ///< that were taken
     std::exception_ptr fault_;
     bool stopped_ = false;
 };

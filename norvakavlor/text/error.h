@@ -1,14 +1,32 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <vector>
 
 namespace norvakavlor {
 
 class [[gnu::visibility("default")]] Error;
+struct [[gnu::visibility("default")]] ErrorPlace;
 
-/// A raised error as every client sees it: a number, the class and method that raised it, an English text.
+/// Where in a document the fault is that an error tells of. What is not known is empty or 0.
+struct ErrorPlace {
+    std::string document; ///< its location
+    size_t line = 0;      ///< from 1
+    size_t column = 0;    ///< from 1, in characters
+    std::string member;   ///< the element: "questionPool/question[3]/objectiveRef"
+    std::vector<size_t>
+        steps; ///< the same as positions, from 0: the element child of the root, of that, and so on
+
+    bool isKnown() const { return !document.empty() || !member.empty(); }
+    /// "q.xml:6:63", without a line "q.xml: questionPool/question[3]".
+    std::string text() const;
+};
+
+/// A raised error as every client sees it: a number, the class and method that raised it, an English text;
+/// and its place, if it was raised while a document was read.
 class Error final : public std::exception {
 public:
     Error(int32_t number, std::string source, std::string description);
@@ -17,11 +35,17 @@ public:
     const std::string& source() const { return source_; }
     const std::string& description() const { return description_; }
     const char* what() const noexcept override { return description_.c_str(); }
+    const ErrorPlace& place() const { return place_; }
+    /// The same error at a place.
+    Error at(ErrorPlace place) const;
+    /// The description, with the place before it.
+    std::string reason() const;
 
 private:
     int32_t number_;
     std::string source_;
     std::string description_;
+    ErrorPlace place_;
 };
 
 /// The runtime's own errors, with the numbers that script and Basic programmers know.
