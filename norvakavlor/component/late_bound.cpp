@@ -24,7 +24,7 @@ size_t parameterNamed(const Member& member, std::string_view name) {
     return static_cast<size_t>(found - member.parameters.begin());
 }
 
-/// Here the library ends for callers by name, who know errors by their numbers.
+/// Late-bound callers know errors by number, so bad_alloc becomes 7 here.
 template <class Step> auto numbered(Step&& step) {
     try {
         return step();
