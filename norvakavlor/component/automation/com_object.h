@@ -11,7 +11,7 @@ namespace norvakavlor {
 /// The base of what clients hold: counts references and keeps the module loaded. The maker has the first
 /// reference. A class lists its interfaces and answers queryOwn:
 ///
-/// class Factory final : public ComObject<IClassFactory> { void* queryOwn(REFIID id) override; ... };
+///     class Factory final : public ComObject<IClassFactory> { void* queryOwn(REFIID id) override; ... };
 template <class First, class... Others> class ComObject : public First, public Others... {
 public:
     ComObject(const ComObject&) = delete;
