@@ -1,7 +1,7 @@
 #!/usr/bin/env perl
 # Writes norvakavlor/text/case_table.cpp: Unicode's simple mappings to upper case, as ranges in which every
-# `step`-th code point maps by the same distance. If perl has a newer Unicode version, run from the root: perl
-# tools/case_table/generate.pl > norvakavlor/text/case_table.cpp
+# `step`-th code point maps by the same distance. If perl has a newer Unicode version, run from the root:
+#     perl tools/case_table/generate.pl > norvakavlor/text/case_table.cpp
 use strict;
 use warnings;
 use Unicode::UCD qw(prop_invmap);

@@ -113,7 +113,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
         fault = "no folder is named";
         return std::nullopt;
     }
-    // Without a first accepted post, the reply goes to every post.
+    // A reply alone goes to every post.
     if (!options.gradebookReply.empty() && !hasAcceptFrom)
         options.gradebookAcceptFrom = std::numeric_limits<int>::max();
     if (options.gradebookReply.empty())
