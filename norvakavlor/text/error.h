@@ -66,8 +66,9 @@ inline bool isOutOfMemory(const Error& error) {
     return error.number() == static_cast<int32_t>(RuntimeError::OutOfMemory);
 }
 
-/// Runs a step whose failure changes nothing else; True if it succeeded: `ignoringErrors([&] {
-/// question->Correct = toInt16(text); })` leaves Correct as it was. Still raises when memory runs out.
+/// Runs a step whose failure changes nothing else; true if it succeeded:
+/// `ignoringErrors([&] { question->Correct = toInt16(text); })` leaves Correct as it was. Still raises when
+/// memory runs out.
 template <class Step> bool ignoringErrors(Step&& step) {
     try {
         step();
