@@ -1,6 +1,5 @@
 # cmake --install build/native --prefix /usr/local: the library, its public headers, what
-# find_package(NorvaKavlor) reads, kavlor-server. Of the Windows build the DLL with its type library is what
-# others need.
+# find_package(NorvaKavlor) reads, kavlor-server. For Windows, the DLL with its type library.
 include(GNUInstallDirs)
 
 if(WIN32)

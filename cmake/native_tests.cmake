@@ -1,5 +1,5 @@
-# The native tests, and kavlor-idl, which writes what derives from the tables of the classes: the type library's
-# source, the identifiers, the reference page. The tests ask whether it would write anything else.
+# The native tests, and kavlor-idl, which writes the type library's source, the identifiers and the reference
+# page from the classes' tables. The tests check that it would change nothing.
 file(GLOB description_sources CONFIGURE_DEPENDS tools/idl/*.cpp)
 list(FILTER description_sources EXCLUDE REGEX "/main\\.cpp$")
 add_library(kavlor_descriptions STATIC ${description_sources})
@@ -10,7 +10,7 @@ target_link_libraries(kavlor-idl PRIVATE kavlor_descriptions)
 add_executable(misbehaving_server tests/support/misbehaving_server.cpp)
 target_link_libraries(misbehaving_server PRIVATE Threads::Threads)
 
-# Whoever only builds the library or the demo needs no GoogleTest.
+# The library and the demo build without GoogleTest.
 find_package(GTest)
 if(NOT GTest_FOUND)
     message(STATUS "No GoogleTest: the tests are left out")
@@ -20,6 +20,6 @@ list(FILTER test_sources EXCLUDE REGEX "_windows\\.cpp$")
 add_executable(norvakavlor_tests ${test_sources})
 target_link_libraries(norvakavlor_tests PRIVATE kavlor_service kavlor_descriptions norvakavlor_internal GTest::gmock GTest::gtest_main)
 compile_quickly(norvakavlor_tests)
-# One run for all: a process for each test would take longer than the tests.
+# One run for all: a process for each test would take longer.
 add_test(NAME norvakavlor_tests COMMAND ${PROJECT_SOURCE_DIR}/tests/support/with_servers $<TARGET_FILE:norvakavlor_tests>)
 set_tests_properties(norvakavlor_tests PROPERTIES ENVIRONMENT XDG_CONFIG_HOME=${PROJECT_BINARY_DIR}/config)

@@ -8,7 +8,7 @@
 namespace norvakavlor {
 namespace {
 
-// The alternative texts: read when present, written when not empty.
+// The alternative texts: written if not empty.
 constexpr auto kAlternatives = fields(                  //
     unlessEmpty("vantel", &Question::Vantel),           //
     unlessEmpty("pelmarintos", &Question::Pelmarintos), //
@@ -16,10 +16,10 @@ constexpr auto kAlternatives = fields(                  //
     unlessEmpty("alttext1", &Question::AltText1),       //
     unlessEmpty("alttext2", &Question::AltText2),       //
     unlessEmpty("alttext3", &Question::AltText3));
-// Read behind the alternatives, written behind the references.
+// Read after the alternatives, written after the references.
 constexpr auto kHint = unlessEmpty("hint", &Question::Hint);
 
-/// A list of elements with a step each, which fills a dictionary.
+/// A list whose elements have a step each; it fills a dictionary.
 struct StepList {
     const char* list;
     const char* element;
@@ -36,21 +36,21 @@ constexpr StepList kDialogBoxes{"dialogBoxList", "dialogBox", &Question::DialogB
                                 "dialogBoxList"};
 constexpr StepList kDivIDs{"divIDList", "divID", &Question::DivIDs, 646, 649, "divID"};
 
-/// The missing step of an image is reported without the question's ID, that of the others with it.
+/// For an image the text leaves out the question's ID; for the others it has it.
 std::string missingStepText(const StepList& list, const Question& question) {
     const std::string element = list.element;
     return element == "image" ? "Step attribute required for image in " + std::string(list.list)
                               : "step attribute required for " + element + " for question ID " + question.ID;
 }
 
-/// Reads a list of steps; `item` makes what the dictionary holds of each element.
+/// Reads a list of steps; `item` turns an element into the dictionary's item.
 template <class ItemOf>
 void readSteps(const StepList& list, xml::Node node, Question& question, ItemOf item) {
     const auto elements = xml::children(node.child(list.list), list.element);
     Dictionary& dictionary = *(question.*list.dictionary);
     dictionary.reserve(elements.count());
     for (const xml::Node element : elements) {
-        // The attribute must be there; it may be empty.
+        // The attribute must exist; it may be empty.
         const auto step = element.attribute("step");
         if (!step)
             throw questionPoolError(list.missingStep, missingStepText(list, question));
@@ -80,9 +80,8 @@ void readList(KeyedCollection<std::string>& list, xml::Node node, const char* el
         list.Add(child.text());
 }
 
-/// The markup inside the text element: its serialised form without the first 6 and the last 7 characters,
-/// which are its tags when the start tag has no attributes; with attributes the same characters go, as
-/// readers of the format know it.
+/// The markup inside the text element: its serialised form without the first 6 and last 7 characters. These
+/// are its tags, unless the start tag has attributes; readers rely on the same cut then.
 std::string innerMarkup(xml::Node element) {
     constexpr size_t kStartTag = 6;
     constexpr size_t kEndTag = 7;
@@ -94,7 +93,7 @@ std::string innerMarkup(xml::Node element) {
         markup.erase(0, kStartTag);
         return markup;
     }
-    // An element without content: what is cut off behind may be more than ASCII, so count characters.
+    // An element without content: the end cut off may hold more than ASCII, so count characters.
     const std::u16string characters = toUtf16(markup);
     if (characters.size() < kStartTag + kEndTag)
         return {};
@@ -134,9 +133,9 @@ Ref<Question> readQuestion(xml::Node node, Objectives* objectives, TaskPool* tas
     }
     readFields(kAlternatives, node, *question);
     readField(kHint, node, *question);
-    // The markup is kept here and escaped when it is written: readers of saved pools rely on plain text.
+    // Reading keeps the markup and writing escapes it: readers of saved pools rely on plain text.
     question->Text = innerMarkup(node.child("text"));
-    // These two sources have a colon where all others have a dot; callers compare them.
+    // These two sources have a colon, all others a dot; callers compare them.
     if (const xml::Node reference = node.child("objectiveRef")) {
         const auto* found = objectives ? objectives->ObjectiveMembers->find(reference.text()) : nullptr;
         if (!found)
@@ -196,7 +195,7 @@ void writeQuestion(const Question& question, xml::Node node) {
     writeSteps(kDivIDs, question, node, [](xml::Node parent, const std::string& step, const Value& id) {
         parent.append("divID", id.toText()).setAttribute("step", step);
     });
-    // Set-up and question images are read and never written in this version of the format.
+    // This version of the format reads set-up and question images but never writes them.
 }
 
 } // namespace norvakavlor

@@ -6,7 +6,6 @@
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
-namespace {} // namespace
 
 Ref<KeyedCollection<std::string>> QuestionPool::GetModules() const { return modules_.copy(); }
 
@@ -33,7 +32,7 @@ bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, Tas
 }
 
 bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {
-    // Every child is a question, whatever its name; a comment is one with empty fields.
+    // Every child is a question, whatever its name; a comment gives empty fields.
     for (const xml::Node child : xml::children(poolNode))
         add(readQuestion(child, objectives, taskPool));
     return true;
@@ -61,12 +60,12 @@ const ClassInfo& QuestionPool::classInfo() {
         describe<QuestionPool>("QuestionPool", "The questions of a title, one document.")
             .readOnly("Questions", &QuestionPool::Questions, "The questions, keyed by ID, in document order.")
             .method("GetModules", &QuestionPool::GetModules, {},
-                    "The questions' modules, in the order first met.")
+                    "The questions' modules, in order of first use.")
             .method("GetQuestionsByModule", &QuestionPool::GetQuestionsByModule, {"moduleName"},
                     "Clones of a module's questions, in pool order.")
             .method("Load", &QuestionPool::Load,
                     {"fileName", {"objectives", optional}, {"taskPool", optional}},
-                    "Adds a document's questions; False when it cannot be had or does not parse.")
+                    "Adds a document's questions; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &QuestionPool::LoadFromXMLNode,
                     {"poolNode", {"objectives", optional}, {"taskPool", optional}},
                     "Adds the questions of a questionPool element.")

@@ -82,7 +82,7 @@ constexpr ClassTable kCreatable[] = {
 
 constexpr ClassTable kFurther[] = {
     &Dictionary::classInfo,
-    // Every keyed collection looks the same to clients, whatever it holds.
+    // All keyed collections look the same to clients.
     &KeyedCollection<std::string>::classInfo,
 };
 

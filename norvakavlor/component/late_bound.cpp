@@ -25,7 +25,7 @@ size_t parameterNamed(const Member& member, std::string_view name) {
     return static_cast<size_t>(found - member.parameters.begin());
 }
 
-/// Here the library ends for callers by name: they know errors by their numbers, and may ask for the reason.
+/// Late-bound callers know errors by number, so bad_alloc becomes 7 here, and may ask for the reason.
 template <class Step> auto numbered(Step&& step) {
     try {
         return step();

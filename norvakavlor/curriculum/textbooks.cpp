@@ -54,13 +54,13 @@ const ClassInfo& TextBooks::classInfo() {
         describe<TextBooks>("TextBooks", "The textbooks of an installation, one document.")
             .readOnly("textBooks", &TextBooks::textBooks, "The textbooks, keyed by ID, in document order.")
             .method("Load", &TextBooks::Load, {"location"},
-                    "Adds a document's textbooks; False when it cannot be had or does not parse.")
+                    "Adds a document's textbooks; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &TextBooks::LoadFromXMLNode, {"node"},
                     "Adds the textbooks of a textBookList element.")
             .method("Save", &TextBooks::Save, {"location"}, "Stores the textbooks as one document.")
             .method("SaveToXMLNode", &TextBooks::SaveToXMLNode, {"document", "node"},
                     "Fills a textBookList element.")
-            .method("Exists", &TextBooks::Exists, {"textBookID"}, "Is there a textbook of this ID?");
+            .method("Exists", &TextBooks::Exists, {"textBookID"}, "Is this ID among the textbooks?");
     return info;
 }
 

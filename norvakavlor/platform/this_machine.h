@@ -6,11 +6,11 @@
 
 namespace norvakavlor::platform {
 
-/// Brought by each platform: the names that this machine has in a network, without asking the network.
+/// Each platform provides: this machine's network names, without asking the network.
 std::vector<std::string> ownHostNames();
 
-/// Does the host of a web address, with or without its port, lead back to this machine? So do "localhost",
-/// loopback addresses in any spelling, and the machine's own names, whatever domain follows them.
+/// Is a web address's host, with or without port, this machine? True for "localhost", loopback addresses in
+/// any spelling, and the machine's own names, whatever domain follows.
 bool isThisMachine(std::string_view host);
 
 } // namespace norvakavlor::platform

@@ -14,7 +14,7 @@ constexpr auto kRecordCourseFields = fields(                           //
     always("SUBMIT_HOST_V3", &GradiumRecord::SubmitHost),              //
     always("SUBMIT_HOST_V3_BACKUP", &GradiumRecord::SubmitBackupHost), //
     always("CURRENT_LOCATION", &GradiumRecord::CurrentLocation));
-// The older name is read before the newer one, which wins, and is never written.
+// The older name is read first, so the newer one wins; it is never written.
 constexpr auto kRecordOlderSubmitHost = always("SUBMIT_HOST", &GradiumRecord::SubmitHost);
 constexpr auto kStudentFields = fields(                        //
     attribute("ID", &GradiumRecord::StudentID),                //
@@ -67,7 +67,7 @@ bool GradiumRecord::submit(const std::string& body, bool suppressMessage) {
     if (suppressMessage) {
         ServerErrorStr = submission.reply;
     } else {
-        // The two lines are parted by a carriage return alone.
+        // Only a carriage return separates the two lines.
         showRefusal("Save to Gradium Server failed - SubmitHost = '" + SubmitHost +
                     "'\rGradium Server Response - '" + submission.reply + "'");
     }

@@ -72,27 +72,27 @@ enum class RuntimeError : int32_t {
     ElementNotFound = 32811,
 };
 
-/// 0x80040000 + code: the form in which the classes' own errors travel.
+/// 0x80040000 + code: the number of the classes' own errors.
 [[gnu::visibility("default")]] Error objectError(int code, std::string source, std::string description);
 
 /// A runtime error with its usual text; the source is the library's name.
 [[gnu::visibility("default")]] Error runtimeError(RuntimeError error);
 
-/// A runtime error with a text of its own, where the usual one would leave a reader guessing.
+/// A runtime error with its own text, if the usual one would leave readers guessing.
 [[gnu::visibility("default")]] Error runtimeError(RuntimeError error, std::string description);
 
 /// The usual text of a runtime error.
 [[gnu::visibility("default")]] const char* usualText(RuntimeError error);
 
-/// Running out of memory says nothing about a document or a number, so no step may go on after it. It travels
-/// as std::bad_alloc, or as error 7 where the system or a client's object reports it.
+/// Running out of memory says nothing about a document or a number, so no step may ignore it. It is
+/// std::bad_alloc, or error 7 if the system or a client's object reports it.
 inline bool isOutOfMemory(const Error& error) {
     return error.number() == static_cast<int32_t>(RuntimeError::OutOfMemory);
 }
 
-/// Runs one step whose failure is meant to change nothing else, and says whether it came through:
-/// `ignoringErrors([&] { question->Correct = toInt16(text); })` leaves Correct as it was. Raises what ran out
-/// of memory.
+/// Runs a step whose failure changes nothing else; true if it succeeded:
+/// `ignoringErrors([&] { question->Correct = toInt16(text); })` leaves Correct as it was. Still raises when
+/// memory runs out.
 template <class Step> bool ignoringErrors(Step&& step) {
     try {
         step();

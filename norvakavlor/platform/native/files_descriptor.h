@@ -6,7 +6,7 @@
 
 namespace norvakavlor::platform {
 
-/// Owns an open file of the system, or none.
+/// Owns an open file descriptor, or none.
 class FileDescriptor {
 public:
     explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
@@ -17,14 +17,14 @@ public:
 
     explicit operator bool() const { return descriptor_ >= 0; }
     int get() const { return descriptor_; }
-    /// False when the system could not keep what was written after all.
+    /// False if the system could not keep what was written.
     bool close() { return descriptor_ < 0 || ::close(std::exchange(descriptor_, -1)) == 0; }
 
 private:
     int descriptor_;
 };
 
-/// The error that a failed call of the system raises, by its errno; what is missing is a missing path (76).
+/// The error to raise for a system call's errno; a missing entry is a missing path (76).
 RuntimeError errorOfCode(int code);
 
 } // namespace norvakavlor::platform
