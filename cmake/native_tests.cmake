@@ -7,7 +7,8 @@ target_link_libraries(kavlor_descriptions PUBLIC norvakavlor_internal PRIVATE Op
 add_executable(kavlor-idl tools/idl/main.cpp)
 target_link_libraries(kavlor-idl PRIVATE kavlor_descriptions)
 
-add_executable(misbehaving_server tests/support/misbehaving_server.cpp)
+add_executable(misbehaving_server tests/support/misbehaving_server.cpp tests/support/tables.cpp)
+target_include_directories(misbehaving_server PRIVATE ${PROJECT_SOURCE_DIR})
 target_link_libraries(misbehaving_server PRIVATE Threads::Threads)
 
 # Whoever only builds the library or the demo needs no GoogleTest.

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <string>
-#include <tests/support/outcome.h>
+#include <tests/support/fixtures.h>
 #include <vector>
 
 namespace norvakavlor {

@@ -4,7 +4,7 @@
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <string>
-#include <tests/support/outcome.h>
+#include <tests/support/fixtures.h>
 #include <vector>
 
 namespace norvakavlor {

@@ -14,6 +14,7 @@ namespace norvakavlor::platform {
 namespace {
 
 using norvakavlor::testing::errorNumber;
+using norvakavlor::testing::rows;
 using norvakavlor::testing::TemporaryFolder;
 using namespace std::string_literals;
 
@@ -156,24 +157,13 @@ TEST(Files, DeletesOneFileAndNoOther) {
         folder.write(name, "");
     folder.write("folder/inside.xml", "");
     setReadOnly(folder.file("locked.xml"), true);
-    const struct {
-        std::string name;
-        bool force;
-        int error;
-        std::string gone;
-    } cases[] = {
-        {"*.xml", true, 53, ""},          {"?.xml", false, 53, ""},
-        {"folder/*", true, 53, ""},       {"missing.xml", false, 53, ""},
-        {"missing/a.xml", false, 53, ""}, {"folder", true, 53, ""},
-        {"a.xml\0"s, false, 53, ""},      {"", false, 53, ""},
-        {"locked.xml", false, 70, ""},    {"locked.xml", true, 0, "locked.xml"},
-        {"a.xml", false, 0, "a.xml"},     {"a.xml", false, 53, ""},
-    };
     Names expected = folder.names();
-    for (const auto& c : cases) {
-        std::erase(expected, c.gone);
-        EXPECT_EQ(errorNumber([&] { deleteFile(folder.file(c.name), c.force); }), c.error) << c.name;
-        EXPECT_EQ(folder.names(), expected) << c.name;
+    for (const auto& [name, force, error, gone] : rows<4>("files.deleted")) {
+        const std::string path = folder.file(name);
+        const bool isForced = force == "true";
+        std::erase(expected, gone);
+        EXPECT_EQ(std::to_string(errorNumber([&] { deleteFile(path, isForced); })), error) << name;
+        EXPECT_EQ(folder.names(), expected) << name;
     }
     EXPECT_TRUE(fileExists(folder.file("folder/inside.xml")));
 }
@@ -188,25 +178,6 @@ TEST(Files, KeepsTheReadOnlyAttribute) {
     }
     EXPECT_EQ(errorNumber([&] { isReadOnly(folder.file("missing")); }), 53);
     EXPECT_EQ(errorNumber([&] { setReadOnly(folder.file("missing"), true); }), 53);
-}
-
-TEST(Files, TakesNamesApart) {
-    const struct {
-        const char* path;
-        const char* base;
-        const char* extension;
-        bool holdsSeparator;
-    } cases[] = {
-        {"a.xml", "a", "xml", false},  {"/x.y/a.b.xml", "a.b", "xml", true},
-        {"C:\\x.y\\a", "a", "", true}, {"x\\y/z.q", "z", "q", true},
-        {".xml", "", "xml", false},    {"a.", "a", "", false},
-        {"", "", "", false},           {"folder/", "", "", true},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(baseName(c.path), c.base) << c.path;
-        EXPECT_EQ(extensionName(c.path), c.extension) << c.path;
-        EXPECT_EQ(holdsSeparator(c.path), c.holdsSeparator) << c.path;
-    }
 }
 
 TEST(Files, ReadsFirstLines) {

@@ -166,15 +166,26 @@ TEST(LateBound, PassesIndexesOnToTheDefaultMember) {
     EXPECT_EQ(dictionary->Count(), 1);
 }
 
-TEST(LateBound, WalksWhatForEachWould) {
-    const auto dictionary = New<Dictionary>();
-    for (const char* key : {"b", "a"})
-        call(*dictionary, "Add", {Value(key), Value(1.0)});
-    std::vector<std::string> keys;
-    for (const Value& key : elementsOf(*dictionary))
-        keys.push_back(key.toText());
-    EXPECT_THAT(keys, ::testing::ElementsAre("b", "a"));
-    EXPECT_THAT(elementsOf(*New<Probe>()->Books), ::testing::IsEmpty());
+TEST(Describe, NumbersMembersByTheirNamesAlone) {
+    const ClassInfo& info = Probe::classInfo();
+    const ClassInfo other = describe<Probe>("Other", "").property("TEXT", &Probe::Text, "The same name.");
+    EXPECT_EQ(info.find("Text")->dispatchId, 1089356926); // never changes
+    EXPECT_EQ(other.find("Text")->dispatchId, info.find("Text")->dispatchId);
+    for (const Member& member : info.members())
+        EXPECT_EQ(info.find(member.dispatchId), &member);
+    EXPECT_EQ(Dictionary::classInfo().find("Item")->dispatchId, 0) << "the default member";
+    EXPECT_EQ(info.find(1), nullptr);
+    EXPECT_EQ(info.find("Tex"), nullptr);
+}
+
+TEST(Describe, RefusesTablesThatContradictThemselves) {
+    const auto table = [] { return describe<Probe>("Probe", "").property("A", &Probe::Text, ""); };
+    EXPECT_THROW(table().readOnly("a", &Probe::Book, ""), std::logic_error);
+    EXPECT_THROW(table().defaultMember("Missing"), std::logic_error);
+    EXPECT_THROW(table().readOnly("B", &Probe::Book, "").defaultMember("A").defaultMember("B"),
+                 std::logic_error);
+    EXPECT_THROW(table().method("SwapEnds", &Probe::SwapEnds, {}, ""), std::logic_error);
+    EXPECT_THROW(table().method("SwapEnds", &Probe::SwapEnds, {"a", "b"}, ""), std::logic_error);
 }
 
 } // namespace

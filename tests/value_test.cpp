@@ -2,7 +2,7 @@
 #include <norvakavlor/runtime/dictionary.h>
 #include <norvakavlor/runtime/value.h>
 #include <string>
-#include <tests/support/outcome.h>
+#include <tests/support/fixtures.h>
 
 namespace norvakavlor {
 namespace {

@@ -4,7 +4,10 @@
 #include <chrono>
 #include <fstream>
 #include <iterator>
+#include <norvakavlor/component/class_list.h>
+#include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/xml/node_object.h>
 #include <random>
 #include <stdexcept>
 #ifdef _WIN32
@@ -31,6 +34,35 @@ xml::Document parsed(std::string_view text) {
     if (!document)
         throw std::runtime_error("a test's document does not parse: " + error.reason);
     return std::move(*document);
+}
+
+Value callOnDocument(Object& object, const char* method, const std::shared_ptr<xml::Document>& document,
+                     const std::vector<Ref<Object>>& collections) {
+    std::vector<Value> arguments;
+    for (const Parameter& parameter : object.dynamicClass().find(method)->parameters) {
+        Value& argument = arguments.emplace_back();
+        if (parameter.type.kind == Type::Kind::Node)
+            argument = New<NodeObject>(document, document->root());
+        else if (parameter.type.kind == Type::Kind::Document)
+            argument = New<NodeObject>(document, document->node());
+        else if (!parameter.optional)
+            argument = "";
+        for (const Ref<Object>& collection : collections) {
+            if (parameter.type.objectClass && &parameter.type.objectClass() == &collection->dynamicClass())
+                argument = collection;
+        }
+    }
+    return call(object, method, std::move(arguments));
+}
+
+std::vector<Ref<Object>> library() {
+    std::vector<Ref<Object>> collections;
+    for (const auto& [name, text] : rows<2>("documents.library")) {
+        collections.push_back(CreateObject("NorvaKavlor." + name));
+        const auto document = std::make_shared<xml::Document>(parsed(text));
+        callOnDocument(*collections.back(), "LoadFromXMLNode", document, collections);
+    }
+    return collections;
 }
 
 TemporaryFolder::TemporaryFolder() {

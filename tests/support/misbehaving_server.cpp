@@ -1,8 +1,9 @@
 // A web server that misbehaves as it is asked to, for tests: misbehaving_server
 //
-// The first part of a path chooses what happens ("http://127.0.0.1:8080/hang-up/any.xml"); the table kManners
-// below lists them. It prints two addresses, its own and one that refuses every connection, and ends by
-// itself after half an hour. No connection lives longer than kLongest or carries more than kMost.
+// The first part of a path chooses what happens ("http://127.0.0.1:8080/hang-up/any.xml"); allManners below
+// and tests/data/replies.txt list them. It prints two addresses, its own and one that refuses every
+// connection, and ends by itself after half an hour. No connection lives longer than kLongest or carries more
+// than kMost.
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -19,19 +20,18 @@
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <tests/support/tables.h>
 #include <thread>
 #include <unistd.h>
 
 namespace {
 
 using namespace std::chrono_literals;
+using norvakavlor::testing::rows;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kLongest = 20s;
 constexpr size_t kMost = 80u << 20;
-constexpr std::string_view kDocument = "<textBookList><textBook><id>TB9</id><title>Spreadsheets</title>"
-                                       "<author>Ines Roth</author></textBook></textBookList>";
-
 /// One accepted connection; closed with the object.
 class Connection {
 public:
@@ -102,16 +102,16 @@ private:
     size_t sent_ = 0;
 };
 
-/// Requests as they came since somebody last asked for them, and how often each path was asked for.
+/// Requests as they came since somebody last asked for them, and how often each target was asked for.
 class Memory {
 public:
-    int keep(const std::string& path, std::string request) {
+    int keep(const std::string& target, std::string request) {
         constexpr size_t kRemembered = 200;
         const std::lock_guard lock(mutex_);
         requests_.push_back(std::move(request));
         if (requests_.size() > kRemembered)
             requests_.pop_front();
-        return ++visits_[path];
+        return ++visits_[target];
     }
 
     /// All of them, a record separator behind each, oldest first. They are forgotten then.
@@ -121,6 +121,7 @@ public:
         for (const std::string& request : requests_)
             all += request + '\x1E';
         requests_.clear();
+        visits_.clear();
         return all;
     }
 
@@ -170,17 +171,6 @@ void reply(Connection& connection, std::string_view body, std::string_view statu
     connection.send(head(status, headers).append(body));
 }
 
-/// A fixed answer.
-std::function<void(Visit&)> page(std::string_view body, std::string_view status = "200 OK",
-                                 std::string_view contentType = "text/xml") {
-    return [=](Visit& visit) { reply(visit.connection, body, status, contentType); };
-}
-
-/// Bytes as they are, and then the end of the connection.
-std::function<void(Visit&)> raw(std::string bytes) {
-    return [bytes = std::move(bytes)](Visit& visit) { visit.connection.send(bytes); };
-}
-
 void sayNothing(Visit& visit) {
     while (visit.connection.wait(kLongest)) {
     }
@@ -205,10 +195,6 @@ void redirect(Visit& visit) {
     visit.connection.send(head(status + " Elsewhere", place));
 }
 
-void redirectToItself(Visit& visit) {
-    visit.connection.send(head("302 Elsewhere", "Content-Length: 0\r\nLocation: /redirect-loop/\r\n"));
-}
-
 /// "/reply/TEXT/...": that text.
 void replyText(Visit& visit) {
     reply(visit.connection, decoded(takePart(visit.rest)), "200 OK", "text/plain; charset=utf-8");
@@ -218,12 +204,6 @@ void replyText(Visit& visit) {
 void replyStatus(Visit& visit) {
     const std::string status = takePart(visit.rest) + " Status";
     reply(visit.connection, decoded(takePart(visit.rest)), status, "text/plain; charset=utf-8");
-}
-
-/// "/accept-from/3/NAME": "busy" twice, then "success".
-void acceptFrom(Visit& visit) {
-    const int first = std::atoi(takePart(visit.rest).c_str());
-    reply(visit.connection, visit.count >= first ? "success" : "busy", "200 OK", "text/plain");
 }
 
 /// "/turns/404/200TEXT/...": status and text for the first load, for the second, and so on; the last stays.
@@ -242,79 +222,34 @@ void takeTurns(Visit& visit) {
     }
 }
 
-const std::map<std::string, std::function<void(Visit&)>, std::less<>>& manners() {
-    static const std::string whole(kDocument);
-    static const std::string half = whole.substr(0, whole.size() / 2);
-    static const std::string plain = head("200 OK", "Content-Type: text/xml\r\n");
-    static const std::map<std::string, std::function<void(Visit&)>, std::less<>> kManners = {
-        // What is no fault: the document above, and a text of the caller's choice.
-        {"document", page(kDocument)},
+using Manners = std::map<std::string, std::function<void(Visit&)>, std::less<>>;
+
+/// What takes more than bytes, and the pages and bytes of tests/data/replies.txt.
+Manners allManners() {
+    Manners manners = {
         {"reply", replyText},
         {"status", replyStatus},
-        {"status-500-xml", page(kDocument, "500 Internal Server Error")},
-        {"accept-from", acceptFrom},
         {"turns", takeTurns},
         {"redirect", redirect},
-        // Pages that are no document.
-        {"error-page", page("<html><body><h1>Out of memory<br></body></html>", "500 Error", "text/html")},
-        {"not-xml", page("The server is busy.", "200 OK", "text/plain")},
-        {"empty", page("")},
-        {"doctype", page("<!DOCTYPE textBookList><textBookList/>")},
-        {"entity-bomb",
-         page("<!DOCTYPE a [<!ENTITY b \"ha\"><!ENTITY c \"&b;&b;&b;\">]><textBookList>&c;</textBookList>")},
-        {"external-entity",
-         page("<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><textBookList>&b;</textBookList>")},
-        // Encodings.
-        {"latin1", page("<textBookList><textBook><id>L1</id><title>R\xE9sum\xE9</title></textBook>"
-                        "</textBookList>",
-                        "200 OK", "text/xml; charset=iso-8859-1")},
-        {"utf16", page(std::string_view("\xFF\xFE<\0a\0>\0\xE9\0<\0/\0a\0>\0", 18))},
-        {"wrong-declaration",
-         page("<?xml version=\"1.0\" encoding=\"utf-16\"?><textBookList><textBook><id>D1</id>"
-              "<title>R\xC3\xA9sum\xC3\xA9</title></textBook></textBookList>")},
-        // Lines behind the last piece are no second head.
-        {"trailer",
-         raw(head("200 OK", "Transfer-Encoding: chunked\r\nContent-Type: text/xml; charset=utf-8\r\n") +
-             "9\r\n<a>\xC3\xA9</a>\r\n0\r\nContent-Type: text/xml; charset=iso-8859-1\r\nX-Sum: 1\r\n\r\n")},
-        // Replies that do not come, or not to their end.
         {"hang-up", [](Visit&) {}},
-        {"half-status", raw("HTTP/1.1 2")},
-        {"no-http", raw("220 mail ready\r\n")},
-        {"half-head", raw("HTTP/1.1 200 OK\r\nContent-Ty")},
         {"silence", sayNothing},
         {"slow-drip", drip},
         {"endless", neverEnd},
-        {"cut-off", raw(head("200 OK", "Content-Length: 500\r\n") + half)},
-        {"wrong-length", raw(head("200 OK", "Content-Length: 500\r\n") + whole)},
-        {"cut-off-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "1F4\r\n" + whole)},
-        {"no-last-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "2\r\n<a\r\n2\r\n/>\r\n")},
-        {"half-line", raw("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n")},
-        {"no-first-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n"))},
-        {"interim-alone", raw("HTTP/1.1 103 Early Hints\r\nLink: </style.css>\r\n\r\n")},
-        // Lengths that make no sense.
-        {"length-word", raw(head("200 OK", "Content-Length: five\r\n") + "<a/>")},
-        {"length-and-more", raw(head("200 OK", "Content-Length: 4abc\r\n") + "<a/>")},
-        {"length-signed", raw(head("200 OK", "Content-Length: +4\r\n") + "<a/>")},
-        {"length-list", raw(head("200 OK", "Content-Length: 4, 4\r\n") + "<a/>")},
-        {"length-none", raw(head("200 OK", "Content-Length:\r\n") + "<a/>")},
-        {"length-of-65-bits", raw(head("200 OK", "Content-Length: 18446744073709551620\r\n") + "<a/>")},
-        {"two-lengths", raw(head("200 OK", "Content-Length: 4\r\nContent-Length: 0\r\n") + "<a/>")},
-        // Unusual replies that are whole.
-        {"length-twice", raw(head("200 OK", "Content-Length: 4\r\nContent-Length: 4\r\n") + "<a/>")},
-        {"more-than-its-length", raw(head("200 OK", "Content-Length: 4\r\n") + "<a/><b/>")},
-        {"nothing-and-more", raw(head("200 OK", "Content-Length: 0\r\n") + "<b/>")},
-        {"empty-chunked", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "0\r\n\r\n")},
-        {"interim", raw("HTTP/1.1 103 Early Hints\r\nLink: </style.css>\r\n\r\n" +
-                        head("200 OK", "Content-Length: 4\r\n") + "<a/>")},
         {"oversize",
          [](Visit& visit) {
              visit.connection.send(head("200 OK", "Content-Length: 70000000\r\n"));
              neverEnd(visit);
          }},
-        {"redirect-loop", redirectToItself},
-        {"redirect-away",
-         raw(head("302 Elsewhere", "Content-Length: 0\r\nLocation: file:///etc/passwd\r\n"))},
     };
+    for (const auto& [name, status, contentType, body] : rows<4>("replies.pages"))
+        manners[name] = [=](Visit& visit) { reply(visit.connection, body, status, contentType); };
+    for (const auto& [name, bytes] : rows<2>("replies.bytes"))
+        manners[name] = [=](Visit& visit) { visit.connection.send(bytes); };
+    return manners;
+}
+
+const Manners& manners() {
+    static const Manners kManners = allManners();
     return kManners;
 }
 
@@ -356,6 +291,7 @@ std::pair<int, int> boundSocket() {
 } // namespace
 
 int main() {
+    manners(); // before any thread asks
     constexpr unsigned kLifeInSeconds = 1800;
     alarm(kLifeInSeconds);
     std::signal(SIGPIPE, SIG_IGN);
