@@ -1,4 +1,3 @@
-#include <functional>
 #include <gmock/gmock.h>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <string>
@@ -9,8 +8,7 @@ namespace norvakavlor {
 namespace {
 
 using ::testing::ElementsAre;
-using testing::errorNumber;
-using testing::outcome;
+using namespace testing;
 using Words = KeyedCollection<std::string>;
 
 std::vector<std::string> all(const Words& words) { return {words.begin(), words.end()}; }
@@ -31,10 +29,7 @@ TEST(KeyedCollection, FindsByKeyInAnyCaseAndByPosition) {
     const auto list = words({"Zoë", "adam", "Straße"});
     list->Add("no key");
     list->Add("adam again", "ADAM ");
-    const struct {
-        Value index;
-        const char* found;
-    } cases[] = {
+    const std::pair<Value, const char*> cases[] = {
         {"Zoë", "Zoë"},
         {"ZOË", "Zoë"},
         {"zoë", "Zoë"},
@@ -57,13 +52,12 @@ TEST(KeyedCollection, FindsByKeyInAnyCaseAndByPosition) {
         {Value::Null(), "error 13"},
         {Value::nothing(), "error 13"},
     };
-    for (const auto& c : cases) {
-        const std::string found = outcome([&] { return call(*list, "item", {c.index}).toText(); });
-        EXPECT_EQ(found, c.found) << (c.index.as<std::string>() ? c.index.toText() : "");
-        if (const auto* key = c.index.as<std::string>()) {
-            EXPECT_EQ(outcome([&] { return list->Item(*key); }), c.found);
-            EXPECT_EQ(list->contains(*key), !found.starts_with("error"));
-        }
+    for (const auto& [index, expected] : cases) {
+        const std::string found = outcome([&] { return call(*list, "item", {index}).toText(); });
+        const auto* key = index.as<std::string>();
+        EXPECT_EQ(found, expected) << (key ? *key : "");
+        EXPECT_EQ(key ? outcome([&] { return list->Item(*key); }) : found, found);
+        EXPECT_EQ(key && list->contains(*key), key && !found.starts_with("error"));
     }
 }
 
@@ -195,42 +189,25 @@ TEST(KeyedCollection, SharesObjectsAndTakesNoOthers) {
 }
 
 TEST(KeyedCollection, IsWalkedWhileItChanges) {
-    using Change = std::function<void(Words&, const std::string&)>;
-    const struct {
-        const char* what;
-        Change change;
-        std::vector<std::string> seen;
-    } cases[] = {
-        {"nothing", [](Words&, const std::string&) {}, {"a", "b", "c", "d"}},
-        {"removes itself",
-         [](Words& list, const std::string& word) { list.Remove(word); },
-         {"a", "b", "c", "d"}},
-        {"removes the first", [](Words& list, const std::string&) { list.Remove(1); }, {"a", "b", "c", "d"}},
-        {"removes the last", [](Words& list, const std::string&) { list.Remove(list.Count()); }, {"a", "b"}},
-        {"clears", [](Words& list, const std::string&) { list.clear(); }, {"a"}},
-        {"appends once",
-         [](Words& list, const std::string&) { list.Count() < 6 ? list.Add("new") : void(); },
-         {"a", "b", "c", "d", "new", "new"}},
-        {"inserts at the front",
-         [](Words& list, const std::string&) {
-             call(list, "Add", {"new", {}, 1, {}});
-         },
-         {"a", "b", "c", "d"}},
-        {"moves b",
-         [](Words& list, const std::string& word) { word == "a" ? list.moveToEnd(2, "b") : void(); },
-         {"a", "c", "d", "b"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    const auto seen = [](auto change) {
         const auto list = words({"a", "b", "c", "d"});
-        std::vector<std::string> seen;
+        std::string all;
         uint64_t mark = 0;
         while (const auto element = Words::classInfo().nextElement(*list, mark)) {
-            seen.push_back(element->toText());
-            c.change(*list, seen.back());
+            all += element->toText();
+            change(*list, element->toText());
         }
-        EXPECT_EQ(seen, c.seen);
-    }
+        return all;
+    };
+    using Word = const std::string&;
+    EXPECT_EQ(seen([](Words&, Word) {}), "abcd");
+    EXPECT_EQ(seen([](Words& list, Word word) { list.Remove(word); }), "abcd");
+    EXPECT_EQ(seen([](Words& list, Word) { list.Remove(1); }), "abcd");
+    EXPECT_EQ(seen([](Words& list, Word) { list.Remove(list.Count()); }), "ab");
+    EXPECT_EQ(seen([](Words& list, Word) { list.clear(); }), "a");
+    EXPECT_EQ(seen([](Words& list, Word) { list.Count() < 6 ? list.Add("N") : void(); }), "abcdNN");
+    EXPECT_EQ(seen([](Words& list, Word) { call(list, "Add", {"N", {}, 1, {}}); }), "abcd");
+    EXPECT_EQ(seen([](Words& list, Word word) { word == "a" ? list.moveToEnd(2, "b") : void(); }), "acdb");
 }
 
 } // namespace

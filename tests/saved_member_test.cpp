@@ -18,93 +18,28 @@ namespace {
 using testing::callOnDocument;
 using testing::TemporaryFolder;
 
-/// One "member=place" of a format, or "member=place:value", "member=place:value:text of the document".
+/// A member's place in a document, as the table describes it.
 struct Row {
-    std::string member;   ///< "TextBook.ID" is a member of the object that a property holds
-    std::string place;    ///< "name/first", "@ID", or "" for what is in no document
-    bool isRead = true;   ///< not so with "member>place": a load needs the collection that it refers into
-    bool isCloned = true; ///< not so with "member~=place"
-    std::string value;    ///< as a script would put it; the member's name when none is given
+    std::string member; ///< "TextBook.ID" is a member of the object that a property holds
+    std::string place;  ///< "name/first", "@ID", or "" for what is in no document
+    bool isRead = true;
+    bool isCloned = true;
+    std::string value; ///< as a script would put it; the member's name when none is given
     std::string text;
 };
 
-/// A class with the root of its document, or with the container that saves it: its class, the name of its
-/// collection and the element in it.
+/// A class with the root of its document, or with the container that saves it.
 struct Format {
-    const char* name;
-    const char* root;
-    const char* rows;
-    const char* container = nullptr;
-    const char* collection = nullptr;
-    const char* element = "";
+    std::string name, root, rows, container, collection, element;
 };
 
-constexpr const char* kRecordRows =
-    "CourseID=@ID courseName=str_Name SubmitHost=SUBMIT_HOST_V3 SubmitBackupHost=SUBMIT_HOST_V3_BACKUP "
-    "CurrentLocation=CURRENT_LOCATION StudentID=STUDENT/@ID StudentFirstName=STUDENT/str_FirstName "
-    "StudentLastName=STUDENT/str_LastName InstructorFirstName=INSTRUCTOR/str_FirstName "
-    "InstructorLastName=INSTRUCTOR/str_LastName InstructorHost=INSTRUCTOR/HOST theXML= ServerErrorStr=";
-
-constexpr Format kFormats[] = {
-    {"TextBook", "textBook", "ID=id Title=title Author=author"},
-    {"Reference", "reference", "TextBook.ID=textBookRef RefText=referenceText"},
-    {"Objective", "objective", "ID=id Module=module SkillSet=skillSet Label=objectiveLabel"},
-    {"Task", "taskPool",
-     "ID=id TaskName=taskName Objective.ID>objectiveRef BaseHREF=baseHREF CompletionDate=:3/14/2004",
-     "TaskPool", "Tasks", "task"},
-    {"CourseSection", "section", "ID=id Name=sectionName"},
-    {"Course", "class", "ID=id:7 Name=className TextBook.ID=textBookRef NewSectionID=:5"},
-    {"Student", "student",
-     "StudentID=id FirstName=name/first MiddleInit=name/middle LastName=name/last Course=classRef "
-     "Section>sectionRef UserName=username hasPassword=:true"},
-    {"Question", "questionPool",
-     "ID=id Text=text AnswerInOrder~=answers/@inorder:true Vantel=vantel Pelmarintos=pelmarintos "
-     "Quorvenda=quorvenda AltText1=alttext1 AltText2=alttext2 AltText3=alttext3 Objective.ID>objectiveRef "
-     "Task.ID>taskRef Hint=hint Skill= Module= Correct=:2 Attempts=:3 Points=:4 Remediation= "
-     "QuestionSetupFunction~= QuestionSetupParam~=",
-     "QuestionPool", "Questions", "question"},
-    {"Question", "exam",
-     "ID=questionRef Correct=questionRef/@correct:2 Attempts=questionRef/@attempts:3 "
-     "Points=questionRef/@points:4 Remediation=examRemediation",
-     "Exam", "Questions"},
-    {"ExamAssignment", "examAssignment", "ExamRef=examRef ClassRef=classRef SectionRef=sectionRef"},
-    {"Preferences", "pref",
-     "Inherited=@inherited:0 StudentLoginRequired=loginRequired:true "
-     "ExamRetakeAllowed=examRetakeAllowed:true "
-     "QuestionRetakeAllowed=questionRetakeAllowed:false QuestionRetakeCount=questionRetakeCount:4 "
-     "DisplayFeedback=displayFeedback:false DetailedFeedback=detailedFeedback:false "
-     "EncryptedPasswordProp=password ExamPWRequired=:true EnablePrinting=enablePrinting:false "
-     "TimeLimit=timeLimit:45 RandomQuestionOrder=:false RandomQuestionLimit=randomQuestions/@limit:20 "
-     "StartDate=startDate EndDate=endDate DisplayHint=displayHint:true EnableRef=enableRef:False "
-     "AllowSelfRegister=allowSelfRegister:False EnablePause=enablePause:False "
-     "DelayExamResultsDate=delayExamResultsDate DisplayRemediation=displayRemediation:false"},
-    {"Exam", "exam",
-     "ID=@ID ExternalID=@EXTERNAL_ID CurrentQuestion=@currentQuestion:2 TimeExpired=@timeExpired:-1 "
-     "CompletionDate=@completionDate Started=@started:true PctCorrect=@pctCorrect:62.5 "
-     "IsChallenge=@isChallenge:true Title=title Source=source:3 StudentID=studentID ExamFileName="},
-    {"ExamList", "examList", "Title=title ExamListFileName="},
-    {"LessonAssignment", "lessonAssignment",
-     "LessonFilename=lessonRef CourseID=classRef SectionID=sectionRef"},
-    {"Lesson", "lesson",
-     "LessonID=@ID ExternalID=@EXTERNAL_ID Completed=@COMPLETED:true Title=title Source=source:2 "
-     "LessonFilename= LessonObjType=:2"},
-    {"Task", "lesson", "ID=taskList/taskRef CompletionDate=taskList/taskRef/@completed:3/14/2004", "Lesson",
-     "Tasks"},
-    {"LessonMenu", "lessonMenu", "Title=title LessonMenuObjType=:2"},
-    {"Tutorial", "tutorial",
-     "Title=title Spacer=@spacer:true TutorialType=@type:2:single BaseHREF= LessonObjType=:2"},
-    {"LiveExResults", "liveResults",
-     "ExamID=@ID CompletionDate=@completionDate Title=title StudentID=studentID ExamFileName= "
-     "origFilename="},
-    {"LiveExScore", "liveResults",
-     "ID=score:7 Correct=score/@correct:True Attempts=score/@attempts:3 ExamID=", "LiveExResults", "Scores"},
-    {"GradiumLiveEx", "ORBEX_INPUTS",
-     "SubmitHost=SUBMIT_HOST_V3 SubmitBackupHost=SUBMIT_HOST_V3_BACKUP ExamID=liveExercise/id "
-     "CourseID=liveExercise/courseId StudentID=liveExercise/studentId assignmentID=liveExercise/assignmentId "
-     "Score=liveExercise/score:62.5 courseName= CompletionDate= theXML="},
-    {"GradiumExam", "COURSE", kRecordRows},
-    {"GradiumLesson", "COURSE", kRecordRows},
-};
+std::vector<Format> formats() {
+    std::vector<Format> result;
+    for (const auto& [name, root, members, container, collection, element] :
+         testing::rows<6>("members.formats"))
+        result.push_back({name, root, members, container, collection, element});
+    return result;
+}
 
 std::vector<Row> rowsOf(const Format& format) {
     std::vector<Row> rows;
@@ -157,8 +92,8 @@ std::string textOf(const Ref<Object>& object, const Row& row) {
 }
 
 std::shared_ptr<xml::Document> saved(const Format& format, Ref<Object> object) {
-    if (format.container) {
-        const Ref<Object> container = CreateObject("NorvaKavlor." + std::string(format.container));
+    if (!format.container.empty()) {
+        const Ref<Object> container = CreateObject("NorvaKavlor." + format.container);
         const Ref<Object> collection = get(*container, format.collection).toObject();
         call(*collection, "Add", {object, "key"});
         object = container;
@@ -175,15 +110,15 @@ std::shared_ptr<xml::Document> saved(const Format& format, Ref<Object> object) {
 }
 
 Ref<Object> loaded(const Format& format, const std::shared_ptr<xml::Document>& document) {
-    const char* const name = format.container ? format.container : format.name;
-    Ref<Object> object = CreateObject("NorvaKavlor." + std::string(name));
+    const std::string& name = format.container.empty() ? format.name : format.container;
+    Ref<Object> object = CreateObject("NorvaKavlor." + name);
     if (object->dynamicClass().find("LoadFromXMLNode")) {
         EXPECT_TRUE(callOnDocument(*object, "LoadFromXMLNode", document).toBoolean());
     } else {
         const TemporaryFolder folder;
         EXPECT_TRUE(call(*object, "Load", {folder.write("saved.xml", document->toText())}).toBoolean());
     }
-    if (!format.container)
+    if (format.container.empty())
         return object;
     const Ref<Object> collection = get(*object, format.collection).toObject();
     return elementsOf(*collection).at(0).toObject();
@@ -191,7 +126,7 @@ Ref<Object> loaded(const Format& format, const std::shared_ptr<xml::Document>& d
 
 /// The text at a row's place; nothing when the document lacks the place.
 std::optional<std::string> at(const Format& format, const xml::Document& document, const Row& row) {
-    xml::Node node = *format.element ? document.root().child(format.element) : document.root();
+    xml::Node node = !format.element.empty() ? document.root().child(format.element) : document.root();
     std::istringstream steps(row.place);
     for (std::string step; std::getline(steps, step, '/');) {
         if (step.starts_with('@')) {
@@ -204,12 +139,12 @@ std::optional<std::string> at(const Format& format, const xml::Document& documen
 }
 
 TEST(SavedMember, HasAPlaceOfItsOwnAndComesBack) {
-    for (const Format& format : kFormats) {
+    for (const Format& format : formats()) {
         const std::vector<Row> rows = rowsOf(format);
         const Ref<Object> plain = made(format.name);
         const auto before = saved(format, plain);
         for (const Row& row : rows) {
-            SCOPED_TRACE(std::string(format.root) + ": " + format.name + "." + row.member);
+            SCOPED_TRACE(format.root + ": " + format.name + "." + row.member);
             const Ref<Object> object = made(format.name);
             const auto [holder, name] = holderOf(object, row.member);
             put(*holder, name, row.value);
@@ -237,8 +172,8 @@ TEST(SavedMember, HasAPlaceOfItsOwnAndComesBack) {
 }
 
 TEST(SavedMember, IsEveryPropertyThatClientsMayPut) {
-    for (const Format& format : kFormats) {
-        if (format.container && !*format.element)
+    for (const Format& format : formats()) {
+        if (!format.container.empty() && format.element.empty())
             continue; // what an exam or a lesson keeps of a member is less than all
         const std::vector<Row> rows = rowsOf(format);
         for (const Member& member : made(format.name)->dynamicClass().members()) {
