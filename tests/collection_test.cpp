@@ -29,29 +29,27 @@ TEST(KeyedCollection, FindsByKeyInAnyCaseAndByPosition) {
     const auto list = words({"Zoë", "adam", "Straße"});
     list->Add("no key");
     list->Add("adam again", "ADAM ");
-    const std::pair<Value, const char*> cases[] = {
-        {"Zoë", "Zoë"},
-        {"ZOË", "Zoë"},
-        {"zoë", "Zoë"},
-        {"Zoe", "error 5"},
-        {"ADAM", "adam"},
-        {"adam ", "adam again"},
-        {"STRAßE", "Straße"},
-        {"STRASSE", "error 5"},
-        {"no key", "error 5"},
-        {"", "error 5"},
-        {"1", "error 5"},
-        {1, "Zoë"},
-        {int16_t(4), "no key"},
-        {4.5, "no key"},
-        {5, "adam again"},
-        {0, "error 9"},
-        {6, "error 9"},
-        {-1, "error 9"},
-        {Value(), "error 9"},
-        {Value::Null(), "error 13"},
-        {Value::nothing(), "error 13"},
-    };
+    const std::pair<Value, const char*> cases[] = {{"Zoë", "Zoë"},
+                                                   {"ZOË", "Zoë"},
+                                                   {"zoë", "Zoë"},
+                                                   {"Zoe", "error 5"},
+                                                   {"ADAM", "adam"},
+                                                   {"adam ", "adam again"},
+                                                   {"STRAßE", "Straße"},
+                                                   {"STRASSE", "error 5"},
+                                                   {"no key", "error 5"},
+                                                   {"", "error 5"},
+                                                   {"1", "error 5"},
+                                                   {1, "Zoë"},
+                                                   {int16_t(4), "no key"},
+                                                   {4.5, "no key"},
+                                                   {5, "adam again"},
+                                                   {0, "error 9"},
+                                                   {6, "error 9"},
+                                                   {-1, "error 9"},
+                                                   {Value(), "error 9"},
+                                                   {Value::Null(), "error 13"},
+                                                   {Value::nothing(), "error 13"}};
     for (const auto& [index, expected] : cases) {
         const std::string found = outcome([&] { return call(*list, "item", {index}).toText(); });
         const auto* key = index.as<std::string>();
@@ -66,15 +64,13 @@ TEST(KeyedCollection, StaysAsItIsWhenAnAdditionFails) {
     const struct {
         std::vector<Value> arguments;
         int32_t error;
-    } cases[] = {
-        {{"x", "A", {}, {}}, 457},
-        {{"x", {}, "c", {}}, 5},
-        {{"x", {}, {}, 3}, 9},
-        {{"x", {}, 0, {}}, 9},
-        {{"x", {}, 1, 1}, 5},
-        {{"x", "x", Value::Null(), {}}, 13},
-        {{Value::Null(), "x", {}, {}}, 13},
-    };
+    } cases[] = {{{"x", "A", {}, {}}, 457},
+                 {{"x", {}, "c", {}}, 5},
+                 {{"x", {}, {}, 3}, 9},
+                 {{"x", {}, 0, {}}, 9},
+                 {{"x", {}, 1, 1}, 5},
+                 {{"x", "x", Value::Null(), {}}, 13},
+                 {{Value::Null(), "x", {}, {}}, 13}};
     for (const auto& c : cases) {
         EXPECT_EQ(errorNumber([&] { call(*list, "Add", c.arguments); }), c.error);
         EXPECT_THAT(all(*list), ElementsAre("a", "b"));

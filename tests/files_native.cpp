@@ -16,8 +16,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-using norvakavlor::testing::errorNumber;
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 
 mode_t modeOf(const std::string& path) {
     struct stat state {};

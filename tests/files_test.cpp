@@ -13,9 +13,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-using norvakavlor::testing::errorNumber;
-using norvakavlor::testing::rows;
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 using namespace std::string_literals;
 
 using Names = std::vector<std::string>;
@@ -27,18 +25,16 @@ TEST(Files, TellsFilesFromFolders) {
         std::string path;
         bool isFile;
         bool isFolder;
-    } cases[] = {
-        {folder.path(), false, true},
-        {folder.path() + "in", false, true},
-        {folder.path() + "in/", false, true},
-        {folder.path() + "in\\", false, true},
-        {folder.path() + "in\\\u00FC \u4E2D.xml", true, false},
-        {folder.path() + "in/../in/\u00FC \u4E2D.xml", true, false},
-        {folder.path() + "none", false, false},
-        {folder.path() + "in\0x"s, false, false},
-        {folder.path() + "in/\u00FC \u4E2D.xml\0"s, false, false},
-        {"", false, false},
-    };
+    } cases[] = {{folder.path(), false, true},
+                 {folder.path() + "in", false, true},
+                 {folder.path() + "in/", false, true},
+                 {folder.path() + "in\\", false, true},
+                 {folder.path() + "in\\\u00FC \u4E2D.xml", true, false},
+                 {folder.path() + "in/../in/\u00FC \u4E2D.xml", true, false},
+                 {folder.path() + "none", false, false},
+                 {folder.path() + "in\0x"s, false, false},
+                 {folder.path() + "in/\u00FC \u4E2D.xml\0"s, false, false},
+                 {"", false, false}};
     for (const auto& c : cases) {
         EXPECT_EQ(fileExists(c.path), c.isFile) << c.path;
         EXPECT_EQ(folderExists(c.path), c.isFolder) << c.path;
@@ -106,9 +102,11 @@ TEST(Files, AFailedSaveChangesNothing) {
     const struct {
         const char* name;
         int error;
-    } cases[] = {
-        {"locked.xml", 70}, {"folder", 70}, {"missing/a.xml", 76}, {"locked.xml/a.xml", 76}, {"missing/", 76},
-    };
+    } cases[] = {{"locked.xml", 70},
+                 {"folder", 70},
+                 {"missing/a.xml", 76},
+                 {"locked.xml/a.xml", 76},
+                 {"missing/", 76}};
     for (const auto& c : cases) {
         EXPECT_EQ(errorNumber([&] { replaceFile(folder.file(c.name), "new"); }), c.error) << c.name;
         EXPECT_EQ(folder.names(), before) << c.name;
@@ -185,18 +183,16 @@ TEST(Files, ReadsFirstLines) {
     const struct {
         std::string content;
         std::string line;
-    } cases[] = {
-        {"", ""},
-        {"one", "one"},
-        {"one\r\ntwo", "one"},
-        {"one\ntwo", "one"},
-        {"one\rtwo", "one"},
-        {"\ntwo", ""},
-        {"\xEF\xBB\xBF\u00FC\n", "\u00FC"},
-        {"caf\xE9 \x80\n", "caf\u00E9 \u20AC"},
-        {std::string(10000, 'x') + "\nend", std::string(10000, 'x')},
-        {std::string(4096, 'x') + "\nend", std::string(4096, 'x')},
-    };
+    } cases[] = {{"", ""},
+                 {"one", "one"},
+                 {"one\r\ntwo", "one"},
+                 {"one\ntwo", "one"},
+                 {"one\rtwo", "one"},
+                 {"\ntwo", ""},
+                 {"\xEF\xBB\xBF\u00FC\n", "\u00FC"},
+                 {"caf\xE9 \x80\n", "caf\u00E9 \u20AC"},
+                 {std::string(10000, 'x') + "\nend", std::string(10000, 'x')},
+                 {std::string(4096, 'x') + "\nend", std::string(4096, 'x')}};
     for (const auto& c : cases)
         EXPECT_EQ(firstLine(folder.write("a.txt", c.content)), c.line);
     EXPECT_EQ(firstLine(folder.file("missing")), std::nullopt);

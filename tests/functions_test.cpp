@@ -115,8 +115,7 @@ const struct {
      {[](In in) { return word(isLessonFile(in[0], -1)); }, [](In in) { return word(isLessonFile(in[0], 1)); },
       [](In in) { return word(isLessonFile(in[0], 2)); },
       [](In in) { return word(isLessonFile(in[0], 0)); }}},
-    {"lessons.copies", 2, {[](In in) { return studentCopyName(in[0], in[1]); }}},
-};
+    {"lessons.copies", 2, {[](In in) { return studentCopyName(in[0], in[1]); }}}};
 
 TEST(Functions, GiveWhatTheirTablesSay) {
     for (const auto& table : kTables) {

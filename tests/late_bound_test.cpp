@@ -11,7 +11,7 @@
 namespace norvakavlor {
 namespace {
 
-using testing::errorNumber;
+using namespace testing;
 
 Ref<TextBook> textBook(const char* id, const char* title) {
     auto book = New<TextBook>();
@@ -40,18 +40,16 @@ TEST(LateBound, ReadsAndWritesProperties) {
         const char* name;
         Value written;
         Value read;
-    } cases[] = {
-        {"TEXT", "abc", "abc"},
-        {"text", 2.5, "2.5"},
-        {"Flag", "True", true},
-        {"Small", "2.5", int16_t(2)},
-        {"Large", "&H10", int32_t(16)},
-        {"Real", int16_t(3), 3.0},
-        {"Anything", Value::Null(), Value::Null()},
-        {"Anything", {}, {}},
-        {"Book", Value::nothing(), Value::nothing()},
-        {"Held", probe->Books, probe->Books},
-    };
+    } cases[] = {{"TEXT", "abc", "abc"},
+                 {"text", 2.5, "2.5"},
+                 {"Flag", "True", true},
+                 {"Small", "2.5", int16_t(2)},
+                 {"Large", "&H10", int32_t(16)},
+                 {"Real", int16_t(3), 3.0},
+                 {"Anything", Value::Null(), Value::Null()},
+                 {"Anything", {}, {}},
+                 {"Book", Value::nothing(), Value::nothing()},
+                 {"Held", probe->Books, probe->Books}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         put(*probe, c.name, c.written);
@@ -67,18 +65,16 @@ TEST(LateBound, OrdersArgumentsAndRefusesWrongOnes) {
         NamedArguments named;
         int32_t error;
         const char* result;
-    } cases[] = {
-        {{"a", "b"}, {}, 0, "a|b|(none)"},
-        {{"a", "b", "c"}, {}, 0, "a|b|c"},
-        {{"a", {}}, {}, 0, "a||(none)"},
-        {{"a"}, {{"THIRD", "c"}, {"second", "b"}}, 0, "a|b|c"},
-        {{}, {{"second", "b"}, {"first", "a"}}, 0, "a|b|(none)"},
-        {{"a"}, {}, 449, ""},
-        {{"a"}, {{"third", "c"}}, 449, ""},
-        {{"a", "b", "c", "d"}, {}, 450, ""},
-        {{"a", "b"}, {{"first", "again"}}, 450, ""},
-        {{"a", "b"}, {{"fourth", "d"}}, 448, ""},
-    };
+    } cases[] = {{{"a", "b"}, {}, 0, "a|b|(none)"},
+                 {{"a", "b", "c"}, {}, 0, "a|b|c"},
+                 {{"a", {}}, {}, 0, "a||(none)"},
+                 {{"a"}, {{"THIRD", "c"}, {"second", "b"}}, 0, "a|b|c"},
+                 {{}, {{"second", "b"}, {"first", "a"}}, 0, "a|b|(none)"},
+                 {{"a"}, {}, 449, ""},
+                 {{"a"}, {{"third", "c"}}, 449, ""},
+                 {{"a", "b", "c", "d"}, {}, 450, ""},
+                 {{"a", "b"}, {{"first", "again"}}, 450, ""},
+                 {{"a", "b"}, {{"fourth", "d"}}, 448, ""}};
     for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.positional.size()) + " and " + std::to_string(c.named.size()));
         std::string result;

@@ -28,9 +28,7 @@
 namespace norvakavlor {
 namespace {
 
-using testing::failingEachAllocation;
-using testing::misbehaving;
-using testing::TemporaryFolder;
+using namespace testing;
 
 TEST(OutOfMemory, NeverPassesForAnAnswer) {
     const TemporaryFolder folder;
@@ -47,29 +45,26 @@ TEST(OutOfMemory, NeverPassesForAnAnswer) {
     const struct {
         const char* what;
         std::function<bool()> isWhole;
-    } cases[] = {
-        {"parser",
-         [&] {
-             const auto document = platform::parseXml(text);
-             return document && document->toText() == written;
-         }},
-        {"directory", [&] { return platform::listFiles(folder.path()).size() == 3; }},
-        {"file", [&] { return readLocalDocument(books).has_value(); }},
-        {"first line", [&] { return platform::firstLine(exam).has_value(); }},
-        {"digest", [&] { return EncryptPassword("secret") == digest; }},
-        {"textbooks", [&] { return New<TextBooks>()->Load(books); }},
-        {"exam",
-         [&] {
-             const auto pool = New<QuestionPool>();
-             return New<Exam>()->Load(exam, pool.get());
-         }},
-        {"roster", [&] { return New<Students>()->Load(roster, New<Courses>().get()); }},
-        {"by name",
-         [&] {
-             const Ref<Object> made = CreateObject("NorvaKavlor.TextBooks");
-             return call(*made, "Load", {Value(books)}).toBoolean();
-         }},
-    };
+    } cases[] = {{"parser",
+                  [&] {
+                      const auto document = platform::parseXml(text);
+                      return document && document->toText() == written;
+                  }},
+                 {"directory", [&] { return platform::listFiles(folder.path()).size() == 3; }},
+                 {"file", [&] { return readLocalDocument(books).has_value(); }},
+                 {"first line", [&] { return platform::firstLine(exam).has_value(); }},
+                 {"digest", [&] { return EncryptPassword("secret") == digest; }},
+                 {"textbooks", [&] { return New<TextBooks>()->Load(books); }},
+                 {"exam",
+                  [&] {
+                      const auto pool = New<QuestionPool>();
+                      return New<Exam>()->Load(exam, pool.get());
+                  }},
+                 {"roster", [&] { return New<Students>()->Load(roster, New<Courses>().get()); }},
+                 {"by name", [&] {
+                      const Ref<Object> made = CreateObject("NorvaKavlor.TextBooks");
+                      return call(*made, "Load", {Value(books)}).toBoolean();
+                  }}};
     for (const auto& c : cases) {
         bool isWhole = false;
         failingEachAllocation(
@@ -91,12 +86,10 @@ TEST(OutOfMemory, ASaveIsStoredOrRaises) {
     const struct {
         const char* what;
         std::function<void(const std::string&)> save;
-    } cases[] = {
-        {"textbooks", [&](const std::string& path) { books->Save(path); }},
-        {"exam", [&](const std::string& path) { exam->Save(path, false); }},
-        {"lesson", [&](const std::string& path) { lesson->Save(path, false); }},
-        {"roster", [&](const std::string& path) { roster->Save(path, nullptr); }},
-    };
+    } cases[] = {{"textbooks", [&](const std::string& path) { books->Save(path); }},
+                 {"exam", [&](const std::string& path) { exam->Save(path, false); }},
+                 {"lesson", [&](const std::string& path) { lesson->Save(path, false); }},
+                 {"roster", [&](const std::string& path) { roster->Save(path, nullptr); }}};
     for (const auto& c : cases) {
         const TemporaryFolder folder;
         const std::string path = folder.write("a file name that needs memory.xml", "old");

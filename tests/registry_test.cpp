@@ -21,17 +21,15 @@ TEST(Registry, KeepsStringsByKeyAndName) {
         std::string path;
         const char* name;
         const char* value;
-    } cases[] = {
-        {kCurrentUser, path, "resultsDir", "C:\\results"},
-        {kCurrentUser, "SOFTWARE\\norvalis\\KAVLOR\\own TESTS", "RESULTSDIR", "C:\\results"},
-        {kCurrentUser, path + "\\Inner", "resultsDir", "inner"},
-        {kCurrentUser, "Software\\\\Norvalis\\Kavlor\\\\\\Own tests\\", "resultsDir", "C:\\results"},
-        {kCurrentUser, path, "cut", "before"},
-        {kCurrentUser, path, "missing", ""},
-        {kCurrentUser, path + "\\Missing", "resultsDir", ""},
-        {0x80000002, path, "resultsDir", ""},
-        {0, path, "resultsDir", ""},
-    };
+    } cases[] = {{kCurrentUser, path, "resultsDir", "C:\\results"},
+                 {kCurrentUser, "SOFTWARE\\norvalis\\KAVLOR\\own TESTS", "RESULTSDIR", "C:\\results"},
+                 {kCurrentUser, path + "\\Inner", "resultsDir", "inner"},
+                 {kCurrentUser, "Software\\\\Norvalis\\Kavlor\\\\\\Own tests\\", "resultsDir", "C:\\results"},
+                 {kCurrentUser, path, "cut", "before"},
+                 {kCurrentUser, path, "missing", ""},
+                 {kCurrentUser, path + "\\Missing", "resultsDir", ""},
+                 {0x80000002, path, "resultsDir", ""},
+                 {0, path, "resultsDir", ""}};
     for (const auto& c : cases)
         EXPECT_EQ(readRegistry(c.root, c.path, c.name), c.value) << c.path << " " << c.name;
     writeRegistry(kCurrentUser, path, "ResultsDir", "changed");

@@ -15,8 +15,7 @@
 namespace norvakavlor {
 namespace {
 
-using testing::callOnDocument;
-using testing::TemporaryFolder;
+using namespace testing;
 
 /// A member's place in a document, as the table describes it.
 struct Row {

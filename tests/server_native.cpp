@@ -11,8 +11,7 @@
 namespace norvakavlor::server {
 namespace {
 
-using norvakavlor::testing::rows;
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -83,12 +82,10 @@ TEST(KavlorServerOptions, TheGradebookAcceptsWhenItIsToldTo) {
     const struct {
         std::vector<std::string> arguments;
         std::vector<std::string> replies;
-    } cases[] = {
-        {{}, {"success", "success"}},
-        {{"--gradebook-reply", "Success"}, {"Success", "Success", "Success"}},
-        {{"--gradebook-accept-from", "3"}, {"busy", "busy", "success", "success"}},
-        {{"--gradebook-accept-from", "2", "--gradebook-reply", "no"}, {"no", "success"}},
-    };
+    } cases[] = {{{}, {"success", "success"}},
+                 {{"--gradebook-reply", "Success"}, {"Success", "Success", "Success"}},
+                 {{"--gradebook-accept-from", "3"}, {"busy", "busy", "success", "success"}},
+                 {{"--gradebook-accept-from", "2", "--gradebook-reply", "no"}, {"no", "success"}}};
     const TemporaryFolder folder;
     for (const auto& c : cases) {
         std::vector<std::string> arguments = {folder.path()};

@@ -12,18 +12,16 @@ TEST(Settings, KeepsWhatIsWritten) {
         const char* section;
         const char* key;
         const char* value;
-    } cases[] = {
-        {"Locations", "XMLDir", "/srv/kavlor/xml"},
-        {"Locations", "QuestionPoolDir", "http://127.0.0.1/app/?site=3/"},
-        {"Locations", "Windows", "C:\\new\\table"},
-        {"Locations", "Text", " \"quoted\" = [x] # y; "},
-        {"Locations", "Lines", "one\r\ntwo\tthree\n"},
-        {"Locations", "Quote", "\""},
-        {"Locations", "Empty", ""},
-        {"Other [section]", "XMLDir", "another"},
-        {"Other [section]", "a = b", "c"},
-        {"Other [section]", "[#;", "d"},
-    };
+    } cases[] = {{"Locations", "XMLDir", "/srv/kavlor/xml"},
+                 {"Locations", "QuestionPoolDir", "http://127.0.0.1/app/?site=3/"},
+                 {"Locations", "Windows", "C:\\new\\table"},
+                 {"Locations", "Text", " \"quoted\" = [x] # y; "},
+                 {"Locations", "Lines", "one\r\ntwo\tthree\n"},
+                 {"Locations", "Quote", "\""},
+                 {"Locations", "Empty", ""},
+                 {"Other [section]", "XMLDir", "another"},
+                 {"Other [section]", "a = b", "c"},
+                 {"Other [section]", "[#;", "d"}};
     for (const auto& c : cases)
         writeSetting(kApplication, c.section, c.key, c.value);
     for (const auto& c : cases)

@@ -8,7 +8,7 @@
 namespace norvakavlor {
 namespace {
 
-using testing::rows;
+using namespace testing;
 
 std::string repeated(std::string_view piece, size_t count) {
     std::string text;

@@ -11,9 +11,7 @@
 namespace norvakavlor {
 namespace {
 
-using testing::errorNumber;
-using testing::parsed;
-using testing::rows;
+using namespace testing;
 using xml::NodeKind;
 
 TEST(XmlTree, SelectsAlongChildPaths) {
@@ -81,8 +79,7 @@ TEST(XmlTree, RefusesWhatWouldNotBeWellFormed) {
         {"a document as a child", 5, [&] { root.append(NodeKind::Document, "", ""); }},
         {"a null parent", 91, [] { xml::Node().append("a"); }},
         {"a null element", 91, [] { xml::Node().setAttribute("a", "b"); }},
-        {"a null source", 91, [&] { root.appendCopy({}); }},
-    };
+        {"a null source", 91, [&] { root.appendCopy({}); }}};
     for (const auto& c : cases) {
         EXPECT_EQ(errorNumber(c.step), c.error) << c.what;
         EXPECT_EQ(document.toText(), before) << c.what;

@@ -133,30 +133,28 @@ TEST_F(Dispatch, TakesEveryTypeOfArgument) {
         VARIANT argument;
         const char* kind;
         const char* text;
-    } cases[] = {
-        {"empty", ofType(VT_EMPTY), "Empty", ""},
-        {"left out", leftOut(), "Empty", ""},
-        {"integer", number(7), "Int32", "7"},
-        {"byte", byte, "Int16", "200"},
-        {"signed byte", signedByte, "Int16", "-1"},
-        {"beyond 32 bits", huge, "Double", "5000000000"},
-        {"single", single, "Double", "0.5"},
-        {"currency", money, "Double", "1.25"},
-        {"decimal", decimal, "Double", "1.5"},
-        {"odd single", oddSingle, "ExactNumber", "85.7"},
-        {"odd single by reference", reference(VT_R4, &oddSingle.fltVal), "ExactNumber", "85.7"},
-        {"long currency", oddMoney, "ExactNumber", "922337203685477.5807"},
-        {"beyond a double", longest, "ExactNumber", "9007199254740993"},
-        {"beyond a signed number", unsignedLongest, "ExactNumber", "18446744073709551615"},
-        {"long decimal", longDecimal, "ExactNumber", "1234567890.123456789"},
-        {"boolean", truth, "Boolean", "True"},
-        {"date", date, "Date", "3/14/2004 12:00:00 PM"},
-        {"text", text, "Text", "t"},
-        {"a text that is null", reference(VT_BSTR, &bare), "Text", ""},
-        {"integer by reference", reference(VT_I2, &small), "Int16", "3"},
-        {"double by reference", reference(VT_R8, &real), "Double", "2.5"},
-        {"variant by reference", reference(VT_VARIANT, &inner), "Int32", "70000"},
-    };
+    } cases[] = {{"empty", ofType(VT_EMPTY), "Empty", ""},
+                 {"left out", leftOut(), "Empty", ""},
+                 {"integer", number(7), "Int32", "7"},
+                 {"byte", byte, "Int16", "200"},
+                 {"signed byte", signedByte, "Int16", "-1"},
+                 {"beyond 32 bits", huge, "Double", "5000000000"},
+                 {"single", single, "Double", "0.5"},
+                 {"currency", money, "Double", "1.25"},
+                 {"decimal", decimal, "Double", "1.5"},
+                 {"odd single", oddSingle, "ExactNumber", "85.7"},
+                 {"odd single by reference", reference(VT_R4, &oddSingle.fltVal), "ExactNumber", "85.7"},
+                 {"long currency", oddMoney, "ExactNumber", "922337203685477.5807"},
+                 {"beyond a double", longest, "ExactNumber", "9007199254740993"},
+                 {"beyond a signed number", unsignedLongest, "ExactNumber", "18446744073709551615"},
+                 {"long decimal", longDecimal, "ExactNumber", "1234567890.123456789"},
+                 {"boolean", truth, "Boolean", "True"},
+                 {"date", date, "Date", "3/14/2004 12:00:00 PM"},
+                 {"text", text, "Text", "t"},
+                 {"a text that is null", reference(VT_BSTR, &bare), "Text", ""},
+                 {"integer by reference", reference(VT_I2, &small), "Int16", "3"},
+                 {"double by reference", reference(VT_R8, &real), "Double", "2.5"},
+                 {"variant by reference", reference(VT_VARIANT, &inner), "Int32", "70000"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         EXPECT_EQ(call(*object.get(), L"KindOf", {c.argument}).asValue().toText(), c.kind);
@@ -180,19 +178,17 @@ TEST_F(Dispatch, GivesValuesOfEveryType) {
     const struct {
         Value value;
         VARTYPE type;
-    } cases[] = {
-        {{}, VT_EMPTY},
-        {Value::Null(), VT_NULL},
-        {true, VT_BOOL},
-        {int16_t(1), VT_I2},
-        {int32_t(1), VT_I4},
-        {1.5, VT_R8},
-        {Date{1}, VT_DATE},
-        {"\xC3\xA9", VT_BSTR},
-        {Value::nothing(), VT_DISPATCH},
-        {probe->Books, VT_DISPATCH},
-        {std::make_shared<Array>(Array{1, {"a", Value()}}), VT_ARRAY | VT_VARIANT},
-    };
+    } cases[] = {{{}, VT_EMPTY},
+                 {Value::Null(), VT_NULL},
+                 {true, VT_BOOL},
+                 {int16_t(1), VT_I2},
+                 {int32_t(1), VT_I4},
+                 {1.5, VT_R8},
+                 {Date{1}, VT_DATE},
+                 {"\xC3\xA9", VT_BSTR},
+                 {Value::nothing(), VT_DISPATCH},
+                 {probe->Books, VT_DISPATCH},
+                 {std::make_shared<Array>(Array{1, {"a", Value()}}), VT_ARRAY | VT_VARIANT}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.type);
         probe->Anything = c.value;
@@ -319,8 +315,7 @@ TEST_F(Dispatch, ReportsEachKindOfError) {
          "Internal error: a fault of the library"},
         {"read-only",
          [&] { return put(*object.get(), L"Books", objectArgument(nullptr), DISPATCH_PROPERTYPUTREF); },
-         runtimeResult(438), "NorvaKavlor", "Object doesn't support this property or method"},
-    };
+         runtimeResult(438), "NorvaKavlor", "Object doesn't support this property or method"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const Outcome outcome = c.act();
@@ -403,15 +398,13 @@ TEST_F(Dispatch, TakesAnObjectForItsDefaultValue) {
         ComPointer<ClientObject> argument;
         const char* text; ///< as a text property's new value; null where there is none
         bool isIndex;     ///< of the second book
-    } cases[] = {
-        {"a key", key, "B", true},
-        {"a position", position, "2", true},
-        {"a method's value", byMethod, "B", true},
-        {"an object's default object", nested, "B", true},
-        {"a function", function, "function () {}", false},
-        {"none", none, nullptr, false},
-        {"a circle", circle, nullptr, false},
-    };
+    } cases[] = {{"a key", key, "B", true},
+                 {"a position", position, "2", true},
+                 {"a method's value", byMethod, "B", true},
+                 {"an object's default object", nested, "B", true},
+                 {"a function", function, "function () {}", false},
+                 {"none", none, nullptr, false},
+                 {"a circle", circle, nullptr, false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const VARIANT argument = objectArgument(c.argument.get());

@@ -27,7 +27,7 @@
 namespace {
 
 using namespace std::chrono_literals;
-using norvakavlor::testing::rows;
+using namespace norvakavlor::testing;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kLongest = 20s;
@@ -226,21 +226,18 @@ using Manners = std::map<std::string, std::function<void(Visit&)>, std::less<>>;
 
 /// What takes more than bytes, and the pages and bytes of tests/data/replies.txt.
 Manners allManners() {
-    Manners manners = {
-        {"reply", replyText},
-        {"status", replyStatus},
-        {"turns", takeTurns},
-        {"redirect", redirect},
-        {"hang-up", [](Visit&) {}},
-        {"silence", sayNothing},
-        {"slow-drip", drip},
-        {"endless", neverEnd},
-        {"oversize",
-         [](Visit& visit) {
-             visit.connection.send(head("200 OK", "Content-Length: 70000000\r\n"));
-             neverEnd(visit);
-         }},
-    };
+    Manners manners = {{"reply", replyText},
+                       {"status", replyStatus},
+                       {"turns", takeTurns},
+                       {"redirect", redirect},
+                       {"hang-up", [](Visit&) {}},
+                       {"silence", sayNothing},
+                       {"slow-drip", drip},
+                       {"endless", neverEnd},
+                       {"oversize", [](Visit& visit) {
+                            visit.connection.send(head("200 OK", "Content-Length: 70000000\r\n"));
+                            neverEnd(visit);
+                        }}};
     for (const auto& [name, status, contentType, body] : rows<4>("replies.pages"))
         manners[name] = [=](Visit& visit) { reply(visit.connection, body, status, contentType); };
     for (const auto& [name, bytes] : rows<2>("replies.bytes"))
