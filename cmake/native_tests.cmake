@@ -8,8 +8,7 @@ add_executable(kavlor-idl tools/idl/main.cpp)
 target_link_libraries(kavlor-idl PRIVATE kavlor_descriptions)
 
 add_executable(misbehaving_server tests/support/misbehaving_server.cpp tests/support/tables.cpp)
-target_include_directories(misbehaving_server PRIVATE ${PROJECT_SOURCE_DIR})
-target_link_libraries(misbehaving_server PRIVATE Threads::Threads)
+target_link_libraries(misbehaving_server PRIVATE kavlor_service Threads::Threads)
 
 # Whoever only builds the library or the demo needs no GoogleTest.
 find_package(GTest)
