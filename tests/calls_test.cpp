@@ -22,7 +22,7 @@
 // Steps stand one behind the other with ">" between:
 //
 //     Title=Sheets           puts a property, also Tasks(1).TaskName=Sum
-//     Tasks(1).TaskName      gets one, or calls a method: Load(file:a.xml, Nothing)
+//     Tasks(1).TaskName      gets one, or calls a method: Load(file:a.xml, Nothing); also @TaskPool.Tasks
 //     Tasks[ID TaskName]     shows these properties of a collection's members; without a list, all
 //     lock NAME, unlock NAME, locked NAME, cat NAME, write NAME CONTENT, remove NAME, setting NAME VALUE
 //     says STEP              shows the whole error that a step raises
@@ -181,7 +181,8 @@ private:
             const std::string part = path.substr(start, end - start);
             const size_t open = std::min(part.find('('), part.size());
             const Ref<Object> holder = value.toObject();
-            value = call(*holder, part.substr(0, open), arguments(part.substr(open)));
+            value = part.starts_with('@') ? argument(part)
+                                          : call(*holder, part.substr(0, open), arguments(part.substr(open)));
             start = end + 1;
         }
         return value;

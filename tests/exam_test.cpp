@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <norvakavlor/assessment/exam.h>
-#include <norvakavlor/lessons/lesson.h>
 #include <norvakavlor/platform/clock.h>
-#include <norvakavlor/text/convert.h>
 
 namespace norvakavlor {
 namespace {
@@ -63,20 +61,6 @@ TEST(Exam, ShufflesByDrawsOverAllPlaces) {
         EXPECT_EQ(exam->Questions->Item("3")->ID, "3");
     }
     New<Exam>()->RandomizeQuestions();
-}
-
-TEST(Lesson, CompletesItsOwnCopiesOfThePoolsTasks) {
-    const auto pool = New<TaskPool>();
-    const xml::Document tasks =
-        parsed("<taskPool><task><id>t1</id><taskName>Sum</taskName></task></taskPool>");
-    pool->LoadFromXMLNode(tasks.root(), nullptr);
-    const auto lesson = New<Lesson>();
-    const xml::Document document = parsed("<lesson><taskList><taskRef>T1</taskRef></taskList></lesson>");
-    lesson->LoadFromXMLNode(document.root(), pool.get(), "");
-    EXPECT_FALSE(lesson->CalcLessonComplete());
-    lesson->Tasks->Item("t1")->CompletionDate = toDate("2004-03-15");
-    EXPECT_TRUE(lesson->CalcLessonComplete());
-    EXPECT_EQ(pool->Tasks->Item("t1")->CompletionDate, Date{});
 }
 
 } // namespace

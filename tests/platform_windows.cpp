@@ -14,6 +14,14 @@
 namespace norvakavlor::platform {
 namespace {
 
+/// Script hosts have COM ready on their thread; so has this program, for the platform's own objects.
+class ComReady : public ::testing::Environment {
+public:
+    void SetUp() override { ASSERT_TRUE(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))); }
+    void TearDown() override { ::CoUninitialize(); }
+};
+const auto* const comReady = ::testing::AddGlobalTestEnvironment(new ComReady); // GoogleTest owns it
+
 constexpr uint32_t kCurrentUser = 0x80000001;
 
 TEST(RegistryWindows, OnlyPlainStringsAreRead) {

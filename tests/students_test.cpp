@@ -17,16 +17,6 @@ namespace {
 
 using namespace norvakavlor::testing;
 
-/// Course 1 with the sections 0 and "B", course 2 without.
-Ref<Courses> courses() {
-    auto result = New<Courses>();
-    const xml::Document document =
-        parsed("<classes><class><id>1</id><sectionList><section><id>0</id></section><section><id>B</id>"
-               "</section></sectionList></class><class><id>2</id></class></classes>");
-    result->LoadFromXMLNode(document.root(), nullptr);
-    return result;
-}
-
 Ref<Student> student(const std::string& id, const std::string& userName = "", const std::string& last = "") {
     auto result = New<Student>();
     result->StudentID = id;
@@ -36,7 +26,8 @@ Ref<Student> student(const std::string& id, const std::string& userName = "", co
 }
 
 TEST(Student, ValidatesCourseAndSection) {
-    const auto all = courses();
+    const Ref<Object> all = library().back();
+    auto& courses = dynamic_cast<Courses&>(*all);
     for (const auto& [course, section, user, valid, number, description] : rows<6>("students.validated")) {
         SCOPED_TRACE(course + "/" + section + "/" + user);
         const auto someone = student("S1", user);
@@ -44,7 +35,7 @@ TEST(Student, ValidatesCourseAndSection) {
         someone->Section = section;
         int32_t code = -7;
         std::string text = "as it was";
-        EXPECT_EQ(someone->Validate(all.get(), code, text), valid == "true");
+        EXPECT_EQ(someone->Validate(&courses, code, text), valid == "true");
         EXPECT_EQ(std::to_string(code), number);
         EXPECT_EQ(text, description);
     }
@@ -54,37 +45,6 @@ TEST(Student, ValidatesCourseAndSection) {
     const auto enrolled = student("S1");
     enrolled->Course = "1";
     EXPECT_EQ(errorNumber([&] { enrolled->Validate(nullptr, code, text); }), 91);
-}
-
-TEST(Student, IsNotSavedWithoutItsSection) {
-    const auto all = courses();
-    const auto someone = student("S1");
-    const auto save = [&] {
-        xml::Document document;
-        someone->SaveToXMLNode(document.createRoot("student"), document, all.get());
-    };
-    someone->Section = "0";
-    EXPECT_EQ(raised(save), "object 642|Student:SaveToXMLNode|Invalid Section reference");
-    someone->Course = "9";
-    EXPECT_EQ(raised(save), "object 641|Student:SaveToXMLNode|Invalid course ID");
-    someone->Course = "1";
-    EXPECT_EQ(raised(save), "nothing");
-}
-
-TEST(Student, KeepsItsPasswordInCloneAndDocument) {
-    const auto someone = student("S1");
-    someone->SetPassword("abc");
-    const auto copy = someone->Clone();
-    EXPECT_TRUE(copy->CheckPassword("abc"));
-    EXPECT_FALSE(copy->CheckPassword("ABC"));
-    const xml::Document document = parsed("<student><id>S1</id><name/></student>");
-    copy->LoadFromXMLNode(document.root(), nullptr);
-    EXPECT_TRUE(copy->CheckPassword("wrong")) << "an element without a password clears the flag alone";
-    EXPECT_EQ(written("student", [&](xml::Document& target,
-                                     xml::Node root) { copy->SaveToXMLNode(root, target, nullptr); }),
-              written("student", [&](xml::Document& target, xml::Node root) {
-                  someone->SaveToXMLNode(root, target, nullptr);
-              }));
 }
 
 /// A roster file of one student.
