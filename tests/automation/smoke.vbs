@@ -179,28 +179,8 @@ seen = textBooks.Exists()
 Raised "a missing argument", 449, "NorvaKavlor", "Argument not optional"
 seen = textBooks.Exists(1, 2)
 Raised "one argument too many", 450, "NorvaKavlor", "Wrong number of arguments or invalid property assignment"
-book.Title = Null
-Raised "Null as a text", 13, "NorvaKavlor", mismatch
-seen = student.GetProperty(40000)
-Raised "a number that is no 16-bit integer", 6, "NorvaKavlor", "Overflow"
-roster.Selectionsort "no array", "LastName", "", ""
-Raised "no array", 13, "NorvaKavlor", mismatch
-images.Remove "none"
-Raised "a key that is not in a dictionary", 32811, "NorvaKavlor", "Element not found"
-textBooks.Save folder & "missing\books.xml"
-Raised "a save into a missing folder", 76, "NorvaKavlor", "Path not found"
-roster.Save rosterFile, courses
-Raised "a save of a locked roster", 70, "NorvaKavlor", "Permission denied"
-courses.Load document, images
-Raised "a dictionary for textbooks", 13, "NorvaKavlor", mismatch
-courses.Load document, textBooks
-Raised "an unknown textbook", 641, "Course:LoadFromXMLNode", "Invalid textbook reference"
 textBooks.LoadFromXMLNode Nothing
 Raised "Nothing as a node", 91, "NorvaKavlor", "Object variable or With block variable not set"
-textBooks.LoadFromXMLNode textBooks
-Raised "an object as a node", 13, "NorvaKavlor", mismatch
-textBooks.SaveToXMLNode root, root
-Raised "a node as a document", 13, "NorvaKavlor", mismatch
 student.Course = "9"
 roster.AddStudent rosterFile, student, courses
 Raised "a course that is none", &H80040277, "students:AddStudent", "Course is invalid - 9"
