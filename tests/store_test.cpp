@@ -109,7 +109,7 @@ TEST(Store, KeepsDocumentsOnARealServer) {
 TEST(Store, BothPlacesHoldTheSameDocument) {
     const ServerFolder folder;
     oneBook()->Save(folder.url("web.xml"));
-    oneBook()->Save(folder.path("disk.xml"));
+    oneBook()->Save(folder.file("disk.xml"));
     EXPECT_THAT(folder.read("web.xml"), ::testing::StartsWith("<textBookList><textBook>"));
     EXPECT_EQ(folder.read("web.xml"), folder.read("disk.xml"));
     // What a file declares of its encoding is gone once the server sends it.

@@ -65,11 +65,12 @@ std::vector<Ref<Object>> library() {
     return collections;
 }
 
-TemporaryFolder::TemporaryFolder() {
+TemporaryFolder::TemporaryFolder(std::string_view parent) {
     // A name of its own for each process and object, so that runs side by side do not meet.
     static std::mt19937_64 random(std::random_device{}());
     const auto now = static_cast<uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-    path_ = std::filesystem::temp_directory_path() / ("norvakavlor-" + std::to_string(random() ^ now));
+    path_ = (parent.empty() ? std::filesystem::temp_directory_path() : fromUtf8(parent)) /
+            ("norvakavlor-" + std::to_string(random() ^ now));
     std::filesystem::create_directories(path_);
 }
 

@@ -69,7 +69,8 @@ template <class Act> std::string outcome(Act act) {
 /// A folder that is there while the object lives. Paths are UTF-8 and end in "/" where they are folders.
 class TemporaryFolder {
 public:
-    TemporaryFolder();
+    /// In a folder that is there, or in the system's place for what is temporary.
+    explicit TemporaryFolder(std::string_view parent = {});
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
@@ -84,7 +85,7 @@ public:
     /// The names of the files, sorted.
     std::vector<std::string> names() const;
 
-private:
+protected:
     std::filesystem::path path_;
 };
 
