@@ -21,24 +21,11 @@ using Names = std::vector<std::string>;
 TEST(Files, TellsFilesFromFolders) {
     const TemporaryFolder folder;
     folder.write("in/\u00FC \u4E2D.xml", "x");
-    const struct {
-        std::string path;
-        bool isFile;
-        bool isFolder;
-    } cases[] = {{folder.path(), false, true},
-                 {folder.path() + "in", false, true},
-                 {folder.path() + "in/", false, true},
-                 {folder.path() + "in\\", false, true},
-                 {folder.path() + "in\\\u00FC \u4E2D.xml", true, false},
-                 {folder.path() + "in/../in/\u00FC \u4E2D.xml", true, false},
-                 {folder.path() + "none", false, false},
-                 {folder.path() + "in\0x"s, false, false},
-                 {folder.path() + "in/\u00FC \u4E2D.xml\0"s, false, false},
-                 {"", false, false}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(fileExists(c.path), c.isFile) << c.path;
-        EXPECT_EQ(folderExists(c.path), c.isFolder) << c.path;
+    for (const auto& [name, isFile, isFolder] : rows<3>("files.kinds")) {
+        EXPECT_EQ(fileExists(folder.file(name)), isFile == "true") << name;
+        EXPECT_EQ(folderExists(folder.file(name)), isFolder == "true") << name;
     }
+    EXPECT_FALSE(fileExists("") || folderExists(""));
 }
 
 TEST(Files, ListsByFoldedNameWithoutFoldersAndTemporaries) {
@@ -99,19 +86,10 @@ TEST(Files, AFailedSaveChangesNothing) {
     setReadOnly(folder.write("locked.xml", "kept"), true);
     folder.write("folder/inside", "");
     const Names before = folder.names();
-    const struct {
-        const char* name;
-        int error;
-    } cases[] = {{"locked.xml", 70},
-                 {"folder", 70},
-                 {"missing/a.xml", 76},
-                 {"locked.xml/a.xml", 76},
-                 {"missing/", 76}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(errorNumber([&] { replaceFile(folder.file(c.name), "new"); }), c.error) << c.name;
-        EXPECT_EQ(folder.names(), before) << c.name;
+    for (const auto& [name, error] : rows<2>("files.unsaved")) {
+        EXPECT_EQ(std::to_string(errorNumber([&] { replaceFile(folder.file(name), "new"); })), error) << name;
+        EXPECT_EQ(folder.names(), before) << name;
     }
-    EXPECT_EQ(errorNumber([&] { replaceFile(folder.file("locked.xml\0.xml"s), "new"); }), 76);
     EXPECT_EQ(errorNumber([] { replaceFile("", "new"); }), 76);
     EXPECT_EQ(folder.read("locked.xml"), "kept");
     setReadOnly(folder.file("locked.xml"), false);
@@ -180,21 +158,11 @@ TEST(Files, KeepsTheReadOnlyAttribute) {
 
 TEST(Files, ReadsFirstLines) {
     const TemporaryFolder folder;
-    const struct {
-        std::string content;
-        std::string line;
-    } cases[] = {{"", ""},
-                 {"one", "one"},
-                 {"one\r\ntwo", "one"},
-                 {"one\ntwo", "one"},
-                 {"one\rtwo", "one"},
-                 {"\ntwo", ""},
-                 {"\xEF\xBB\xBF\u00FC\n", "\u00FC"},
-                 {"caf\xE9 \x80\n", "caf\u00E9 \u20AC"},
-                 {std::string(10000, 'x') + "\nend", std::string(10000, 'x')},
-                 {std::string(4096, 'x') + "\nend", std::string(4096, 'x')}};
-    for (const auto& c : cases)
-        EXPECT_EQ(firstLine(folder.write("a.txt", c.content)), c.line);
+    for (const auto& [content, line] : rows<2>("files.first_lines"))
+        EXPECT_EQ(firstLine(folder.write("a.txt", content)), line) << content;
+    for (const size_t length : {4096, 10000})
+        EXPECT_EQ(firstLine(folder.write("a.txt", std::string(length, 'x') + "\nend")),
+                  std::string(length, 'x'));
     EXPECT_EQ(firstLine(folder.file("missing")), std::nullopt);
     EXPECT_EQ(firstLine(folder.path()), std::nullopt);
 }
