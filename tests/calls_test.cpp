@@ -123,34 +123,12 @@ private:
     }
 
     std::string step(const std::string& text) {
-        const size_t space = text.find(' ');
-        const std::string name = text.substr(space + 1);
-        if (text.starts_with("lock ") || text.starts_with("unlock ")) {
-            platform::setReadOnly(folder_.file(name), text[0] == 'l');
-            return {};
-        }
         if (text.starts_with("locked "))
-            return platform::isReadOnly(folder_.file(name)) ? "True" : "False";
+            return platform::isReadOnly(folder_.file(text.substr(7))) ? "True" : "False";
         if (text.starts_with("cat "))
-            return folder_.read(name);
-        const size_t end = name.find(' ');
-        if (text.starts_with("write ")) {
-            folder_.write(name.substr(0, end), name.substr(end + 1));
+            return folder_.read(text.substr(4));
+        if (prepares(text))
             return {};
-        }
-        if (text.starts_with("remove ")) {
-            platform::deleteFile(folder_.file(name), true);
-            return {};
-        }
-        if (text.starts_with("launches ")) {
-            setResultsDirectory(located(name));
-            return {};
-        }
-        if (text.starts_with("setting ")) {
-            settings_.push_back(name.substr(0, end));
-            platform::writeSetting(kApplication, "Paths", settings_.back(), located(name.substr(end + 1)));
-            return {};
-        }
         if (const size_t equals = text.find('='); equals != std::string::npos && isAssignment(text, equals)) {
             const size_t dot = text.rfind('.', equals);
             const bool isInside = dot != std::string::npos;
@@ -163,6 +141,27 @@ private:
         const size_t list = hasList ? text.rfind('[') : text.size();
         const Value value = reached(text.substr(0, list));
         return shown(value, hasList ? text.substr(list + 1, text.size() - list - 2) : "");
+    }
+
+    /// Does what a step says of files and settings; false when it says none of that.
+    bool prepares(const std::string& text) {
+        const size_t space = text.find(' ');
+        const std::string verb = text.substr(0, space), about = text.substr(space + 1);
+        const size_t end = about.find(' ');
+        const std::string name = about.substr(0, end), content = about.substr(end + 1);
+        if (verb == "lock" || verb == "unlock")
+            platform::setReadOnly(folder_.file(name), verb == "lock");
+        else if (verb == "write")
+            folder_.write(name, content);
+        else if (verb == "remove")
+            platform::deleteFile(folder_.file(name), true);
+        else if (verb == "launches")
+            setResultsDirectory(located(name));
+        else if (verb == "setting")
+            platform::writeSetting(kApplication, "Paths", settings_.emplace_back(name), located(content));
+        else
+            return false;
+        return true;
     }
 
     /// Not so in the brackets of a call.

@@ -142,30 +142,22 @@ TEST(Dictionary, RaisesWhatScriptsKnow) {
 
 // Whatever an item's end does to the dictionary that held it, it meets a whole one.
 TEST(Dictionary, LetsGoOfAnItemLast) {
-    const struct {
-        const char* what;
-        std::function<void(Dictionary&)> act;
-        const char* seen;
-    } cases[] = {{"replaced", [](Dictionary& dictionary) { dictionary.SetItem("key", "new"); }, "key=new"},
-                 {"replaced by an object",
-                  [](Dictionary& dictionary) { dictionary.SetItem("key", New<Dictionary>()); },
-                  "key=error 13"},
-                 {"removed", [](Dictionary& dictionary) { dictionary.Remove("key"); }, ""},
-                 {"all removed", [](Dictionary& dictionary) { dictionary.RemoveAll(); }, ""}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    const auto seenAtTheEnd = [](auto act) {
         const auto dictionary = New<Dictionary>();
         std::string seen = "nothing was let go";
         dictionary->Add("key", New<Ending>([&] {
-                            seen = dictionary->Exists("key")
-                                       ? "key=" + outcome([&] { return dictionary->Item("key").toText(); })
-                                       : "";
+                            const bool isThere = dictionary->Exists("key");
+                            seen = isThere ? outcome([&] { return dictionary->Item("key").toText(); }) : "";
                             dictionary->RemoveAll();
                         }));
-        c.act(*dictionary);
-        EXPECT_EQ(seen, c.seen);
+        act(*dictionary);
         EXPECT_TRUE(dictionary->empty());
-    }
+        return seen;
+    };
+    EXPECT_EQ(seenAtTheEnd([](Dictionary& all) { all.SetItem("key", "new"); }), "new");
+    EXPECT_EQ(seenAtTheEnd([](Dictionary& all) { all.SetItem("key", New<Dictionary>()); }), "error 13");
+    EXPECT_EQ(seenAtTheEnd([](Dictionary& all) { all.Remove("key"); }), "");
+    EXPECT_EQ(seenAtTheEnd([](Dictionary& all) { all.RemoveAll(); }), "");
 }
 
 TEST(Dictionary, EndsAChainOfAnyLength) {
