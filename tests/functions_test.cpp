@@ -129,6 +129,11 @@ TEST(Functions, GiveWhatTheirTablesSay) {
     }
 }
 
+TEST(Errors, AreIgnoredUnlessMemoryIsWanting) {
+    ignoringErrors([] { throw runtimeError(RuntimeError::Overflow); });
+    EXPECT_THROW(ignoringErrors([] { throw runtimeError(RuntimeError::OutOfMemory); }), Error);
+}
+
 TEST(Convert, RoundsNumbersHalvesToEven) {
     for (const double number : {0.5, 1.5, -0.5, -1.5, 2.4999, 32767.49, -32768.5})
         EXPECT_EQ(toInt16(number), std::nearbyint(number)) << number;
