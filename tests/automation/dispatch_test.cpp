@@ -111,8 +111,10 @@ TEST_F(Dispatch, TakesEveryTypeOfArgument) {
     double real = 2.5;
     float odd = 85.7f;
     BSTR bare = nullptr;
-    VARIANT inner = number(70000), fault = ofType(VT_ERROR);
+    VARIANT inner = number(70000), fault = ofType(VT_ERROR), money = ofType(VT_CY), date = ofType(VT_DATE);
     fault.scode = E_FAIL;
+    money.cyVal.int64 = 9223372036854775807;
+    date.date = 38060.5;
     const auto typed = [](VARTYPE type, const char* text) {
         VARIANT variant{};
         EXPECT_EQ(::VariantChangeTypeEx(&variant, toVariant(text).get(), LOCALE_INVARIANT, 0, type), S_OK);
@@ -137,12 +139,12 @@ TEST_F(Dispatch, TakesEveryTypeOfArgument) {
         // Those that have more digits than a double's, or others.
         {"odd single", typed(VT_R4, "85.7"), "ExactNumber", "85.7"},
         {"odd single by reference", reference(VT_R4, &odd), "ExactNumber", "85.7"},
-        {"long currency", typed(VT_CY, "922337203685477.5807"), "ExactNumber", "922337203685477.5807"},
+        {"long currency", money, "ExactNumber", "922337203685477.5807"},
         {"beyond a double", typed(VT_I8, "9007199254740993"), "ExactNumber", "9007199254740993"},
         {"unsigned", typed(VT_UI8, "18446744073709551615"), "ExactNumber", "18446744073709551615"},
         {"long decimal", typed(VT_DECIMAL, "1234567890.123456789"), "ExactNumber", "1234567890.123456789"},
         {"boolean", typed(VT_BOOL, "True"), "Boolean", "True"},
-        {"date", typed(VT_DATE, "38060.5"), "Date", "3/14/2004 12:00:00 PM"},
+        {"date", date, "Date", "3/14/2004 12:00:00 PM"},
         {"text", text, "Text", "t"},
         {"a text that is null", reference(VT_BSTR, &bare), "Text", ""},
         {"integer by reference", reference(VT_I2, &small), "Int16", "3"},
