@@ -7,8 +7,8 @@ target_link_libraries(kavlor_descriptions PUBLIC norvakavlor_internal PRIVATE Op
 add_executable(kavlor-idl tools/idl/main.cpp)
 target_link_libraries(kavlor-idl PRIVATE kavlor_descriptions)
 
-add_executable(misbehaving_server tests/support/misbehaving_server.cpp)
-target_link_libraries(misbehaving_server PRIVATE Threads::Threads)
+add_executable(misbehaving_server tests/support/misbehaving_server.cpp tests/support/tables.cpp)
+target_link_libraries(misbehaving_server PRIVATE kavlor_service Threads::Threads)
 
 # The library and the demo build without GoogleTest.
 find_package(GTest)

@@ -16,7 +16,7 @@
 namespace norvakavlor {
 namespace {
 
-using testing::errorNumber;
+using namespace testing;
 
 /// Members may leave a validation string behind, which is the thread's.
 struct NoValidationString {
