@@ -51,7 +51,10 @@ void QuestionPool::add(const Ref<Question>& question) {
 }
 
 bool QuestionPool::Save(const std::string& fileName) const {
-    saveAs(kQuestionPoolWords, fileName, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveEach(kQuestionPoolWords, fileName, *Questions,
+             [](const Question& question, xml::Document&, xml::Node root) {
+                 writeQuestion(question, root.append("question"));
+             });
     return true;
 }
 

@@ -117,8 +117,7 @@ bool Courses::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Courses::Save(const std::string& location) const {
-    saveAs(kCoursesWords, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kCoursesWords, location, *CourseMembers, "class");
     return true;
 }
 

@@ -89,8 +89,7 @@ bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Objectives::Save(const std::string& location) const {
-    saveAs(kObjectivesWords, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kObjectivesWords, location, *ObjectiveMembers, "objective");
     return true;
 }
 

@@ -93,7 +93,9 @@ void TaskPool::add(const Ref<Task>& task) {
 }
 
 bool TaskPool::Save(const std::string& location) const {
-    saveAs(kTaskPoolWords, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveEach(kTaskPoolWords, location, *Tasks, [](const Task& task, xml::Document&, xml::Node root) {
+        task.SaveToXMLNode(root.append("task"));
+    });
     return true;
 }
 

@@ -33,13 +33,14 @@ const ClassInfo& TextBook::classInfo() {
     return info;
 }
 
-bool TextBooks::Load(const std::string& location) { return loadMembersFrom(*textBooks, kTextbooksWords.kind, location); }
+bool TextBooks::Load(const std::string& location) {
+    return loadMembersFrom(*textBooks, kTextbooksWords.kind, location);
+}
 
 bool TextBooks::LoadFromXMLNode(xml::Node node) { return loadMembers(*textBooks, node); }
 
 bool TextBooks::Save(const std::string& location) const {
-    saveAs(kTextbooksWords, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kTextbooksWords, location, *textBooks, "textBook");
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/decode.h>
+#include <norvakavlor/xml/writer.h>
 
 namespace norvakavlor {
 
@@ -24,6 +25,26 @@ std::optional<xml::Document> readMembers(std::string_view kind, const std::strin
         });
     }
     return document;
+}
+
+bool writeMembers(const DocumentNames& names, const std::string& location,
+                  const std::function<void(xml::Node root)>& begin,
+                  const std::function<bool(xml::Document& document, xml::Node root)>& next) {
+    if (IsURL(location)) {
+        xml::Document document;
+        const xml::Node root = document.createRoot(names.root);
+        begin(root);
+        while (next(document, root)) {
+        }
+        return writeDocument(names.kind, location, document);
+    }
+    xml::MemberWriter writer(names.root);
+    begin(writer.root());
+    bool goesOn = true;
+    while (goesOn)
+        writer.add([&](xml::Document& document, xml::Node root) { goesOn = next(document, root); });
+    platform::replaceFile(location, writer.finish());
+    return true;
 }
 
 } // namespace norvakavlor

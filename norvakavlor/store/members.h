@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <string>
@@ -14,5 +16,13 @@ namespace norvakavlor {
 std::optional<xml::Document> readMembers(std::string_view kind, const std::string& location,
                                          const xml::MemberHandler& onMember,
                                          std::string_view parameters = {});
+
+/// Stores a document member by member, as writeDocument does with a whole one. `begin(root)` sets the root's
+/// attributes; `next(document, root)` appends the next member to the root and is False when there is none
+/// left. What they raise propagates, and nothing is stored then. A local document is never in memory as one
+/// tree.
+bool writeMembers(const DocumentNames& names, const std::string& location,
+                  const std::function<void(xml::Node root)>& begin,
+                  const std::function<bool(xml::Document& document, xml::Node root)>& next);
 
 } // namespace norvakavlor

@@ -92,16 +92,25 @@ void Students::addToIndex(const Student& student) {
 }
 
 bool Students::Save(const std::string& filename, Courses* courses) const {
-    writeDocument(kStudentsKind, filename, rosterDocument(courses));
+    saveEach(
+        namesOf(kStudentsKind), filename, *StudentMembers,
+        [&](const Student& student, xml::Document& document, xml::Node root) {
+            student.SaveToXMLNode(root.append("student"), document, courses);
+        },
+        [this](xml::Node root) { writeCounter(root); });
     return true;
 }
 
 xml::Document Students::rosterDocument(Courses* courses) const {
     xml::Document document;
     const xml::Node root = document.createRoot(kRoot);
-    root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
+    writeCounter(root);
     SaveToXMLNode(root, courses);
     return document;
+}
+
+void Students::writeCounter(xml::Node root) const {
+    root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
 }
 
 bool Students::SaveToXMLNode(xml::Node rosterNode, Courses* courses) const {

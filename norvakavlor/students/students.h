@@ -98,6 +98,7 @@ private:
     bool parseRosterDocument(xml::Node root, Courses* courses);
     void takeCounter(xml::Node root);
     xml::Document rosterDocument(Courses* courses) const;
+    void writeCounter(xml::Node root) const;
     bool insertLocally(const std::string& filename, const Ref<Student>& student, Courses* courses);
     bool insertOnServer(const std::string& filename, const Ref<Student>& student, Courses* courses);
     bool loadFromServer(const std::string& filename, Courses* courses);
