@@ -27,7 +27,7 @@ std::optional<xml::Document> readMembers(std::string_view kind, const std::strin
     return document;
 }
 
-bool writeMembers(const DocumentNames& names, const std::string& location,
+bool writeMembers(const DocumentNames& names, const std::string& location, size_t count,
                   const std::function<void(xml::Node root)>& begin,
                   const std::function<bool(xml::Document& document, xml::Node root)>& next) {
     if (IsURL(location)) {
@@ -38,7 +38,7 @@ bool writeMembers(const DocumentNames& names, const std::string& location,
         }
         return writeDocument(names.kind, location, document);
     }
-    xml::MemberWriter writer(names.root);
+    xml::MemberWriter writer(names.root, count);
     begin(writer.root());
     bool goesOn = true;
     while (goesOn)

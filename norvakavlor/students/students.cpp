@@ -56,6 +56,8 @@ bool Students::loadLocation(const std::string& filename, const std::string& para
     if (!loaded || (rostersAlone && loaded->root().name() != kRoot))
         return false;
     takeCounter(loaded->root());
+    StudentMembers->reserve(loaded->count());
+    idByUserName_.reserve(loaded->count());
     return loaded->addEach([this](const Ref<Student>& student) { add(student); });
 }
 
@@ -186,11 +188,10 @@ bool Students::Authenticate(const std::string& userName, const std::string& pass
 
 Ref<KeyedCollection<Student>> Students::Sort(const std::string& fieldname1, const std::string& fieldname2,
                                              const std::string& fieldname3) const {
-    std::vector<Ref<Student>> students;
-    for (const Ref<Student>& student : *StudentMembers)
-        students.push_back(student);
+    std::vector<Ref<Student>> students(StudentMembers->begin(), StudentMembers->end());
     selectionSort(students, StudentFields::named(fieldname1, fieldname2, fieldname3));
     auto sorted = New<KeyedCollection<Student>>();
+    sorted->reserve(students.size());
     for (const Ref<Student>& student : students)
         sorted->Add(student, student->StudentID);
     return sorted;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/students/student.h>
+#include <norvakavlor/text/hash.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <span>
@@ -108,7 +109,7 @@ private:
     void addToIndex(const Student& student);
     std::string nextStudentID();
 
-    std::unordered_map<std::string, std::string> idByUserName_;
+    std::unordered_map<std::string, std::string, TextHash> idByUserName_;
     int16_t autoStudentID_ = 0; ///< the last number that was given
 };
 

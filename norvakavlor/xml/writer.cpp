@@ -4,6 +4,7 @@
 #include <array>
 #include <norvakavlor/xml/arena.h>
 #include <norvakavlor/xml/characters.h>
+#include <norvakavlor/xml/decode.h>
 #include <string_view>
 
 namespace norvakavlor::xml {
@@ -167,7 +168,8 @@ void write(const NodeData* top, std::string& markup) {
         writeOne(at, markup);
 }
 
-MemberWriter::MemberWriter(std::string_view rootName) : root_(document_.createRoot(rootName).data_) {}
+MemberWriter::MemberWriter(std::string_view rootName, size_t count)
+    : root_(document_.createRoot(rootName).data_), count_(count) {}
 
 void MemberWriter::beginMember() {
     if (!members_.next)
@@ -183,6 +185,11 @@ void MemberWriter::endMember() {
         write(member, text_);
     root_->inside.lastChild = nullptr;
     document_.arena_->rewind(members_);
+    // Room for the rest at once, as far as the first members tell: growing step by step took a tenth of the
+    // time.
+    constexpr size_t kTelling = 16;
+    if (++written_ == kTelling)
+        text_.reserve(std::min(text_.size() / kTelling * (count_ + count_ / kTelling), kMaximumBytes));
 }
 
 std::string MemberWriter::finish() {

@@ -16,7 +16,8 @@ void write(const NodeData* node, std::string& markup);
 /// the whole tree.
 class MemberWriter {
 public:
-    explicit MemberWriter(std::string_view rootName);
+    /// `count` is how many members are to come.
+    MemberWriter(std::string_view rootName, size_t count);
 
     /// For the root's attributes, before any member.
     Node root() const { return document_.root(); }
@@ -39,6 +40,8 @@ private:
     NodeData* root_;
     BumpMemory::Mark members_{}; ///< where the memory of members begins
     std::string text_;           ///< empty before the first member
+    size_t count_;
+    size_t written_ = 0;
 };
 
 } // namespace norvakavlor::xml
