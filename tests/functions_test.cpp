@@ -67,7 +67,7 @@ const struct {
     {"date.written",
      1,
      {[](In in) { return toText(Date{toDouble(in[0])}); }, [](In in) { return toText(toDate(in[1])); }}},
-    {"text.letter_case", 1, {[](In in) { return upperCase(in[0]); }, [](In in) { return lowerCase(in[0]); }}},
+    {"text.letter_case", 1, {[](In in) { return upperCase(in[0]); }}},
     {"text.comparisons",
      2,
      {[](In in) { return word(equalIgnoringCase(in[0], in[1])); },

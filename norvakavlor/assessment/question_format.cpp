@@ -100,15 +100,21 @@ std::string innerMarkup(xml::Node element) {
     return toUtf8(std::u16string_view(characters).substr(kStartTag, characters.size() - kStartTag - kEndTag));
 }
 
+/// The value as text: nearly all are text already and need not be copied into `spare`.
+const std::string& writtenText(const Value& value, std::string& spare) {
+    const auto* text = value.as<std::string>();
+    return text ? *text : spare = value.toText();
+}
+
 template <class AppendItem>
 void writeSteps(const StepList& list, const Question& question, xml::Node node, AppendItem appendItem) {
     const Dictionary& dictionary = *(question.*list.dictionary);
     if (dictionary.empty())
         return;
     const xml::Node parent = node.append(list.list);
-    for (size_t position = 0; position < static_cast<size_t>(dictionary.Count()); ++position) {
-        appendItem(parent, dictionary.keyAt(position).toText(), dictionary.itemAt(position));
-    }
+    std::string spare;
+    for (size_t position = 0; position < static_cast<size_t>(dictionary.Count()); ++position)
+        appendItem(parent, writtenText(dictionary.keyAt(position), spare), dictionary.itemAt(position));
 }
 
 void writeList(const KeyedCollection<std::string>& list, xml::Node parent, const char* element) {
@@ -178,8 +184,9 @@ void writeQuestion(const Question& question, xml::Node node) {
     if (question.Task)
         node.append("taskRef", question.Task->ID);
     writeField(kHint, node, question);
-    const auto appendImage = [](xml::Node parent, const std::string& step, const Value& image) {
-        parent.append("image", image.toText()).setAttribute("step", step);
+    std::string spare;
+    const auto appendImage = [&](xml::Node parent, const std::string& step, const Value& image) {
+        parent.append("image", writtenText(image, spare)).setAttribute("step", step);
     };
     writeSteps(kBackgroundImages, question, node, appendImage);
     writeSteps(kCorrectImages, question, node, appendImage);
@@ -192,8 +199,8 @@ void writeQuestion(const Question& question, xml::Node node) {
                });
     if (!question.TaskPaneList->empty())
         writeList(*question.TaskPaneList, node.append("taskPaneList"), "taskPane");
-    writeSteps(kDivIDs, question, node, [](xml::Node parent, const std::string& step, const Value& id) {
-        parent.append("divID", id.toText()).setAttribute("step", step);
+    writeSteps(kDivIDs, question, node, [&](xml::Node parent, const std::string& step, const Value& id) {
+        parent.append("divID", writtenText(id, spare)).setAttribute("step", step);
     });
     // This version of the format reads set-up and question images but never writes them.
 }

@@ -28,7 +28,10 @@ bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, Tas
     auto loaded = LoadedMembers<Question>::from(kQuestionPoolDocument.kind, fileName, [&](xml::Node node) {
         return readQuestion(node, objectives, taskPool);
     });
-    return loaded && loaded->addEach([this](const Ref<Question>& question) { add(question); });
+    if (!loaded)
+        return false;
+    Questions->reserve(static_cast<size_t>(Questions->Count()) + loaded->count());
+    return loaded->addEach([this](const Ref<Question>& question) { add(question); });
 }
 
 bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {
@@ -39,14 +42,16 @@ bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, T
 }
 
 void QuestionPool::add(const Ref<Question>& question) {
-    if (Questions->contains(question->ID))
+    if (!Questions->tryAdd(question, question->ID))
         throw questionPoolError(653, "found duplication question id '" + question->ID + "'");
-    Questions->Add(question, question->ID);
     modules_.add(question->Module);
 }
 
 bool QuestionPool::Save(const std::string& fileName) const {
-    saveAs(kQuestionPoolDocument, fileName, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveEach(kQuestionPoolDocument, fileName, *Questions,
+             [](const Question& question, xml::Document&, xml::Node root) {
+                 writeQuestion(question, root.append("question"));
+             });
     return true;
 }
 

@@ -115,8 +115,7 @@ bool Courses::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Courses::Save(const std::string& location) const {
-    saveAs(kCoursesDocument, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kCoursesDocument, location, *CourseMembers, "class");
     return true;
 }
 

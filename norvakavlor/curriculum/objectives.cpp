@@ -87,8 +87,7 @@ bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Objectives::Save(const std::string& location) const {
-    saveAs(kObjectivesDocument, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kObjectivesDocument, location, *ObjectiveMembers, "objective");
     return true;
 }
 

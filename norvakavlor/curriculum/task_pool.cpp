@@ -74,7 +74,10 @@ Ref<KeyedCollection<Task>> TaskPool::GetTasksByModule(const std::string& moduleN
 bool TaskPool::Load(const std::string& location, Objectives* objectives) {
     auto loaded = LoadedMembers<Task>::from(kTaskPoolDocument.kind, location,
                                             [&](xml::Node node) { return readTask(node, objectives); });
-    return loaded && loaded->addEach([this](const Ref<Task>& task) { add(task); });
+    if (!loaded)
+        return false;
+    Tasks->reserve(static_cast<size_t>(Tasks->Count()) + loaded->count());
+    return loaded->addEach([this](const Ref<Task>& task) { add(task); });
 }
 
 bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
@@ -84,15 +87,16 @@ bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
 }
 
 void TaskPool::add(const Ref<Task>& task) {
-    if (Tasks->contains(task->ID))
+    if (!Tasks->tryAdd(task, task->ID))
         throw loadError(622, "Duplicate task ID '" + task->ID + "'");
-    Tasks->Add(task, task->ID);
     if (task->Objective)
         modules_.add(task->Objective->Module);
 }
 
 bool TaskPool::Save(const std::string& location) const {
-    saveAs(kTaskPoolDocument, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveEach(kTaskPoolDocument, location, *Tasks, [](const Task& task, xml::Document&, xml::Node root) {
+        task.SaveToXMLNode(root.append("task"));
+    });
     return true;
 }
 

@@ -38,8 +38,7 @@ bool TextBooks::Load(const std::string& location) {
 bool TextBooks::LoadFromXMLNode(xml::Node node) { return loadMembers(*textBooks, node); }
 
 bool TextBooks::Save(const std::string& location) const {
-    saveAs(kTextBooksDocument, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kTextBooksDocument, location, *textBooks, "textBook");
     return true;
 }
 

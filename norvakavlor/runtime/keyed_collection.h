@@ -34,6 +34,10 @@ public:
 
     /// Appends an item under a key. Raises 457 when the key is taken; nothing is added then.
     void Add(Element item, std::string_view key) { insert(entries_.size(), std::move(item), upperCase(key)); }
+    /// The same, but says whether the key was free; nothing is added when it is not.
+    bool tryAdd(Element item, std::string_view key) {
+        return tryInsert(entries_.size(), std::move(item), upperCase(key));
+    }
 
     /// The item under a key. Raises 5 when there is none.
     Element& Item(std::string_view key) { return entryUnder(key).item; }
@@ -186,12 +190,18 @@ private:
     }
 
     void insert(size_t position, Element item, std::optional<std::string> key) {
+        if (!tryInsert(position, std::move(item), std::move(key)))
+            throw runtimeError(RuntimeError::KeyAlreadyAssociated);
+    }
+
+    bool tryInsert(size_t position, Element item, std::optional<std::string> key) {
         const uint32_t hash = key ? hashOf(*key) : 0;
         if (key && findEntry(*key, hash))
-            throw runtimeError(RuntimeError::KeyAlreadyAssociated);
+            return false;
         const bool keyed = key.has_value();
         entries_.insert(position, Entry{std::move(item), std::move(key).value_or(std::string()),
                                         placeAt(position), hash, keyed});
+        return true;
     }
 
     void erase(size_t position) { const Entry removed = entries_.remove(position); }

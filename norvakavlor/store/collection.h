@@ -1,9 +1,11 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/members.h>
 #include <norvakavlor/store/reading.h>
 #include <norvakavlor/xml/document.h>
 #include <norvakavlor/xml/path.h>
@@ -130,12 +132,39 @@ bool loadMembersFrom(KeyedCollection<Member>& members, std::string_view kind, co
     return loaded && loaded->addEach([&](const Ref<Member>& member) { members.Add(member, member->ID); });
 }
 
+/// Stores a document member by member: `append(member, document, root)` appends one to the root.
+/// `begin(root)` may set the root's attributes. False only when it is not proven that the server took it.
+template <class Member, class Append>
+bool saveEach(
+    const DocumentNames& names, const std::string& location, const KeyedCollection<Member>& members,
+    Append append, const std::function<void(xml::Node)>& begin = [](xml::Node) {}) {
+    auto at = members.begin();
+    return writeMembers(names, location, static_cast<size_t>(members.Count()), begin,
+                        [&](xml::Document& document, xml::Node root) {
+                            if (at == members.end())
+                                return false;
+                            append(**at, document, root);
+                            ++at;
+                            return true;
+                        });
+}
+
 /// Appends one element for each member, in order, and lets the member fill it.
 template <class Member>
 void saveMembers(const KeyedCollection<Member>& members, std::string_view element, xml::Document& document,
                  xml::Node node) {
     for (const Ref<Member>& member : members)
         member->SaveToXMLNode(document, node.append(element));
+}
+
+/// The same as a document of its own.
+template <class Member>
+bool saveMembersAs(const DocumentNames& names, const std::string& location,
+                   const KeyedCollection<Member>& members, std::string_view element) {
+    return saveEach(names, location, members,
+                    [&](const Member& member, xml::Document& document, xml::Node root) {
+                        member.SaveToXMLNode(document, root.append(element));
+                    });
 }
 
 } // namespace norvakavlor

@@ -53,6 +53,8 @@ bool Students::loadLocation(const std::string& filename, const std::string& para
     if (!loaded || (rostersAlone && loaded->root().name() != kStudentsDocument.root))
         return false;
     takeCounter(loaded->root());
+    StudentMembers->reserve(loaded->count());
+    idByUserName_.reserve(loaded->count());
     return loaded->addEach([this](const Ref<Student>& student) { add(student); });
 }
 
@@ -85,16 +87,25 @@ void Students::addToIndex(const Student& student) {
 }
 
 bool Students::Save(const std::string& filename, Courses* courses) const {
-    writeDocument(kStudentsDocument.kind, filename, rosterDocument(courses));
+    saveEach(
+        kStudentsDocument, filename, *StudentMembers,
+        [&](const Student& student, xml::Document& document, xml::Node root) {
+            student.SaveToXMLNode(root.append("student"), document, courses);
+        },
+        [this](xml::Node root) { writeCounter(root); });
     return true;
 }
 
 xml::Document Students::rosterDocument(Courses* courses) const {
     xml::Document document;
     const xml::Node root = document.createRoot(kStudentsDocument.root);
-    root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
+    writeCounter(root);
     SaveToXMLNode(root, courses);
     return document;
+}
+
+void Students::writeCounter(xml::Node root) const {
+    root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
 }
 
 bool Students::SaveToXMLNode(xml::Node rosterNode, Courses* courses) const {
@@ -169,11 +180,10 @@ bool Students::Authenticate(const std::string& userName, const std::string& pass
 
 Ref<KeyedCollection<Student>> Students::Sort(const std::string& fieldname1, const std::string& fieldname2,
                                              const std::string& fieldname3) const {
-    std::vector<Ref<Student>> students;
-    for (const Ref<Student>& student : *StudentMembers)
-        students.push_back(student);
+    std::vector<Ref<Student>> students(StudentMembers->begin(), StudentMembers->end());
     selectionSort(students, StudentFields::named(fieldname1, fieldname2, fieldname3));
     auto sorted = New<KeyedCollection<Student>>();
+    sorted->reserve(students.size());
     for (const Ref<Student>& student : students)
         sorted->Add(student, student->StudentID);
     return sorted;

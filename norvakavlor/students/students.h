@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/students/student.h>
+#include <norvakavlor/text/hash.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <span>
@@ -99,13 +100,14 @@ private:
     bool parseRosterDocument(xml::Node root, Courses* courses);
     void takeCounter(xml::Node root);
     xml::Document rosterDocument(Courses* courses) const;
+    void writeCounter(xml::Node root) const;
     std::string insert(const Ref<Student>& student);
     void add(const Ref<Student>& student);
     void addToIndex(const Student& student);
     std::string nextStudentID();
 
-    std::unordered_map<std::string, std::string> idByUserName_;
-    int16_t autoStudentID_ = 0; ///< the last number given
+    std::unordered_map<std::string, std::string, TextHash> idByUserName_;
+    int16_t autoStudentID_ = 0; ///< the last number that was given
 };
 
 } // namespace norvakavlor

@@ -37,8 +37,8 @@ struct Visit {
         for (ssize_t got = 0; request.size() < whole && (got = recv(socket, piece, sizeof piece, 0)) > 0;) {
             request.append(piece, static_cast<size_t>(got));
             if (const size_t end = request.find("\r\n\r\n"); whole == std::string::npos && end != whole) {
-                constexpr std::string_view kName = "\r\ncontent-length:";
-                const std::string head = norvakavlor::lowerCase(request.substr(0, end));
+                constexpr std::string_view kName = "\r\nCONTENT-LENGTH:";
+                const std::string head = norvakavlor::upperCase(request.substr(0, end));
                 const size_t at = head.find(kName);
                 whole = end + 4 + (at == std::string::npos ? 0 : std::stoul(head.substr(at + kName.size())));
             }
