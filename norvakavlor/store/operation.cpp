@@ -1,6 +1,7 @@
 #include <norvakavlor/store/operation.h>
 
 #include <algorithm>
+#include <new>
 #include <norvakavlor/runtime/log.h>
 #include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/store/location.h>
@@ -46,7 +47,8 @@ void LeftOut::note() const {
 Operation::Operation(std::string_view name, std::string_view kind, std::string_view location)
     : name_(name), kind_(kind.substr(0, kind.find('&'))), location_(location) {}
 
-void Operation::end(bool isSuccess) const {
+/// Without memory nothing is told: what is done is done.
+void Operation::end(bool isSuccess) const noexcept try {
     if (!isLogging())
         return;
     const auto duration = std::chrono::steady_clock::now() - start_;
@@ -56,6 +58,7 @@ void Operation::end(bool isSuccess) const {
              .isSuccess = isSuccess,
              .reason = isSuccess ? std::string() : lastReason(),
              .duration = std::chrono::duration_cast<std::chrono::milliseconds>(duration)});
+} catch (const std::bad_alloc&) {
 }
 
 Error Operation::failed(const Error& error) const {

@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    void end(bool isSuccess) const;
+    void end(bool isSuccess) const noexcept;
     Error failed(const Error& error) const;
 
     std::string_view name_;
