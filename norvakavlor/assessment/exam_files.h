@@ -25,13 +25,14 @@ enum class ExamSources : int16_t {
 
 /// Does a file name belong to a type of exam? How a name ends is compared exactly, what it contains without
 /// regard to letter case. A type that is none of ExamTypes selects nothing.
-bool isExamFile(std::string_view fileName, int32_t examType);
+[[gnu::visibility("default")]] bool isExamFile(std::string_view fileName, int32_t examType);
 
 /// "algebra_kvqm", "SID00001", 3 -> "algebra_kvqm_SID00001_03.xml".
-std::string attemptFileName(std::string_view examBase, std::string_view studentID, int16_t attempt);
+[[gnu::visibility("default")]] std::string attemptFileName(std::string_view examBase,
+                                                           std::string_view studentID, int16_t attempt);
 
 /// The attempt's number in an attempt's file name; 0 for other names and for what is no 16-bit number.
-int16_t attemptNumber(std::string_view fileName);
+[[gnu::visibility("default")]] int16_t attemptNumber(std::string_view fileName);
 
 /// What every attempt of a student has in its file name: "_kvqm_SID00001_".
 std::string attemptMark(std::string_view studentID);

@@ -27,12 +27,13 @@ enum class LessonSources : int16_t {
 inline constexpr int16_t kTextbookObjType = 2;
 
 /// Does a file name belong to a type of lesson? A type that is none of LessonTypes selects nothing.
-bool isLessonFile(std::string_view fileName, int32_t lessonType);
+[[gnu::visibility("default")]] bool isLessonFile(std::string_view fileName, int32_t lessonType);
 
 /// The server's object kind of a lesson: "TextbookLesson" or "Lesson".
 std::string lessonKind(int16_t objType);
 
 /// "x_kvl.xml", "SID00001" -> "x_kvl_SID00001.xml".
-std::string studentCopyName(std::string_view fileName, std::string_view studentID);
+[[gnu::visibility("default")]] std::string studentCopyName(std::string_view fileName,
+                                                           std::string_view studentID);
 
 } // namespace norvakavlor
