@@ -66,7 +66,7 @@ def main():
         level = skill[student][2]
         right = [int(chance.random() < level * hard[question]) for question in ids]
         share = 100 * sum(right) / len(right)
-        going = chance.random() < 0.03
+        going = chance.random() < 0.005
         write(f"exams/exam{exam:02}_kvqm_{student}_{number:02}.xml", "exam", [
             f"<title>{titles[exam]}</title><source>1</source><studentID>{student}</studentID>"] + [
             f'<questionRef correct="{value}" attempts="1" points="1">{question}</questionRef>' for question, value in zip(ids, right)],
@@ -75,22 +75,27 @@ def main():
 
     titles = [f"{SUBJECTS[n % 6]}, test {n // 6 + 1}" for n in range(exams)]
     taking = [student for student in skill if not skill[student][3]]
-    share = attempts / max(1, exams * len(taking))
+    # Every course has as many of the exams as give the wanted number of attempts; some students miss one.
+    each = min(exams, max(1, int(attempts / max(1, len(taking)) / 1.03)))
+    examined = {course: set(chance.sample(range(exams), each)) for course in range(1, courses + 1)}
     written = 0
+    repeatable = []
     for exam in range(exams):
         ids = [f"Q-{n:03}" for n in sorted(chance.sample(range(pool), questions))]
         hard = {question: chance.choice((0.45, 0.8, 1, 1.1, 1.2, 1.3)) for question in ids}
         write(f"exams/exam{exam:02}_kvqm.xml", "exam", [f"<title>{titles[exam]}</title><source>1</source>"] + [
             f'<questionRef correct="0" attempts="0" points="1">{question}</questionRef>' for question in ids] + [
-            f'<examRemediation questionRef="{ids[0]}">Read chapter {exam + 1} again and try the exercise at its end.</examRemediation>'],
+            f'<examRemediation questionRef="{ids[0]}">Read chapter {exam + 1} again and try the exercise at its end.</examRemediation>'] + [
+            element("examAssignment", f"<examRef>E-{exam:02}</examRef><classRef>{course}</classRef><sectionRef>{section}</sectionRef>")
+            for course, section in of_class if exam in examined[course]],
             f' ID="E-{exam:02}" currentQuestion="0" timeExpired="0" started="false" pctCorrect="0"')
         for student in taking:
-            if written < attempts and chance.random() < share:
+            if written < attempts and exam in examined[skill[student][0]] and chance.random() < 0.985:
                 result(exam, ids, hard, student, 1)
                 written += 1
-                if written < attempts and chance.random() < 0.05:
-                    result(exam, ids, hard, student, 2)
-                    written += 1
+                repeatable.append((exam, ids, hard, student))
+    for again in chance.sample(repeatable, min(len(repeatable), attempts - written)):
+        result(*again, 2)
 
     lessons = 12 if students > 100 else 4
     for lesson in range(lessons):
@@ -103,8 +108,8 @@ def main():
 
         write_lesson(f"lesson{lesson:02}_kvl.xml", ["12:00:00 AM"] * TASKS)
         for student in taking:
-            if chance.random() < 0.5 - lesson * 0.03:
-                done = TASKS if chance.random() < 0.6 else chance.randrange(1, TASKS)
+            if skill[student][0] % lessons in (lesson, (lesson + 1) % lessons) and chance.random() < 0.85:
+                done = TASKS if chance.random() < 0.85 else chance.randrange(1, TASKS)
                 write_lesson(f"lesson{lesson:02}_kvl_{student}.xml", ["10/12/2026"] * done + ["12:00:00 AM"] * (TASKS - done))
     write("lessons/school_lm.xml", "lessonMenu", ["<title>All lessons</title><tutorialList>"] + [
         f'<tutorial type="normal"><title>{subject}</title><lessonList>' + "".join(

@@ -1,6 +1,7 @@
 #include "exam_results.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace norvakavlor::kavlor {
 namespace {
@@ -96,7 +97,7 @@ std::array<size_t, 10> ExamResults::spread() const {
 std::vector<const QuestionResult*> ExamResults::hardest(size_t limit, double below) const {
     std::vector<const QuestionResult*> found;
     for (const QuestionResult& result : questions) {
-        if (result.asked > 0 && result.share() < below)
+        if (result.asked > 0 && std::round(100 * result.share()) < below)
             found.push_back(&result);
     }
     std::stable_sort(found.begin(), found.end(),

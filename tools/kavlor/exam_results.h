@@ -54,7 +54,7 @@ struct ExamResults {
     double average() const; ///< of the finished ones; 0 without any
     /// How many finished in 0 to under 10 %, ..., 90 to 100 %.
     std::array<size_t, 10> spread() const;
-    /// At most `limit` questions that fewer than `below` (0 to 1) had right, the hardest first.
+    /// At most `limit` questions that less than `below` percent had right, rounded, the hardest first.
     std::vector<const QuestionResult*> hardest(size_t limit, double below) const;
 
 private:

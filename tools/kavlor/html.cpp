@@ -52,6 +52,7 @@ std::string name(std::string_view text) {
 std::string percent(double percentage) { return std::to_string(std::lround(percentage)) + "%"; }
 
 Grade gradeOf(double percentage) {
+    percentage = std::round(percentage); // as it is shown
     return percentage < kLowBelow ? Grade::Low : percentage < kGoodFrom ? Grade::Fair : Grade::Good;
 }
 

@@ -26,6 +26,10 @@ std::string averageOf(const std::optional<double>& average) {
     return average ? percentBar(*average) : "<span class=\"fine\">no result yet</span>";
 }
 
+std::string outOf(size_t done, size_t all) {
+    return all ? grouped(done) + " of " + grouped(all) : "<span class=\"fine\">none</span>";
+}
+
 std::string overviewRow(const ClassResult& result, size_t place) {
     const size_t done = result.count(Standing::Done);
     const size_t begun = result.count(Standing::Begun);
@@ -69,9 +73,8 @@ std::string studentsOf(const ClassResult& result, size_t place, bool open) {
         table += "<tr><th scope=\"row\">" + name(fullName(*row->student)) + "</th>" +
                  cell("ID", name(row->student->StudentID), "id") + cell("State", standing(row->standing)) +
                  cell("Average", averageOf(row->average), "avg") +
-                 cell("Exams", grouped(row->examsFinished) + " of " + grouped(result.exams), "num") +
-                 cell("Lessons", grouped(row->lessonsDone) + " of " + grouped(result.lessons), "num") +
-                 "</tr>\n";
+                 cell("Exams", outOf(row->examsFinished, result.exams), "num") +
+                 cell("Lessons", outOf(row->lessonsDone, result.lessons), "num") + "</tr>\n";
     }
     return table + "</tbody></table></details>\n";
 }

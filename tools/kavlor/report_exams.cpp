@@ -20,7 +20,7 @@ std::string spreadOf(const ExamResults& results) {
         const std::string range = std::to_string(10 * ten) + " to " + std::to_string(10 * ten + 10) + "%";
         label += (ten ? "; " : "") + range + ": " + grouped(counts[ten]);
         static constexpr const char* kKinds[] = {"low", "fair", "good"};
-        // A column counts by where it begins, but the one from 70 % belongs to both grades: it is fair.
+        // A column has the grade of where it begins: that from 70 % is fair.
         const auto kind = static_cast<size_t>(gradeOf(10.0 * static_cast<double>(ten)));
         const size_t height = most ? (100 * counts[ten] + most - 1) / most : 0;
         columns += "<span class=\"col\"><i>" + (counts[ten] ? grouped(counts[ten]) : "") +
@@ -45,9 +45,9 @@ std::string questionRow(const QuestionResult& result, bool isHard) {
                 ? ""
                 : "<span class=\"rem\">Remediation: " + name(question.Remediation) + "</span>") +
            "</span></div><div class=\"val\">" +
-           (result.asked ? percentBar(100 * result.share())
+           (result.asked ? percentBar(100 * result.share()) + "<span class=\"count\">" + counts + "</span>"
                          : "<span class=\"fine\">not answered yet</span>") +
-           "<span class=\"count\">" + counts + "</span></div></li>\n";
+           "</div></li>\n";
 }
 
 std::string examCard(const School& school, size_t place, bool open) {
@@ -60,7 +60,7 @@ std::string examCard(const School& school, size_t place, bool open) {
         (results.leftOut.empty()
              ? ""
              : ", <b class=\"t-low\">" + counted(results.leftOut.size(), "attempt", "attempts") +
-                   " left out</b> (<a href=\"#faults\">why</a>)");
+                   " left out</b>");
     std::string card =
         "<details class=\"exam\" id=\"" + examAnchor(place) + "\"" + (open ? " open" : "") +
         "><summary><h3>" + name(results.exam->Title) + "</h3><span class=\"sum\">" + facts + "</span>" +
@@ -68,7 +68,7 @@ std::string examCard(const School& school, size_t place, bool open) {
         "</summary>\n";
     if (results.outcomes.empty())
         return card + "<p class=\"fine\">Nobody has taken it yet.</p></details>\n";
-    const auto hardest = results.hardest(kHardest, kGoodFrom / 100);
+    const auto hardest = results.hardest(kHardest, kGoodFrom);
     card += "<div class=\"body\">" + spreadOf(results) +
             "<div><h4>Right answers by question</h4><ul class=\"questions\">\n";
     for (const QuestionResult& result : results.questions)

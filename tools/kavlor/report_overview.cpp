@@ -71,7 +71,7 @@ std::string lowestStudents(const School& school) {
     std::vector<Entry> low;
     for (size_t place = 0; place < school.classes.size(); ++place) {
         for (const StudentResult& row : school.classes[place].students) {
-            if (row.average && *row.average < kLowBelow)
+            if (row.average && gradeOf(*row.average) == Grade::Low)
                 low.push_back({&row, place});
         }
     }
@@ -97,7 +97,7 @@ std::string hardestQuestions(const School& school) {
     std::vector<Entry> hard;
     for (size_t place = 0; place < school.exams.size(); ++place) {
         for (const QuestionResult* result :
-             school.exams[place].hardest(school.exams[place].questions.size(), kLowBelow / 100))
+             school.exams[place].hardest(school.exams[place].questions.size(), kLowBelow))
             hard.push_back({result, place});
     }
     std::stable_sort(hard.begin(), hard.end(), [](const Entry& left, const Entry& right) {

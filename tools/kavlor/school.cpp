@@ -3,6 +3,7 @@
 #include "console.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace norvakavlor::kavlor {
@@ -52,7 +53,7 @@ std::optional<double> ClassResult::average() const { return meanOf(averagesOf(*t
 
 size_t ClassResult::below(double percentage) const {
     return static_cast<size_t>(std::count_if(students.begin(), students.end(), [&](const StudentResult& row) {
-        return row.average && *row.average < percentage;
+        return row.average && std::round(*row.average) < percentage;
     }));
 }
 

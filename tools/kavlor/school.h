@@ -46,7 +46,8 @@ struct ClassResult {
     size_t count(Standing standing) const;
     /// Of the students' averages; nothing without any.
     std::optional<double> average() const;
-    size_t below(double percentage) const; ///< how many students' averages are lower
+    size_t
+    below(double percentage) const; ///< how many students' averages, rounded as they are shown, are lower
 };
 
 /// All that a report tells of an installation.
