@@ -56,8 +56,8 @@ def main():
         student = f"SID{number:05}"
         course, section = of_class[(number - 1) * classes // students]
         # A class has a level of its own, a few students have not begun.
-        level = random.Random(course * 100 + section).uniform(0.45, 0.85)
-        skill[student] = (course, section, min(0.98, max(0.1, chance.gauss(level, 0.15))), chance.random() < 0.08)
+        level = random.Random(course * 100 + section).uniform(0.6, 0.92)
+        skill[student] = (course, section, min(0.98, max(0.1, chance.gauss(level, 0.13))), chance.random() < 0.08)
         roster.append(element("student", f"<id>{student}</id><name><first>{chance.choice(FIRST)}</first><last>{chance.choice(LAST)}</last>"
                                          f"</name><classRef>{course}</classRef><sectionRef>{section}</sectionRef><username>u{number}</username>"))
     write("students.xml", "students", roster, f' autoStudentID="{students}"')
@@ -82,7 +82,7 @@ def main():
     repeatable = []
     for exam in range(exams):
         ids = [f"Q-{n:03}" for n in sorted(chance.sample(range(pool), questions))]
-        hard = {question: chance.choice((0.45, 0.8, 1, 1.1, 1.2, 1.3)) for question in ids}
+        hard = {question: chance.choice((0.45, 0.85, 1, 1, 1.1, 1.1)) for question in ids}
         write(f"exams/exam{exam:02}_kvqm.xml", "exam", [f"<title>{titles[exam]}</title><source>1</source>"] + [
             f'<questionRef correct="0" attempts="0" points="1">{question}</questionRef>' for question in ids] + [
             f'<examRemediation questionRef="{ids[0]}">Read chapter {exam + 1} again and try the exercise at its end.</examRemediation>'] + [

@@ -40,7 +40,9 @@ add_custom_command(OUTPUT ${PROJECT_BINARY_DIR}/completions/kavlor
 set(tool_pages ${PROJECT_BINARY_DIR}/completions/kavlor)
 find_program(HELP2MAN help2man)
 if(HELP2MAN)
-    foreach(page kavlor kavlor-list kavlor-roster kavlor-summary kavlor-report kavlor-unlock kavlor-replay kavlor-hash)
+    file(GLOB commands CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/tools/kavlor tools/kavlor/*_command.cpp)
+    list(TRANSFORM commands REPLACE "^(.*)_command.cpp$" "kavlor-\\1")
+    foreach(page kavlor ${commands})
         string(REPLACE "kavlor-" "kavlor " said ${page})
         add_custom_command(OUTPUT ${PROJECT_BINARY_DIR}/man/${page}.1
             COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/man

@@ -1,4 +1,5 @@
 #include "support/fixtures.h"
+#include "support/servers.h"
 
 #include <cstdio>
 #include <norvakavlor/norvakavlor.h>
@@ -143,6 +144,47 @@ TEST(Kavlor, UnlockAsksAndLeavesAFaultyRosterLocked) {
               std::string::npos);
     EXPECT_EQ(kavlorIn(folder, "unlock broken.xml --yes").code, 1);
     EXPECT_EQ(kavlorIn(folder, "unlock broken.xml --yes --broken").code, 0);
+}
+
+TEST(Kavlor, ReplaySubmitsEachKindOfRecord) {
+    const TemporaryFolder folder;
+    copySamples(folder);
+    const auto setResultsDirectory = [](const std::string& directory) {
+        const auto registry = New<Registry>();
+        registry->fSaveString(registry->HKEY_LOCAL_MACHINE(), "Software\\Norvalis\\Kavlor\\Lumio",
+                              "resultsDir", directory);
+    };
+    setResultsDirectory(folder.file("live"));
+    for (const char* name :
+         {"launches/exam_launch.xml", "launches/lesson_launch.xml", "live/GradiumLiveEx_X-LETTER.xml"}) {
+        std::string text = folder.read(name);
+        for (size_t at = 0; (at = text.find("{server}", at)) != std::string::npos;)
+            text.replace(at, 8, kavlorServer().substr(0, kavlorServer().size() - 1));
+        folder.write(name, text);
+    }
+    const std::string scores = folder.read("live/letter.xml");
+    const struct {
+        const char* arguments;
+        int code;
+        const char* said;
+    } cases[] = {
+        {"launches/exam_launch.xml --title-file launches/title.ini", 0,
+         "accepted \"Spreadsheets, first term\""},
+        {"launches/lesson_launch.xml --lesson lessons/cells_kvl_SID00001.xml", 0,
+         "accepted \"Cells and ranges\""},
+        {"launches/lesson_launch.xml", 2, "is replayed with --lesson FILE"},
+        {"launches/lesson_launch.xml --lesson exams/office_kvqm.xml", 2, "it is no lesson"},
+        {"live/letter.xml", 0, "its scores are kept in live/letter.xml.scores"},
+        {"live/letter.xml", 2, "is no record of"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments);
+        const Ended ended = kavlorIn(folder, std::string("replay ") + c.arguments);
+        EXPECT_EQ(ended.code, c.code) << ended.output;
+        EXPECT_NE(ended.output.find(c.said), std::string::npos) << ended.output;
+    }
+    EXPECT_EQ(folder.read("live/letter.xml.scores"), scores);
+    setResultsDirectory("");
 }
 
 TEST(Kavlor, ReportCountsAsTheClassesDo) {

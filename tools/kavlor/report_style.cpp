@@ -61,7 +61,7 @@ details:target{border-color:var(--link)}details>.fine{padding:0 18px 14px;margin
 .spread{margin:0;position:sticky;top:12px;align-self:start}.spread>div:first-child{display:flex;gap:4px;height:150px;align-items:stretch;border-bottom:1px solid var(--none);padding-top:20px}
 .col{flex:1;display:flex;flex-direction:column;justify-content:flex-end;align-items:stretch;position:relative}
 .col>span{border-radius:3px 3px 0 0;flex:none}.col i{font-style:normal;font-size:12px;text-align:center;color:var(--soft);line-height:16px}
-.axis{display:flex;justify-content:space-between;font-size:12px;color:var(--soft)}@media (max-width:900px){.spread{position:static}}
+.axis{display:flex;justify-content:space-between;font-size:12px;color:var(--soft)}@media screen and (max-width:900px){.spread{position:static}}
 figcaption{font-size:13px;color:var(--soft);text-align:center}
 .questions .val{display:grid;grid-template-columns:auto auto;gap:0 8px}.count{grid-column:1/-1;font-size:13px;color:var(--soft);text-align:right}
 .questions .val .bar{width:160px}.rem{display:block}.questions .val>.fine{grid-column:1/-1;font-size:13px;margin:0}
@@ -71,8 +71,8 @@ figcaption{font-size:13px;color:var(--soft);text-align:center}
 .facts{display:grid;grid-template-columns:repeat(5,1fr);gap:10px;margin:0}.facts div{background:var(--card);border:1px solid var(--line);border-radius:10px;padding:10px 16px}
 .facts dt{font-size:13px;color:var(--soft)}.facts dd{margin:0;font-size:20px;font-weight:600;font-variant-numeric:tabular-nums}
 footer{padding-top:26px;padding-bottom:36px;font-size:13px;color:var(--soft)}
-@media (max-width:900px){.tiles{grid-template-columns:repeat(2,1fr)}.panels{grid-template-columns:1fr}.body{grid-template-columns:1fr}.facts{grid-template-columns:repeat(3,1fr)}}
-@media (max-width:640px){.wrap{padding:0 12px}h1{font-size:24px}.figure{font-size:30px}.tiles{gap:8px}.tile{padding:10px 12px}
+@media screen and (max-width:900px){.tiles{grid-template-columns:repeat(2,1fr)}.panels{grid-template-columns:1fr}.body{grid-template-columns:1fr}.facts{grid-template-columns:repeat(3,1fr)}}
+@media screen and (max-width:640px){.wrap{padding:0 12px}h1{font-size:24px}.figure{font-size:30px}.tiles{gap:8px}.tile{padding:10px 12px}
 .facts{grid-template-columns:repeat(2,1fr)}.panel,summary{padding:12px 14px}.body{padding:4px 14px 12px}.sumbar{margin-left:0}
 table,tbody,tr,tbody th,td{display:block}thead{position:absolute;left:-9999px}
 tr{padding:10px 14px;border-top:1px solid var(--line)}th,td{border:0;padding:2px 0}
@@ -83,10 +83,10 @@ td[data-t=Progress]{flex-wrap:wrap}td .said{flex:1 0 100%}.avg .bar{width:90px;a
 .menu .val .bar{width:100%}.menu .count{text-align:left}.key{display:grid;grid-template-columns:auto 1fr;gap:2px 0;align-items:center}.dot{margin-left:0}}
 @media print{@page{size:A4;margin:14mm}:root{--bg:#fff;--card:#fff;--ink:#000;--soft:#444;--line:#ccc;--track:#e6e9ee;--link:#000;--tgood:#17693f;--tfair:#855800;--tlow:#b32820;
 --good:#1f8a55;--fair:#c98a14;--low:#c8372d;--mid:#6b8fd6;--none:#c3cad5;--bggood:#e2f3ea;--bglow:#fbe6e4;--bgmid:#e4ecfa;--bgnone:#eceff3}
-body{font-size:11pt;-webkit-print-color-adjust:exact;print-color-adjust:exact}nav,.skip{display:none}.wrap{padding:0;max-width:none}header{padding:0;margin-bottom:10px}
-.tiles{grid-template-columns:repeat(4,1fr)}.panels{grid-template-columns:1fr}.figure{font-size:24pt}.block{margin-top:18px}
+body{font-size:10pt;-webkit-print-color-adjust:exact;print-color-adjust:exact}nav,.skip{display:none}.wrap{padding:0;max-width:none}header{padding:0;margin-bottom:10px}
+.tiles{grid-template-columns:repeat(4,1fr)}.panels{grid-template-columns:1fr 1fr;gap:8px}.figure{font-size:22pt}.tile,.panel{padding:8px 12px}table{font-size:9.5pt}th,td{padding:4px 8px}.panel li,.questions li,.faults li{padding:4px 0}.faults li{padding:4px 12px}.facts{grid-template-columns:repeat(5,1fr)}.body{grid-template-columns:190px 1fr}.spread{position:static}.in,.said,.count{font-size:8.5pt}.said{white-space:nowrap}summary{padding:6px 12px}.block{margin-top:18px}
 .tile,.panel,.questions li,tr,.faults li,.spread{break-inside:avoid}h2,h3,h4,summary{break-after:avoid}a{text-decoration:none}
-details:not([open]){display:none}}
+#classes details:not([open]){display:none}summary h3::before{display:none}}
 )css";
 
 } // namespace norvakavlor::kavlor

@@ -27,7 +27,7 @@ std::string faultOf(const std::string& roster) {
 /// Since when, and by what it is told: the file's own times are all that a read-only attribute leaves.
 void tellEvidence(const std::string& roster) {
     if (const auto moment = attributesChanged(roster))
-        std::printf("read-only since %s at the latest (the file's attributes have not changed since)\n",
+        std::printf("read-only since %s or earlier (its attributes have not changed after that)\n",
                     moment->c_str());
     if (const auto moment = contentChanged(roster))
         std::printf("last written %s\n", moment->c_str());
