@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
+namespace CLI { // NOLINT(readability-identifier-naming): the parser's own name
 class App;
 }
 

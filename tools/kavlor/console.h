@@ -35,7 +35,6 @@ public:
     EchoOff& operator=(const EchoOff&) = delete;
 
 private:
-    unsigned long before_ = 0;
     bool changed_ = false;
 };
 

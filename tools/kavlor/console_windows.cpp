@@ -11,6 +11,7 @@ namespace norvakavlor::kavlor {
 namespace {
 
 std::atomic<bool> interrupted = false;
+DWORD consoleBefore = 0;
 
 BOOL WINAPI onInterrupt(DWORD) {
     return interrupted.exchange(true) ? FALSE : TRUE; // the second one ends the program
@@ -58,14 +59,14 @@ void checkInterrupted() {
 
 EchoOff::EchoOff() {
     const HANDLE console = GetStdHandle(STD_INPUT_HANDLE);
-    changed_ = GetConsoleMode(console, &before_) != 0;
+    changed_ = GetConsoleMode(console, &consoleBefore) != 0;
     if (changed_)
-        SetConsoleMode(console, before_ & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
+        SetConsoleMode(console, consoleBefore & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
 }
 
 EchoOff::~EchoOff() {
     if (changed_)
-        SetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), before_);
+        SetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), consoleBefore);
 }
 
 // The system keeps no time for attributes.

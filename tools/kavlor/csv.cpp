@@ -28,18 +28,17 @@ std::vector<CsvRow> parseCsv(std::string_view text) {
             const char character = text[at];
             if (character == '\n')
                 ++line;
-            if (quoted && character == '"' && text.substr(at + 1).starts_with('"'))
+            if (quoted && character == '"' && text.substr(at + 1).starts_with('"')) {
                 row.cells.back() += text[++at];
-            else if (character == '"' && (quoted || row.cells.back().empty()))
+            } else if (character == '"' && (quoted || row.cells.back().empty())) {
                 quoted = !quoted;
-            else if (quoted)
-                row.cells.back() += character;
-            else if (character == separator)
+            } else if (!quoted && character == separator) {
                 row.cells.emplace_back();
-            else if (character == '\n')
+            } else if (!quoted && character == '\n') {
                 break;
-            else if (character != '\r')
+            } else if (quoted || character != '\r') {
                 row.cells.back() += character;
+            }
         }
         ++at;
         if (quoted)

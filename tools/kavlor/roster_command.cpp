@@ -81,9 +81,9 @@ std::vector<Ref<Student>> chosen(const Students& roster, const RosterOptions& op
     if (!options.sort.empty()) {
         const auto fields = sortFields(options.sort);
         const auto sorted = roster.Sort(fields[0], fields[1], fields[2]);
-        return std::vector<Ref<Student>>(sorted->begin(), sorted->end());
+        return {sorted->begin(), sorted->end()};
     }
-    return std::vector<Ref<Student>>(students->begin(), students->end());
+    return {students->begin(), students->end()};
 }
 
 void show(const Students& roster, const RosterOptions& options) {
