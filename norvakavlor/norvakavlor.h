@@ -4,6 +4,7 @@
 /// errors and conversions. A client that uses few classes may include their headers alone.
 
 #include <norvakavlor/assessment/exam.h>
+#include <norvakavlor/assessment/exam_files.h>
 #include <norvakavlor/assessment/exam_list.h>
 #include <norvakavlor/assessment/question_pool.h>
 #include <norvakavlor/component/class_list.h>
@@ -16,6 +17,7 @@
 #include <norvakavlor/curriculum/objectives.h>
 #include <norvakavlor/curriculum/task_pool.h>
 #include <norvakavlor/curriculum/textbooks.h>
+#include <norvakavlor/lessons/lesson_files.h>
 #include <norvakavlor/lessons/lesson_menu.h>
 #include <norvakavlor/modules/module_disc_manager.h>
 #include <norvakavlor/platform/message_box.h>

@@ -25,13 +25,14 @@ enum class ExamSources : int16_t {
 
 /// Does a file name belong to a type of exam? Its end is compared exactly, the rest in any letter case. An
 /// unknown type selects nothing.
-bool isExamFile(std::string_view fileName, int32_t examType);
+[[gnu::visibility("default")]] bool isExamFile(std::string_view fileName, int32_t examType);
 
 /// "algebra_kvqm", "SID00001", 3 -> "algebra_kvqm_SID00001_03.xml".
-std::string attemptFileName(std::string_view examBase, std::string_view studentID, int16_t attempt);
+[[gnu::visibility("default")]] std::string attemptFileName(std::string_view examBase,
+                                                           std::string_view studentID, int16_t attempt);
 
 /// The number in an attempt's file name; 0 for other names and if it is not a 16-bit number.
-int16_t attemptNumber(std::string_view fileName);
+[[gnu::visibility("default")]] int16_t attemptNumber(std::string_view fileName);
 
 /// A part of the file names of a student's attempts: "_kvqm_SID00001_".
 std::string attemptMark(std::string_view studentID);

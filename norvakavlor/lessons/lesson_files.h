@@ -27,7 +27,7 @@ enum class LessonSources : int16_t {
 inline constexpr int16_t kTextbookObjType = 2;
 
 /// Does a file name belong to a type of lesson? An unknown type selects nothing.
-bool isLessonFile(std::string_view fileName, int32_t lessonType);
+[[gnu::visibility("default")]] bool isLessonFile(std::string_view fileName, int32_t lessonType);
 
 /// Menus end in "_LM.xml", in any letter case.
 bool isLessonMenuFile(std::string_view fileName);
@@ -36,6 +36,7 @@ bool isLessonMenuFile(std::string_view fileName);
 std::string lessonKind(int16_t objType);
 
 /// "x_kvl.xml", "SID00001" -> "x_kvl_SID00001.xml".
-std::string studentCopyName(std::string_view fileName, std::string_view studentID);
+[[gnu::visibility("default")]] std::string studentCopyName(std::string_view fileName,
+                                                           std::string_view studentID);
 
 } // namespace norvakavlor
