@@ -22,12 +22,12 @@
  *
  * This interface only grows: names, signatures, structures and numbers stay as they are. */
 
+/* NOLINTBEGIN: C's headers and names, and C has no using. */
 #include <stddef.h>
 #include <stdint.h>
 
 #define NK_API __attribute__((visibility("default")))
 
-/* NOLINTBEGIN: C's names, and C has no using. */
 #ifdef __cplusplus
 extern "C" {
 #endif
