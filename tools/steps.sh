@@ -12,6 +12,7 @@ export XDG_CONFIG_HOME=$root/build/config
 
 native_packages="g++ cmake ninja-build libexpat1-dev libcurl4-openssl-dev libssl-dev libmicrohttpd-dev"
 native_test_packages="libgtest-dev libgmock-dev"
+python_test_packages="gcc binutils python3 python3-venv python3-pytest mypy"
 windows_packages="g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64"
 windows_test_packages="g++-mingw-w64-i686-posix googletest"
 lint_packages="clang-format clang-tidy"
