@@ -3,13 +3,13 @@
 file(GLOB_RECURSE library_sources CONFIGURE_DEPENDS norvakavlor/*.cpp)
 list(FILTER library_sources EXCLUDE REGEX "/component/automation/")
 if(WIN32)
-    list(FILTER library_sources EXCLUDE REGEX "/platform/native/")
+    list(FILTER library_sources EXCLUDE REGEX "/platform/native/|/norvakavlor/c/") # clients there have Automation
 else()
     list(FILTER library_sources EXCLUDE REGEX "/platform/windows/")
 endif()
 
-# The public headers: norvakavlor.h and all that it includes, just what a client needs.
-set(public_headers norvakavlor/norvakavlor.h)
+# The public headers: norvakavlor.h and all that it includes, just what a client needs; C has one header.
+set(public_headers norvakavlor/norvakavlor.h norvakavlor/c/norvakavlor_c.h)
 set(unread_headers ${public_headers})
 while(unread_headers)
     list(POP_FRONT unread_headers header)

@@ -32,3 +32,8 @@ endif()
 # One run for all: a process for each test would take longer.
 add_test(NAME norvakavlor_tests COMMAND ${PROJECT_SOURCE_DIR}/tests/support/with_servers $<TARGET_FILE:norvakavlor_tests>)
 set_tests_properties(norvakavlor_tests PROPERTIES ENVIRONMENT XDG_CONFIG_HOME=${PROJECT_BINARY_DIR}/config)
+
+# The C interface has a program of its own, small enough to be built for ThreadSanitizer as well.
+add_executable(norvakavlor_c_tests tests/c/c_interface_test.cpp)
+target_link_libraries(norvakavlor_c_tests PRIVATE norvakavlor_internal GTest::gtest_main)
+add_test(NAME norvakavlor_c_tests COMMAND norvakavlor_c_tests)

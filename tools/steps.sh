@@ -14,6 +14,7 @@ native_packages="g++ cmake ninja-build libexpat1-dev libcurl4-openssl-dev libssl
 libcli11-dev nlohmann-json3-dev help2man"
 native_test_packages="libgtest-dev libgmock-dev"
 report_test_packages="chromium nodejs npm" # without them the report is not looked at
+python_test_packages="gcc binutils python3 python3-venv python3-pytest mypy"
 windows_packages="g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64
 libcli11-dev nlohmann-json3-dev"
 windows_test_packages="g++-mingw-w64-i686-posix googletest"
