@@ -98,8 +98,9 @@ nk_value forClient(const Value& value, const std::shared_ptr<ObjectGroup>& group
             } else if constexpr (std::is_same_v<Held, std::shared_ptr<Array>>) {
                 return arrayFor(*held, group);
             } else {
-                nk_value decimal = textFor(held.text, NK_DECIMAL);
-                decimal.number = held.number;
+                const ExactNumber& exact = held;
+                nk_value decimal = textFor(exact.text, NK_DECIMAL);
+                decimal.number = exact.number;
                 return decimal;
             }
         },
