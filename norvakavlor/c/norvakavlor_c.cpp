@@ -36,6 +36,11 @@ nk_error* newError(const Error& error) {
     return new nk_error{error.number(), error.source(), error.description()};
 }
 
+const nk_error& orNone(const nk_error* error) {
+    static const nk_error none;
+    return error ? *error : none;
+}
+
 /// Runs one function of the interface: no exception crosses into C.
 template <class Step> nk_error* withoutExceptions(Step&& step) noexcept {
     try {
@@ -54,6 +59,13 @@ template <class Step> nk_error* withoutExceptions(Step&& step) noexcept {
     } catch (const std::bad_alloc&) {
         return &outOfMemory;
     }
+}
+
+/// What a client wants filled, so that it must be there.
+template <class Result> Result& roomFor(Result* result) {
+    if (!result)
+        throw runtimeError(RuntimeError::InvalidProcedureCall);
+    return *result;
 }
 
 /// The handles that a call takes: its object and those among two lists of values.
@@ -96,6 +108,8 @@ struct GivenArguments {
 };
 
 void handOverOne(const Value& value, const GroupUse& use, nk_value* room) {
+    if (!room)
+        return; // not wanted
     ClientValues values;
     values.add(value, use.group());
     values.handOver(room);
@@ -107,12 +121,14 @@ void handOverOne(const Value& value, const GroupUse& use, nk_value* room) {
 using namespace norvakavlor;
 
 nk_error* nk_create(const char* identifier, nk_object** object) {
-    return withoutExceptions([&] { *object = newHandle(CreateObject(identifier ? identifier : "")); });
+    return withoutExceptions(
+        [&] { roomFor(object) = newHandle(CreateObject(identifier ? identifier : "")); });
 }
 
 nk_error* nk_parse(const char* text, size_t length, nk_object** node) {
     return withoutExceptions([&] {
         platform::ParseError fault;
+        nk_object*& made = roomFor(node);
         std::optional<xml::Document> parsed =
             platform::parseXml(text ? std::string_view(text, length) : std::string_view(), &fault);
         if (!parsed) {
@@ -122,7 +138,7 @@ nk_error* nk_parse(const char* text, size_t length, nk_object** node) {
         }
         auto document = std::make_shared<xml::Document>(*std::move(parsed));
         const xml::Node root = document->root();
-        *node = newHandle(New<NodeObject>(std::move(document), root));
+        made = newHandle(New<NodeObject>(std::move(document), root));
     });
 }
 
@@ -134,7 +150,7 @@ void nk_object_release(nk_object* object) {
 nk_error* nk_object_share(nk_object* object, nk_object** other) {
     return withoutExceptions([&] {
         const GroupUse use(handlesOf(object));
-        *other = newHandle(object->object, use.group());
+        roomFor(other) = newHandle(object->object, use.group());
     });
 }
 
@@ -187,22 +203,23 @@ nk_error* nk_next(nk_object* object, uint64_t* mark, int* found, nk_value* eleme
         const auto& next = object->object->dynamicClass().nextElement;
         if (!next)
             throw runtimeError(RuntimeError::MemberNotFound);
-        uint64_t moved = *mark;
+        uint64_t moved = roomFor(mark);
+        int& isThere = roomFor(found);
         const std::optional<Value> value = next(*object->object, moved);
         if (value)
             handOverOne(*value, use, element);
         *mark = moved;
-        *found = value ? 1 : 0;
+        isThere = value ? 1 : 0;
     });
 }
 
-int32_t nk_error_number(const nk_error* error) { return error->number; }
-const char* nk_error_source(const nk_error* error) { return error->source.c_str(); }
-const char* nk_error_description(const nk_error* error) { return error->description.c_str(); }
-const char* nk_error_document(const nk_error* error) { return error->document.c_str(); }
-int32_t nk_error_line(const nk_error* error) { return error->line; }
-int32_t nk_error_column(const nk_error* error) { return error->column; }
-const char* nk_error_member(const nk_error* error) { return error->member.c_str(); }
+int32_t nk_error_number(const nk_error* error) { return orNone(error).number; }
+const char* nk_error_source(const nk_error* error) { return orNone(error).source.c_str(); }
+const char* nk_error_description(const nk_error* error) { return orNone(error).description.c_str(); }
+const char* nk_error_document(const nk_error* error) { return orNone(error).document.c_str(); }
+int32_t nk_error_line(const nk_error* error) { return orNone(error).line; }
+int32_t nk_error_column(const nk_error* error) { return orNone(error).column; }
+const char* nk_error_member(const nk_error* error) { return orNone(error).member.c_str(); }
 
 void nk_error_free(nk_error* error) {
     if (error != &outOfMemory)

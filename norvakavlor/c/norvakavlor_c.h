@@ -108,7 +108,7 @@ NK_API nk_error* nk_put(nk_object* object, const char* property, const nk_value*
  * another object. */
 NK_API nk_error* nk_next(nk_object* object, uint64_t* mark, int* found, nk_value* element);
 
-/* What an error says. The texts belong to the error; a text that there is none of is "". */
+/* What an error says. The texts belong to the error; one that there is none of is "", as all of NULL are. */
 NK_API int32_t nk_error_number(const nk_error* error);
 NK_API const char* nk_error_source(const nk_error* error);
 NK_API const char* nk_error_description(const nk_error* error);

@@ -175,8 +175,8 @@ void nk_value_clear(nk_value* value) {
     if (!value)
         return;
     nk_object_release(value->object);
-    for (const nk_value& element : std::span(value->elements, value->elements ? value->length : 0))
-        nk_value_clear(const_cast<nk_value*>(&element));
+    for (nk_value& element : std::span(value->elements, value->elements ? value->length : 0))
+        nk_value_clear(&element);
     delete[] value->elements;
     delete[] value->text;
     *value = {};

@@ -12,12 +12,21 @@ What the library raises is a norvakavlor.Error. Where a member answers False, la
 """
 
 from norvakavlor._classes import make_classes, make_enumerations
-from norvakavlor._errors import Error, Place
+from norvakavlor._errors import (
+    Error,
+    NoSuchFile,
+    NoSuchKey,
+    NoSuchPosition,
+    NotPermitted,
+    OutOfMemory,
+    Place,
+    WrongArgument,
+)
 from norvakavlor._functions import CreateObject, last_reason, parse, version
 from norvakavlor._object import Object
 
 __version__ = version()
 globals().update(make_enumerations())
 globals().update(make_classes())
-__all__ = sorted(name for name in globals() if not name.startswith("_") and name not in ("make_classes", "make_enumerations"))
 del make_classes, make_enumerations
+__all__ = [name for name in globals() if not name.startswith("_") and name != "version"]

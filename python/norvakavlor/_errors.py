@@ -38,7 +38,15 @@ class Error(Exception):
 
     def __str__(self) -> str:
         where = f"{self.place}: " if self.place else ""
-        return f"{where}{self.description} ({self.source}, {self.number})"
+        return f"{where}{self.description} ({self.source}, {_shown(self.number)})"
+
+
+def _shown(number: int) -> str:
+    """A class's own error by its code, as the documentation lists it; another result as &H800C0005."""
+    code = (number & 0xFFFFFFFF) - 0x80040000
+    if number >= 0 or 0 <= code < 0x10000:
+        return f"error {number if number >= 0 else code}"
+    return f"error &H{number & 0xFFFFFFFF:X}"
 
 
 class NoSuchKey(Error, KeyError):
@@ -61,8 +69,12 @@ class WrongArgument(Error, TypeError):
     """An argument is missing, is one too many, or is of a type that does not fit."""
 
 
-_KINDS = {
-    7: type("OutOfMemory", (Error, MemoryError), {"__doc__": "Memory ran out.", "__module__": __name__}),
+class OutOfMemory(Error, MemoryError):
+    """Memory ran out."""
+
+
+_KINDS: dict[int, type[Error]] = {
+    7: OutOfMemory,
     9: NoSuchPosition,
     13: WrongArgument,
     53: NoSuchFile,
@@ -74,6 +86,8 @@ _KINDS = {
     32811: NoSuchKey,
 }
 _LOOKUP_FAILED = 5
+for _public in (Place, Error, *_KINDS.values()):
+    _public.__module__ = "norvakavlor"
 
 
 def kind_of(number: int, in_collection: bool) -> type[Error]:

@@ -11,6 +11,7 @@ from norvakavlor._library import check, library
 class Object:
     """An object of the library. Two of them are equal when they are the same object there."""
 
+    __module__ = "norvakavlor"
     __slots__ = ("_handle", "__weakref__")
     _identifier: Optional[bytes] = None
     _handle: int

@@ -17,7 +17,16 @@ from enum import IntEnum
 from os import PathLike
 from typing import Any
 
-from norvakavlor._errors import Error as Error, Place as Place
+from norvakavlor._errors import (
+    Error as Error,
+    NoSuchFile as NoSuchFile,
+    NoSuchKey as NoSuchKey,
+    NoSuchPosition as NoSuchPosition,
+    NotPermitted as NotPermitted,
+    OutOfMemory as OutOfMemory,
+    Place as Place,
+    WrongArgument as WrongArgument,
+)
 from norvakavlor._functions import CreateObject as CreateObject, last_reason as last_reason
 from norvakavlor._object import Object as Object
 

@@ -156,6 +156,13 @@ def test_errors_are_pythons_own_kinds_too(act, kind, number, tmp_path, monkeypat
     assert raised.value.description in str(raised.value)
 
 
+def test_an_error_shows_its_place():
+    place = nk.Place("pool.xml", 12, 5, "Q9")
+    cases = {641: "error 641", -2147220863: "error 641", -2146697211: "error &H800C0005"}
+    for number, shown in cases.items():
+        assert str(nk.Error(number, "Course", "No", place)) == f"pool.xml:12:5 (Q9): No (Course, {shown})"
+
+
 @pytest.mark.parametrize(
     "act, kind",
     [

@@ -3,6 +3,7 @@
 #include <deque>
 #include <functional>
 #include <gtest/gtest.h>
+#include <limits>
 #include <mutex>
 #include <norvakavlor/c/norvakavlor_c.h>
 #include <norvakavlor/component/class_list.h>
@@ -106,6 +107,8 @@ TEST(CInterface, CarriesEveryKindOfValue) {
         {"Small", text("2.5"), "3:2"},
         {"Large", {NK_NUMBER, 0, 1e5}, "3:100000"},
         {"Large", {NK_NUMBER, 0, 1e300}, "6|NorvaKavlor|Overflow"},
+        {"Large", {NK_NUMBER, 0, std::numeric_limits<double>::quiet_NaN()}, "6|NorvaKavlor|Overflow"},
+        {"When", {NK_NUMBER, 0, -1e300}, "6|NorvaKavlor|Overflow"},
         {"Real", integer(3), "4:3.000000"},
         {"When", {NK_DATE, 0, 38060.75}, "5:38060.750000"},
         {"Anything", {NK_NULL}, "1:0"},
@@ -172,6 +175,7 @@ TEST(CInterface, RefusesWhatIsNotThere) {
     EXPECT_EQ(told(nk_create("NorvaKavlor.Nobody", &made)),
               "429|NorvaKavlor|ActiveX component can't create object");
     EXPECT_EQ(told(nk_create(nullptr, &made)).substr(0, 3), "429");
+    EXPECT_EQ(told(nk_create("NorvaKavlor.Exam", nullptr)).substr(0, 2), "5|");
     EXPECT_EQ(told(nk_parse("<a><b></a>", 10, &made)).substr(0, 53),
               "13|NorvaKavlor|The document does not parse: line 1, c");
     EXPECT_EQ(made, nullptr);
@@ -185,6 +189,8 @@ TEST(CInterface, RefusesWhatIsNotThere) {
     nk_object_release(book);
     nk_object_release(nullptr);
     nk_error_free(nullptr);
+    EXPECT_EQ(nk_error_number(nullptr), 0);
+    EXPECT_STREQ(nk_error_document(nullptr), "");
     nk_value_clear(nullptr);
     nk_class_row row{};
     nk_parameter_row parameter{};
