@@ -7,6 +7,7 @@
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/version.h>
 #include <norvakavlor/xml/node_object.h>
@@ -33,7 +34,15 @@ nk_error outOfMemory{static_cast<int32_t>(RuntimeError::OutOfMemory), "NorvaKavl
                      usualText(RuntimeError::OutOfMemory)};
 
 nk_error* newError(const Error& error) {
-    return new nk_error{error.number(), error.source(), error.description()};
+    const ErrorPlace& place = error.place();
+    noteReason(error.reason());
+    return new nk_error{error.number(),
+                        error.source(),
+                        error.description(),
+                        place.document,
+                        static_cast<int32_t>(place.line),
+                        static_cast<int32_t>(place.column),
+                        place.member};
 }
 
 const nk_error& orNone(const nk_error* error) {
@@ -227,6 +236,15 @@ void nk_error_free(nk_error* error) {
 }
 
 // Methods keep no reasons yet.
-const char* nk_last_reason() { return ""; }
+const char* nk_last_reason() {
+    // The C client sees the text until its thread asks again. Without memory it sees none.
+    thread_local std::string shown;
+    try {
+        shown = lastReason();
+    } catch (const std::bad_alloc&) {
+        shown.clear();
+    }
+    return shown.c_str();
+}
 
 const char* nk_version() { return kVersion.data(); }

@@ -121,7 +121,8 @@ NK_API const char* nk_error_member(const nk_error* error);
 /* NULL is allowed. */
 NK_API void nk_error_free(nk_error* error);
 
-/* Why the last call in this thread gave False, or "". It stays until the thread's next call. */
+/* Why the last call in this thread failed, was refused or left something out; a success leaves it. "" until
+ * one was not. The text stays until the thread asks again. */
 NK_API const char* nk_last_reason(void);
 
 /* The library's version, such as "1.0.0". */

@@ -74,6 +74,7 @@ def test_every_member_of_every_class_is_reached_by_name(tmp_path, monkeypatch):
                 unknown = error.number in (438, 448, 449, 450) and member.is_readable
                 assert error.description and not unknown, f"{row.name}.{member.name}: {error}"
             reached += 1
+    nk.Diagnostics().LogFile = ""  # the walk has set it
     assert reached > 350
     assert {row.name for row in _tables.read_enumerations()} <= set(nk.__all__)
 
@@ -261,3 +262,17 @@ def test_types_are_known_to_mypy(tmp_path):
     command = [sys.executable, "-m", "mypy", "--cache-dir", tmp_path / "cache", client]
     said = subprocess.run(command, capture_output=True, text=True).stdout
     assert [line.split(":")[1] for line in said.splitlines() if ": error:" in line] == ["4", "5", "6", "7", "8"]
+
+
+def test_a_fault_says_where_it_is_and_why(tmp_path):
+    file = tmp_path / "objectives.xml"
+    file.write_text(
+        "<objectiveList>\n<objective><id>O1</id></objective>\n<objective><id>O2</id><referenceList><reference>"
+        "<textBookRef>none</textBookRef></reference></referenceList></objective></objectiveList>"
+    )
+    with pytest.raises(nk.Error) as raised:
+        nk.Objectives().Load(file, nk.TextBooks())
+    assert raised.value.place[:2] == (str(file), 3)
+    assert f"{file}:3:" in str(raised.value) and raised.value.description in nk.last_reason()
+    assert nk.TextBooks().Load(tmp_path / "none.xml") is False
+    assert nk.last_reason().endswith("none.xml: there is no such file")
