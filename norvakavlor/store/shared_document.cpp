@@ -28,19 +28,19 @@ bool isOfKind(const std::optional<xml::Document>& document, DocumentNames names)
     return document && document->root().name() == names.root;
 }
 
-bool lockFile(const std::string& path, const SharedChange& change) {
+bool takeLock(platform::DocumentLock& lock, const SharedChange& change) {
     constexpr int kTries = 3;
     seedRandom();
     bool wasMade = false;
     for (int tries = 0; tries < kTries;) {
-        switch (platform::tryLockDocument(path)) {
+        switch (lock.tryTake()) {
         case platform::LockResult::Taken:
             return true;
         case platform::LockResult::Missing:
             // Where a document was just made and is not to be had, there will be none.
             if (std::exchange(wasMade, true))
                 return false;
-            platform::createDocument(path, change.first().toText());
+            platform::createDocument(lock.path(), change.first().toText());
             break;
         case platform::LockResult::Held:
             wasMade = false;
@@ -53,9 +53,9 @@ bool lockFile(const std::string& path, const SharedChange& change) {
 
 /// The document whose lock is held; nothing when it does not parse. What cannot be read now is nobody's fault
 /// and keeps no lock.
-std::optional<xml::Document> readLocked(const std::string& path, const platform::LockRelease& lock) {
+std::optional<xml::Document> readLocked(platform::DocumentLock& lock) {
     try {
-        return parseLocalDocument(path);
+        return parseLocalDocument(lock.path());
     } catch (const Error&) {
         lock.release();
         throw;
@@ -63,12 +63,12 @@ std::optional<xml::Document> readLocked(const std::string& path, const platform:
 }
 
 bool changeFile(const std::string& path, const SharedChange& change) {
-    const platform::LockRelease lock(path);
-    if (!lockFile(path, change))
+    platform::DocumentLock lock(path);
+    if (!takeLock(lock, change))
         return false;
     std::string content;
     try {
-        const auto document = readLocked(path, lock);
+        const auto document = readLocked(lock);
         if (!document)
             return false;
         if (!isOfKind(document, change.names)) {
@@ -83,7 +83,7 @@ bool changeFile(const std::string& path, const SharedChange& change) {
         lock.release();
         throw;
     }
-    platform::replaceLockedDocument(lock, content);
+    lock.replaceAndRelease(content);
     return true;
 }
 

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 /// The file's state behind links; nothing when there is none.
 std::optional<struct stat> stateOf(const fs::path& path) {
     struct stat state {};
-    if (::stat(path.c_str(), &state) != 0)
+    if (uninterrupted([&] { return ::stat(path.c_str(), &state); }) != 0)
         return std::nullopt;
     return state;
 }
@@ -29,12 +29,23 @@ std::optional<struct stat> stateOf(const fs::path& path) {
 /// A path with a NUL would be cut there and name another file, so it names none.
 bool isPossible(std::string_view path) { return path.find('\0') == std::string_view::npos; }
 
-/// State of a file that must be there; raises 53 when it is not, folders being no files.
+/// The error for a file that a caller expects to be there.
+Error readingError(int code) {
+    const RuntimeError error = errorOfCode(code);
+    return runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
+}
+
+/// State of a file that must be there; raises 53 when it is not, folders being no files, and what keeps it
+/// from being looked at.
 struct stat stateOfFile(const std::string& path) {
-    const auto state = isPossible(path) ? stateOf(localPath(path)) : std::nullopt;
-    if (!state || S_ISDIR(state->st_mode))
+    struct stat state {};
+    if (!isPossible(path))
         throw runtimeError(RuntimeError::FileNotFound);
-    return *state;
+    if (uninterrupted([&] { return ::stat(localPath(path).c_str(), &state); }) != 0)
+        throw readingError(errno);
+    if (S_ISDIR(state.st_mode))
+        throw runtimeError(RuntimeError::FileNotFound);
+    return state;
 }
 
 bool isReadOnly(const struct stat& state) { return (state.st_mode & S_IWUSR) == 0; }
@@ -82,19 +93,22 @@ bool fileExists(const std::string& path) {
 
 bool isKnownMissing(const std::string& path) {
     struct stat state {};
-    return isPossible(path) && ::stat(localPath(path).c_str(), &state) != 0 &&
+    return isPossible(path) && uninterrupted([&] { return ::stat(localPath(path).c_str(), &state); }) != 0 &&
            (errno == ENOENT || errno == ENOTDIR);
 }
 
 std::vector<std::string> fileNamesIn(const std::string& folder) {
     std::vector<std::string> names;
-    if (!folderExists(folder))
+    if (!isPossible(folder))
         return names;
     // Not the standard library's iterator: its steps end the process when they run out of memory.
     const std::unique_ptr<DIR, decltype([](DIR* open) { ::closedir(open); })> directory(
         ::opendir(localPath(folder).c_str()));
-    if (!directory)
+    if (!directory) {
+        if (errorOfCode(errno) == RuntimeError::PathNotFound)
+            return names;
         throw runtimeError(errorOfCode(errno));
+    }
     errno = 0;
     while (const dirent* const entry = ::readdir(directory.get())) {
         struct stat state {};
@@ -115,13 +129,14 @@ std::vector<std::string> fileNamesIn(const std::string& folder) {
 std::string readFile(const std::string& path) {
     stateOfFile(path);
     // What is no plain file (a pipe) must not keep the caller waiting.
-    const FileDescriptor file(::open(localPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file) {
-        const RuntimeError error = errorOfCode(errno);
-        throw runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
-    }
+    const FileDescriptor file(
+        uninterrupted([&] { return ::open(localPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+    if (!file)
+        throw readingError(errno);
     struct stat state {};
-    if (::fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode))
+    if (uninterrupted([&] { return ::fstat(file.get(), &state); }) != 0)
+        throw readingError(errno);
+    if (!S_ISREG(state.st_mode))
         throw runtimeError(RuntimeError::DeviceError);
     xml::checkSize(static_cast<size_t>(state.st_size));
     // One byte more than it has, so that its end shows; a file that grows meanwhile is read on.
@@ -129,11 +144,10 @@ std::string readFile(const std::string& path) {
     size_t length = 0;
     content.resize(static_cast<size_t>(state.st_size) + 1);
     while (true) {
-        const ssize_t count = ::read(file.get(), content.data() + length, content.size() - length);
+        const ssize_t count = uninterrupted(
+            [&] { return ::read(file.get(), content.data() + length, content.size() - length); });
         if (count == 0)
             break;
-        if (count < 0 && errno == EINTR)
-            continue;
         if (count < 0)
             throw runtimeError(errorOfCode(errno));
         length += static_cast<size_t>(count);
@@ -149,7 +163,9 @@ bool renameFile(const std::string& path, const std::string& newPath) {
     stateOfFile(path);
     const fs::path from = localPath(path);
     const fs::path to = localPath(newPath);
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+    const int answer = uninterrupted(
+        [&] { return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE); });
+    if (answer == 0)
         return true;
     // Some file systems know no such renaming; a second name for the file is never given over another one.
     if (errno == EINVAL && ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0)
@@ -162,10 +178,8 @@ bool renameFile(const std::string& path, const std::string& newPath) {
 void deleteOneFile(const std::string& path, bool force) {
     if (isReadOnly(stateOfFile(path)) && !force)
         throw runtimeError(RuntimeError::PermissionDenied);
-    if (::unlink(localPath(path).c_str()) != 0) {
-        const RuntimeError error = errorOfCode(errno);
-        throw runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
-    }
+    if (uninterrupted([&] { return ::unlink(localPath(path).c_str()); }) != 0)
+        throw readingError(errno);
 }
 
 bool sameFile(const std::string& left, const std::string& right) {
@@ -183,7 +197,7 @@ void setReadOnly(const std::string& path, bool readOnly) {
     const mode_t mode = stateOfFile(path).st_mode & 07777;
     // Only the owner's permission changes, so that setting and clearing leave the group's as it was.
     const mode_t wanted = readOnly ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
-    if (wanted != mode && ::chmod(localPath(path).c_str(), wanted) != 0)
+    if (wanted != mode && uninterrupted([&] { return ::chmod(localPath(path).c_str(), wanted); }) != 0)
         throw runtimeError(errorOfCode(errno));
 }
 
