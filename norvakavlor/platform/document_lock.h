@@ -56,6 +56,7 @@ private:
     std::string path_;
     std::filesystem::path target_; ///< the file itself, behind links
     std::unique_ptr<LockFile> lockFile_;
+    bool isHeld_ = false;
 };
 
 /// Who locked a document, and when.

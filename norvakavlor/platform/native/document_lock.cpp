@@ -122,7 +122,11 @@ struct LockAttempt {
 DocumentLock::DocumentLock(const std::string& path)
     : path_(path), target_(pathBehindLinks(path)), lockFile_(std::make_unique<LockFile>(target_)) {}
 
-DocumentLock::~DocumentLock() { lockFile_->remove(); }
+DocumentLock::~DocumentLock() {
+    // One that is not held may be proof of somebody else's death.
+    if (isHeld_)
+        lockFile_->remove();
+}
 
 LockResult DocumentLock::tryTake() {
     for (;;) {
@@ -177,10 +181,12 @@ std::optional<LockResult> DocumentLock::tryTakeOnce() {
         return std::nullopt;
     attempt.set = nullptr;
     attempt.manner = LockAttempt::Keep;
+    isHeld_ = true;
     return LockResult::Taken;
 }
 
 void DocumentLock::release() noexcept {
+    isHeld_ = false;
     struct stat state {};
     const bool isThere = uninterrupted([&] { return ::stat(target_.c_str(), &state); }) == 0;
     const mode_t mode = (state.st_mode & 07777) | kOwnerWrites;
@@ -210,6 +216,7 @@ void DocumentLock::replaceAndRelease(std::string_view content) {
         release();
         throw;
     }
+    isHeld_ = false;
     lockFile_->remove();
 }
 

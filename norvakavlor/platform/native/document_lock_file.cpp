@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/native/files_temporary.h>
+#include <optional>
 #include <tuple>
 #include <unistd.h>
 
@@ -22,18 +23,18 @@ int lockOpenFile(const FileDescriptor& file) {
     return uninterrupted([&] { return ::fcntl(file.get(), F_OFD_SETLK, &lock); });
 }
 
-bool isSameFile(const FileDescriptor& file, const std::filesystem::path& path) {
+/// Does the path name the open file still? Nothing, with errno, when that cannot be told.
+std::optional<bool> isNamed(const FileDescriptor& file, const std::filesystem::path& path) {
     struct stat opened {};
     struct stat named {};
     if (uninterrupted([&] { return ::fstat(file.get(), &opened); }) != 0)
-        throw lastError();
-    if (uninterrupted([&] { return ::lstat(path.c_str(), &named); }) != 0) {
-        if (errno == ENOENT)
-            return false;
-        throw lastError();
+        return std::nullopt;
+    if (uninterrupted([&] { return ::lstat(path.c_str(), &named); }) != 0)
+        return errno == ENOENT ? std::optional(false) : std::nullopt;
+    if (!S_ISREG(opened.st_mode)) {
+        errno = EPERM;
+        return std::nullopt;
     }
-    if (!S_ISREG(opened.st_mode))
-        throw runtimeError(RuntimeError::PermissionDenied);
     return opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
 }
 
@@ -69,8 +70,15 @@ LockFile::Opened LockFile::open(const struct stat* document) {
             return isHeld ? Opened::Held : Opened::Impossible;
         }
         // Whoever had it locked may have removed it meanwhile.
-        if (isSameFile(file_, path_))
+        const auto isSame = isNamed(file_, path_);
+        if (isSame == true)
             return Opened::Locked;
+        const Error failure = lastError();
+        if (!isSame && isMissing)
+            ::unlink(path_.c_str());
+        file_.close();
+        if (!isSame)
+            throw failure;
     }
 }
 

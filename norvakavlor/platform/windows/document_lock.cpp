@@ -146,7 +146,11 @@ DWORD tryReplaceLocked(TemporaryFile& temporary, const std::string& path, const 
 DocumentLock::DocumentLock(const std::string& path)
     : path_(path), target_(pathBehindLinks(path)), lockFile_(std::make_unique<LockFile>(target_)) {}
 
-DocumentLock::~DocumentLock() { lockFile_->remove(); }
+DocumentLock::~DocumentLock() {
+    // One that is not held may be proof of somebody else's death.
+    if (isHeld_)
+        lockFile_->remove();
+}
 
 LockResult DocumentLock::tryTake() {
     for (;;) {
@@ -205,10 +209,12 @@ std::optional<LockResult> DocumentLock::tryTakeOnce() {
         return std::nullopt;
     attempt.set = nullptr;
     attempt.manner = LockAttempt::Keep;
+    isHeld_ = true;
     return LockResult::Taken;
 }
 
 void DocumentLock::release() noexcept {
+    isHeld_ = false;
     const DWORD attributes = ::GetFileAttributesW(target_.c_str());
     const DWORD others = attributes & ~DWORD{FILE_ATTRIBUTE_READONLY};
     if (attributes == INVALID_FILE_ATTRIBUTES ||
@@ -237,6 +243,7 @@ void DocumentLock::replaceAndRelease(std::string_view content) {
             lockFile_->remove();
         throw;
     }
+    isHeld_ = false;
     lockFile_->remove();
 }
 

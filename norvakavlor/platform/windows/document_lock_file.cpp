@@ -15,9 +15,13 @@ namespace fs = std::filesystem;
 
 std::string documentName(const fs::path& document) { return fromWide(document.filename().wstring()); }
 
-/// False also when the path names nothing any more.
+/// False also when the path names nothing any more. Raises when that cannot be told.
 bool isNamed(const FileHandle& file, const fs::path& path) {
     const FileHandle named = openShared(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
+    if (const DWORD failure = named ? DWORD{ERROR_SUCCESS} : ::GetLastError();
+        failure != ERROR_SUCCESS && errorOfCode(failure) != RuntimeError::PathNotFound &&
+        !isHeldByOthers(failure))
+        throw runtimeError(errorOfCode(failure));
     BY_HANDLE_FILE_INFORMATION opened{};
     BY_HANDLE_FILE_INFORMATION other{};
     return named && ::GetFileInformationByHandle(file.get(), &opened) &&
