@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <norvakavlor/platform/document_lock.h>
 #include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/files_back_end.h>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -75,16 +76,17 @@ TEST(FilesNative, ALockGoesThroughALinkAndNowhereElse) {
     folder.write("there/a.xml", "old");
     ASSERT_EQ(::symlink("there/a.xml", folder.file("link.xml").c_str()), 0);
     ASSERT_EQ(::symlink("nowhere/a.xml", folder.file("dangling.xml").c_str()), 0);
-    ASSERT_EQ(tryLockDocument(folder.file("link.xml")), LockResult::Taken);
-    EXPECT_EQ(tryLockDocument(folder.file("there/a.xml")), LockResult::Held);
-    replaceLockedDocument(LockRelease(folder.file("link.xml")), "new");
+    DocumentLock link(folder.file("link.xml"));
+    ASSERT_EQ(link.tryTake(), LockResult::Taken);
+    EXPECT_EQ(DocumentLock(folder.file("there/a.xml")).tryTake(), LockResult::Held);
+    link.replaceAndRelease("new");
     EXPECT_EQ(folder.read("there/a.xml"), "new");
     EXPECT_FALSE(isReadOnly(folder.file("there/a.xml")));
     EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link.xml")));
-    EXPECT_EQ(errorNumber([&] { tryLockDocument(folder.file("dangling.xml")); }), 76);
+    EXPECT_EQ(errorNumber([&] { DocumentLock(folder.file("dangling.xml")); }), 76);
     EXPECT_EQ(errorNumber([&] { createDocument(folder.file("dangling.xml"), ""); }), 76);
     const mode_t mode = modeOf(folder.file("there"));
-    EXPECT_EQ(errorNumber([&] { tryLockDocument(folder.file("there")); }), 70);
+    EXPECT_EQ(errorNumber([&] { DocumentLock(folder.file("there")).tryTake(); }), 70);
     EXPECT_EQ(modeOf(folder.file("there")), mode);
     EXPECT_EQ(listFiles(folder.path()), std::vector<std::string>{"link.xml"});
 }
@@ -95,7 +97,7 @@ TEST(FilesNative, APipeKeepsNobodyWaiting) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(errorNumber([&] { readFile(pipe); }), 57);
     EXPECT_EQ(errorNumber([&] { replaceFile(pipe, "x"); }), 57);
-    EXPECT_EQ(errorNumber([&] { tryLockDocument(pipe); }), 70);
+    EXPECT_EQ(errorNumber([&] { DocumentLock(pipe).tryTake(); }), 70);
     EXPECT_EQ(firstLine(pipe), std::nullopt);
     EXPECT_EQ(listFiles(folder.path()), std::vector<std::string>());
 }
@@ -110,8 +112,9 @@ TEST(FilesNative, AFullDiskLeavesTheOldContent) {
         ::setrlimit(RLIMIT_FSIZE, &limit);
         const std::string large(200000, 'x');
         const int32_t error = errorNumber([&] { replaceFile(path, large); });
-        tryLockDocument(path);
-        return errorNumber([&] { replaceLockedDocument(LockRelease(path), large); }) == error ? error : -1;
+        DocumentLock lock(path);
+        lock.tryTake();
+        return errorNumber([&] { lock.replaceAndRelease(large); }) == error ? error : -1;
     });
     EXPECT_EQ(code, 61);
     EXPECT_FALSE(isReadOnly(path)) << "the lock is released all the same";
@@ -145,6 +148,28 @@ TEST(FilesNative, WhoMayNotWriteIsRefused) {
     ASSERT_EQ(::chown(path.c_str(), 65534, 65534), 0);
     replaceFile(path, "new");
     EXPECT_EQ(asNobody([&] { replaceFile(path, "theirs"); }), 0);
+}
+
+TEST(FilesNative, AKilledHolderOfALockKeepsNobodyOut) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.xml", "old");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    for (int round = 0; round < 2; ++round) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            DocumentLock lock(path);
+            ::_exit(lock.tryTake() == LockResult::Taken ? 0 : 1);
+        }
+        int status = 1;
+        ::waitpid(child, &status, 0);
+        ASSERT_EQ(status, 0) << "the second takes over from the first";
+        EXPECT_EQ(lockOwner(path)->process, static_cast<uint32_t>(child));
+        EXPECT_EQ(modeOf(folder.file(lockFileName("a.xml"))), mode_t{0640});
+    }
+    DocumentLock(path).tryTake();
+    EXPECT_EQ(lockOwner(path).has_value(), false) << "left on purpose";
+    EXPECT_EQ(DocumentLock(path).tryTake(), LockResult::Held);
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"a.xml"});
 }
 
 TEST(FilesNative, AKilledWriterLeavesTheOldContentOrTheNew) {

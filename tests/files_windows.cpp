@@ -59,28 +59,30 @@ TEST(FilesWindows, WhoLetsGoSoonIsWaitedFor) {
     holder.join();
     EXPECT_EQ(readFile(path), "new");
     holder = holding(path, 0, 150);
-    EXPECT_EQ(errorNumber([&] { EXPECT_EQ(tryLockDocument(path), LockResult::Taken); }), 0);
+    EXPECT_EQ(errorNumber([&] { EXPECT_EQ(DocumentLock(path).tryTake(), LockResult::Taken); }), 0);
     holder.join();
 }
 
 TEST(DocumentLockWindows, IsHeldWhileASaveWaitsForOthers) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.xml", "old");
-    ASSERT_EQ(tryLockDocument(path), LockResult::Taken);
+    DocumentLock lock(path);
+    ASSERT_EQ(lock.tryTake(), LockResult::Taken);
     std::thread holder = holding(path, FILE_SHARE_READ, 500);
     // Whoever asks for the lock meanwhile gets it behind the save and not before.
+    DocumentLock nextLock(path);
     std::thread next([&] {
-        while (tryLockDocument(path) != LockResult::Taken)
+        while (nextLock.tryTake() != LockResult::Taken)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         EXPECT_EQ(readFile(path), "new");
     });
-    EXPECT_EQ(errorNumber([&] { replaceLockedDocument(LockRelease(path), "new"); }), 0);
+    EXPECT_EQ(errorNumber([&] { lock.replaceAndRelease("new"); }), 0);
     holder.join();
     next.join();
     EXPECT_TRUE(isReadOnly(path));
 
     const OtherHandle lasting(path, FILE_SHARE_READ);
-    EXPECT_EQ(errorNumber([&] { replaceLockedDocument(LockRelease(path), "newer"); }), 70);
+    EXPECT_EQ(errorNumber([&] { nextLock.replaceAndRelease("newer"); }), 70);
     EXPECT_FALSE(isReadOnly(path));
     EXPECT_EQ(readFile(path), "new");
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.xml"});

@@ -174,6 +174,31 @@ TEST(OutOfMemory, ARequestIsSentWholeOrNotAtAll) {
     }
 }
 
+// However many members a roster has, each takes the same few allocations to load, save and sort.
+TEST(Growth, IsLinearInTheMembers) {
+    constexpr size_t kOfEachMember = 8;
+    constexpr size_t kOfTheRoster = 400;
+    const TemporaryFolder folder;
+    for (const size_t count : {1000u, 8000u}) {
+        std::string text = "<students autoStudentID='0'>";
+        for (size_t i = 0; i < count; ++i) {
+            const std::string number = std::to_string(i * 7919 % count);
+            text.append("<student><id>S").append(number).append("</id><name><first>F</first><last>L");
+            text.append(number).append("</last></name><username>u").append(number);
+            text.append("</username></student>");
+        }
+        const std::string path = folder.write("roster.xml", text + "</students>");
+        const auto roster = New<Students>();
+        failed = false;
+        left = kOfEachMember * count + kOfTheRoster;
+        ASSERT_TRUE(roster->Load(path, nullptr));
+        roster->Save(path, nullptr);
+        EXPECT_EQ(roster->Sort("LastName", "", "")->Count(), static_cast<int32_t>(count));
+        left = 0;
+        EXPECT_FALSE(failed);
+    }
+}
+
 } // namespace
 } // namespace norvakavlor
 

@@ -58,7 +58,7 @@ TEST(Reasons, AreKeptForEachFailure) {
          [&] { New<ModuleDiscManager>()->LoadConfigFile(folder.file("modules.xml")); }},
         {"cannot be reached", [&] { load("http://127.0.0.1:1/b.xml"); }},
         {": 404, ", [&] { load(misbehaving("404") + "b.xml"); }},
-        {": 200, an HTML page", [&] { load(misbehaving("html-page") + "b.xml"); }},
+        {": 500, an HTML page", [&] { load(misbehaving("error-page") + "b.xml"); }},
         {": 200, an empty reply", [&] { load(misbehaving("empty") + "b.xml"); }},
         {"gave no key to log in with, but 404", [&] { New<Security>()->Login(misbehaving("404")); }},
     };

@@ -20,6 +20,9 @@ std::string temporaryName(std::string_view fileName);
 bool isTemporaryName(std::string_view fileName);
 /// Is it that of a save of `target` (a file name too)?
 bool isTemporaryNameOf(std::string_view fileName, std::string_view target);
+/// The name of the lock file of a document, beside it. No listing shows it, as it ends like a temporary name;
+/// but it is that of no save, and no save removes it.
+std::string lockFileName(std::string_view fileName);
 /// A temporary file counts as left behind if it is this much older than one just written.
 inline constexpr std::chrono::minutes kTemporaryAge{10};
 

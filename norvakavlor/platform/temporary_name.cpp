@@ -9,6 +9,7 @@ namespace {
 
 // ".students.xml.9c01a2b3c4d5e6f7.nktmp": the dot hides it, the ending tells it from a document.
 constexpr std::string_view kEnding = ".nktmp";
+constexpr std::string_view kDigits = "0123456789abcdef";
 constexpr size_t kUniqueDigits = 16;
 
 /// File systems allow names of 255 bytes: of a long target only the first whole characters fit.
@@ -23,7 +24,6 @@ std::string beginningFor(std::string_view target) {
 } // namespace
 
 std::string temporaryName(std::string_view fileName) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
     std::random_device random;
     std::string name = beginningFor(fileName);
     for (size_t i = 0; i < kUniqueDigits; ++i)
@@ -38,7 +38,12 @@ bool isTemporaryName(std::string_view fileName) {
 bool isTemporaryNameOf(std::string_view fileName, std::string_view target) {
     const std::string beginning = beginningFor(target);
     return fileName.size() == beginning.size() + kUniqueDigits + kEnding.size() &&
-           fileName.starts_with(beginning) && fileName.ends_with(kEnding);
+           fileName.starts_with(beginning) && fileName.ends_with(kEnding) &&
+           fileName.find_first_not_of(kDigits, beginning.size()) == beginning.size() + kUniqueDigits;
+}
+
+std::string lockFileName(std::string_view fileName) {
+    return beginningFor(fileName).append("lock").append(kEnding);
 }
 
 } // namespace norvakavlor::platform

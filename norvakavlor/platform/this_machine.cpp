@@ -49,6 +49,11 @@ std::string_view firstLabel(std::string_view name) { return name.substr(0, name.
 
 } // namespace
 
+std::string machineIdentity() {
+    const std::vector<std::string> names = ownHostNames();
+    return (names.empty() ? std::string() : names.front()) + " " + machineNumber();
+}
+
 bool isThisMachine(std::string_view host) {
     const std::string upper = upperCase(host);
     std::string_view name = upper;

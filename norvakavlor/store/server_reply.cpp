@@ -23,14 +23,20 @@ bool serverTook(const platform::HttpReply& reply, std::string_view lead) {
 }
 
 std::string reasonAgainst(const platform::HttpReply& reply) {
+    const std::string begin = upperCase(std::string_view(reply.text).substr(0, 200));
     platform::ParseError error;
-    const auto document = platform::parseXml(reply.text, &error);
-    const std::string content = reply.text.empty() ? "an empty reply"
-                                : !document ? "a reply that is no document, " + std::to_string(error.line) +
-                                                  ":" + std::to_string(error.column) + ": " + error.reason
-                                : equalIgnoringCase(document->root().name(), "html")
-                                    ? "an HTML page"
-                                    : "a reply with the root <" + std::string(document->root().name()) + ">";
+    std::string content;
+    if (reply.text.empty()) {
+        content = "an empty reply";
+    } else if (begin.find("<HTML") != std::string::npos ||
+               begin.find("<!DOCTYPE HTML") != std::string::npos) {
+        content = "an HTML page";
+    } else if (const auto document = platform::parseXml(reply.text, &error)) {
+        content = "a reply with the root <" + std::string(document->root().name()) + ">";
+    } else {
+        content = "a reply that is no document, " + std::to_string(error.line) + ":" +
+                  std::to_string(error.column) + ": " + error.reason;
+    }
     return std::to_string(reply.status) + ", " + content;
 }
 

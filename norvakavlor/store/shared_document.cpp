@@ -9,6 +9,7 @@
 #include <norvakavlor/store/endpoint_request.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/server_reply.h>
+#include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
 #include <optional>
 #include <utility>
@@ -25,21 +26,28 @@ void randomWait(double low, double high) {
         sleepFor(std::chrono::milliseconds(5));
 }
 
-bool lockFile(const std::string& path, const SharedChange& change) {
+/// "locked since 2:05:09 PM by process 812", as far as it is known.
+std::string lockedBy(const std::string& path) {
+    const auto owner = platform::lockOwner(path);
+    return owner ? "locked since " + toText(owner->taken) + " by process " + std::to_string(owner->process)
+                 : "read-only, and no lock file tells by whom: clear the attribute if no program adds to it";
+}
+
+bool takeLock(platform::DocumentLock& lock, const SharedChange& change) {
     constexpr int kTries = 3;
     seedRandom();
     bool wasMade = false;
     for (int tries = 0; tries < kTries;) {
-        switch (platform::tryLockDocument(path)) {
+        switch (lock.tryTake()) {
         case platform::LockResult::Taken:
             return true;
         case platform::LockResult::Missing:
             // Where a document was just made and is not to be had, there will be none.
             if (std::exchange(wasMade, true)) {
-                noteReason(shownLocation(path) + ": the file was made and is gone again");
+                noteReason(lock.path() + ": the file was made and is gone again");
                 return false;
             }
-            platform::createDocument(path, change.first().toText());
+            platform::createDocument(lock.path(), change.first().toText());
             break;
         case platform::LockResult::Held:
             wasMade = false;
@@ -47,15 +55,15 @@ bool lockFile(const std::string& path, const SharedChange& change) {
             ++tries;
         }
     }
-    noteReason(shownLocation(path) + ": the file is locked, and stayed so for three tries");
+    noteReason(lock.path() + ": " + lockedBy(lock.path()));
     return false;
 }
 
 /// The document whose lock is held; nothing when it does not parse. What cannot be read now is nobody's fault
 /// and keeps no lock.
-std::optional<SourceDocument> readLocked(const std::string& path, const platform::LockRelease& lock) {
+std::optional<SourceDocument> readLocked(platform::DocumentLock& lock) {
     try {
-        return parseLocalDocument(path);
+        return parseLocalDocument(lock.path());
     } catch (const Error&) {
         lock.release();
         throw;
@@ -63,12 +71,12 @@ std::optional<SourceDocument> readLocked(const std::string& path, const platform
 }
 
 bool changeFile(const std::string& path, const SharedChange& change) {
-    const platform::LockRelease lock(path);
-    if (!lockFile(path, change))
+    platform::DocumentLock lock(path);
+    if (!takeLock(lock, change))
         return false;
     std::string content;
     try {
-        const auto document = readLocked(path, lock);
+        const auto document = readLocked(lock);
         if (!document)
             return false;
         if (!isOfKind(*document, change.names)) {
@@ -83,7 +91,7 @@ bool changeFile(const std::string& path, const SharedChange& change) {
         lock.release();
         throw;
     }
-    platform::replaceLockedDocument(lock, content);
+    lock.replaceAndRelease(content);
     return true;
 }
 

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 /// The file's state, links followed; nothing if it is missing.
 std::optional<struct stat> stateOf(const fs::path& path) {
     struct stat state {};
-    if (::stat(path.c_str(), &state) != 0)
+    if (uninterrupted([&] { return ::stat(path.c_str(), &state); }) != 0)
         return std::nullopt;
     return state;
 }
@@ -29,12 +29,22 @@ std::optional<struct stat> stateOf(const fs::path& path) {
 /// A path with a NUL would be cut and name another file, so it names none.
 bool isPossible(std::string_view path) { return path.find('\0') == std::string_view::npos; }
 
-/// State of a file; raises 53 if it is missing or a folder.
+/// The error for a file that a caller expects to be there.
+Error readingError(int code) {
+    const RuntimeError error = errorOfCode(code);
+    return runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
+}
+
+/// State of a file; raises 53 if it is missing or a folder, and why it cannot be looked at.
 struct stat stateOfFile(const std::string& path) {
-    const auto state = isPossible(path) ? stateOf(localPath(path)) : std::nullopt;
-    if (!state || S_ISDIR(state->st_mode))
+    struct stat state {};
+    if (!isPossible(path))
         throw runtimeError(RuntimeError::FileNotFound);
-    return *state;
+    if (uninterrupted([&] { return ::stat(localPath(path).c_str(), &state); }) != 0)
+        throw readingError(errno);
+    if (S_ISDIR(state.st_mode))
+        throw runtimeError(RuntimeError::FileNotFound);
+    return state;
 }
 
 bool isReadOnly(const struct stat& state) { return (state.st_mode & S_IWUSR) == 0; }
@@ -82,19 +92,22 @@ bool fileExists(const std::string& path) {
 
 bool isKnownMissing(const std::string& path) {
     struct stat state {};
-    return isPossible(path) && ::stat(localPath(path).c_str(), &state) != 0 &&
+    return isPossible(path) && uninterrupted([&] { return ::stat(localPath(path).c_str(), &state); }) != 0 &&
            (errno == ENOENT || errno == ENOTDIR);
 }
 
 std::vector<std::string> fileNamesIn(const std::string& folder) {
     std::vector<std::string> names;
-    if (!folderExists(folder))
+    if (!isPossible(folder))
         return names;
     // Not the standard library's iterator: if it runs out of memory, it ends the process.
     const std::unique_ptr<DIR, decltype([](DIR* open) { ::closedir(open); })> directory(
         ::opendir(localPath(folder).c_str()));
-    if (!directory)
+    if (!directory) {
+        if (errorOfCode(errno) == RuntimeError::PathNotFound)
+            return names;
         throw runtimeError(errorOfCode(errno));
+    }
     errno = 0;
     while (const dirent* const entry = ::readdir(directory.get())) {
         struct stat state {};
@@ -114,14 +127,15 @@ std::vector<std::string> fileNamesIn(const std::string& folder) {
 
 std::string readFile(const std::string& path) {
     stateOfFile(path);
-    // A pipe, say, must not keep the caller waiting.
-    const FileDescriptor file(::open(localPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file) {
-        const RuntimeError error = errorOfCode(errno);
-        throw runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
-    }
+    // What is no plain file (a pipe) must not keep the caller waiting.
+    const FileDescriptor file(
+        uninterrupted([&] { return ::open(localPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+    if (!file)
+        throw readingError(errno);
     struct stat state {};
-    if (::fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode))
+    if (uninterrupted([&] { return ::fstat(file.get(), &state); }) != 0)
+        throw readingError(errno);
+    if (!S_ISREG(state.st_mode))
         throw runtimeError(RuntimeError::DeviceError);
     xml::checkSize(static_cast<size_t>(state.st_size));
     // One byte more than its size, so that the end shows; a file that grows is read on.
@@ -129,11 +143,10 @@ std::string readFile(const std::string& path) {
     size_t length = 0;
     content.resize(static_cast<size_t>(state.st_size) + 1);
     while (true) {
-        const ssize_t count = ::read(file.get(), content.data() + length, content.size() - length);
+        const ssize_t count = uninterrupted(
+            [&] { return ::read(file.get(), content.data() + length, content.size() - length); });
         if (count == 0)
             break;
-        if (count < 0 && errno == EINTR)
-            continue;
         if (count < 0)
             throw runtimeError(errorOfCode(errno));
         length += static_cast<size_t>(count);
@@ -149,7 +162,9 @@ bool renameFile(const std::string& path, const std::string& newPath) {
     stateOfFile(path);
     const fs::path from = localPath(path);
     const fs::path to = localPath(newPath);
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+    const int answer = uninterrupted(
+        [&] { return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE); });
+    if (answer == 0)
         return true;
     // Some file systems lack such renaming; making a link never overwrites another file.
     if (errno == EINVAL && ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0)
@@ -162,10 +177,8 @@ bool renameFile(const std::string& path, const std::string& newPath) {
 void deleteOneFile(const std::string& path, bool force) {
     if (isReadOnly(stateOfFile(path)) && !force)
         throw runtimeError(RuntimeError::PermissionDenied);
-    if (::unlink(localPath(path).c_str()) != 0) {
-        const RuntimeError error = errorOfCode(errno);
-        throw runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
-    }
+    if (uninterrupted([&] { return ::unlink(localPath(path).c_str()); }) != 0)
+        throw readingError(errno);
 }
 
 bool sameFile(const std::string& left, const std::string& right) {
@@ -183,7 +196,7 @@ void setReadOnly(const std::string& path, bool readOnly) {
     const mode_t mode = stateOfFile(path).st_mode & 07777;
     // Change only the owner's permission: the group's stays after setting and clearing.
     const mode_t wanted = readOnly ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
-    if (wanted != mode && ::chmod(localPath(path).c_str(), wanted) != 0)
+    if (wanted != mode && uninterrupted([&] { return ::chmod(localPath(path).c_str(), wanted); }) != 0)
         throw runtimeError(errorOfCode(errno));
 }
 

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 /// decides, for the superuser too), 57 if it is not a plain file.
 std::optional<struct stat> stateOfReplaceable(const fs::path& target) {
     struct stat state {};
-    if (::stat(target.c_str(), &state) != 0) {
+    if (uninterrupted([&] { return ::stat(target.c_str(), &state); }) != 0) {
         if (errno == ENOENT && target.has_filename())
             return std::nullopt;
         throw lastError();
@@ -25,7 +25,7 @@ std::optional<struct stat> stateOfReplaceable(const fs::path& target) {
         throw runtimeError(RuntimeError::PermissionDenied);
     if (!S_ISREG(state.st_mode))
         throw runtimeError(RuntimeError::DeviceError);
-    if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
+    if (uninterrupted([&] { return ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS); }) != 0)
         throw lastError();
     return state;
 }

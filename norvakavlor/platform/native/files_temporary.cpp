@@ -19,12 +19,11 @@ namespace fs = std::filesystem;
 
 void writeAll(const FileDescriptor& file, std::string_view content) {
     while (!content.empty()) {
-        const ssize_t count = ::write(file.get(), content.data(), content.size());
-        if (count >= 0) {
-            content.remove_prefix(static_cast<size_t>(count));
-        } else if (errno != EINTR) {
+        const ssize_t count =
+            uninterrupted([&] { return ::write(file.get(), content.data(), content.size()); });
+        if (count < 0)
             throw lastError();
-        }
+        content.remove_prefix(static_cast<size_t>(count));
     }
 }
 
@@ -34,9 +33,10 @@ fs::path folderOf(const fs::path& target) {
 
 /// Makes the new name last. The content is in place by now, so that a failure here is none of the save's.
 void flushFolder(const fs::path& folder) {
-    const FileDescriptor file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const FileDescriptor file(
+        uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     if (file)
-        std::ignore = ::fsync(file.get());
+        std::ignore = uninterrupted([&] { return ::fsync(file.get()); });
 }
 
 /// Removes what interrupted saves of the same target left behind.
@@ -72,22 +72,23 @@ fs::path pathBehindLinks(const std::string& path) {
 }
 
 TemporaryFile::TemporaryFile(const fs::path& target, mode_t mode)
-    : path_(target.parent_path() / temporaryName(target.filename().string())),
-      file_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
+    : path_(target.parent_path() / temporaryName(target.filename().string())), file_(uninterrupted([&] {
+          return ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+      })) {
     if (!file_)
         throw lastError();
 }
 
 TemporaryFile::~TemporaryFile() {
     if (!path_.empty())
-        ::unlink(path_.c_str());
+        uninterrupted([&] { return ::unlink(path_.c_str()); });
 }
 
 void TemporaryFile::takeOwnerAndMode(const struct stat& state) const {
     // Who may not give files away keeps them; the group is tried alone then.
-    if (::fchown(file_.get(), state.st_uid, state.st_gid) != 0)
+    if (uninterrupted([&] { return ::fchown(file_.get(), state.st_uid, state.st_gid); }) != 0)
         std::ignore = ::fchown(file_.get(), static_cast<uid_t>(-1), state.st_gid);
-    if (::fchmod(file_.get(), state.st_mode & 07777) != 0)
+    if (uninterrupted([&] { return ::fchmod(file_.get(), state.st_mode & 07777); }) != 0)
         throw lastError();
 }
 
@@ -95,14 +96,15 @@ void TemporaryFile::write(std::string_view content) {
     xml::checkSize(content.size());
     writeAll(file_, content);
     struct stat state {};
-    if (::fsync(file_.get()) != 0 || ::fstat(file_.get(), &state) != 0 || !file_.close())
+    if (uninterrupted([&] { return ::fsync(file_.get()); }) != 0 ||
+        uninterrupted([&] { return ::fstat(file_.get(), &state); }) != 0 || !file_.close())
         throw lastError();
     written_ = state.st_mtime;
 }
 
 void TemporaryFile::replace(const fs::path& target) {
     const fs::path folder = folderOf(target);
-    if (::rename(path_.c_str(), target.c_str()) != 0)
+    if (uninterrupted([&] { return ::rename(path_.c_str(), target.c_str()); }) != 0)
         throw lastError();
     path_.clear();
     flushFolder(folder);
@@ -114,12 +116,14 @@ bool TemporaryFile::becomeNew(const fs::path& target) {
     // end.
     const fs::path folder = folderOf(target);
     const bool isRenamed =
-        ::renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0;
+        uninterrupted([&] {
+            return ::renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE);
+        }) == 0;
     if (isRenamed) {
         path_.clear();
     } else if (errno == EEXIST) {
         return false;
-    } else if (::link(path_.c_str(), target.c_str()) != 0) {
+    } else if (uninterrupted([&] { return ::link(path_.c_str(), target.c_str()); }) != 0) {
         if (errno == EEXIST)
             return false;
         throw lastError();

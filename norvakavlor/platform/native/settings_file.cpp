@@ -96,7 +96,7 @@ std::vector<std::string> linesOf(std::string_view text) {
 std::vector<std::string> readLines(const fs::path& folder) {
     const std::string path = (folder / "settings").string();
     struct stat state {};
-    if (::stat(path.c_str(), &state) == 0)
+    if (uninterrupted([&] { return ::stat(path.c_str(), &state); }) == 0)
         return linesOf(readFile(path));
     if (errno != ENOENT)
         throw runtimeError(errorOfCode(errno));
@@ -105,13 +105,12 @@ std::vector<std::string> readLines(const fs::path& folder) {
 
 /// Held during a change, so that two processes do not lose each other's values.
 FileDescriptor lockOf(const fs::path& folder) {
-    FileDescriptor file(::open((folder / "settings.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    FileDescriptor file(uninterrupted(
+        [&] { return ::open((folder / "settings.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600); }));
     if (!file)
         throw runtimeError(errorOfCode(errno));
-    while (::flock(file.get(), LOCK_EX) != 0) {
-        if (errno != EINTR)
-            throw runtimeError(errorOfCode(errno));
-    }
+    if (uninterrupted([&] { return ::flock(file.get(), LOCK_EX); }) != 0)
+        throw runtimeError(errorOfCode(errno));
     return file;
 }
 
@@ -125,7 +124,9 @@ void changeSettingsFile(std::string_view key, std::string_view name,
                         const std::optional<std::string>& value) {
     const fs::path folder = settingsFolder();
     std::error_code failure;
-    fs::create_directories(folder, failure);
+    do
+        fs::create_directories(folder, failure);
+    while (failure == std::errc::interrupted);
     if (failure)
         throw runtimeError(errorOfCode(failure.value()));
     const FileDescriptor lock = lockOf(folder);

@@ -1,6 +1,7 @@
 #include <norvakavlor/platform/this_machine.h>
 
 #include <array>
+#include <norvakavlor/platform/files.h>
 #include <unistd.h>
 
 namespace norvakavlor::platform {
@@ -12,5 +13,7 @@ std::vector<std::string> ownHostNames() {
         return {};
     return {name.data()};
 }
+
+std::string machineNumber() { return firstLine("/etc/machine-id").value_or(""); }
 
 } // namespace norvakavlor::platform

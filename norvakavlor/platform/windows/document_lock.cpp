@@ -1,9 +1,12 @@
 #include <norvakavlor/platform/document_lock.h>
 
+#include <norvakavlor/platform/document_lock_mark.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/platform/windows/document_lock_file.h>
 #include <norvakavlor/platform/windows/files_handle.h>
 #include <norvakavlor/platform/windows/files_temporary.h>
+#include <norvakavlor/platform/windows/text_wide.h>
 #include <optional>
 #include <utility>
 
@@ -11,16 +14,6 @@ namespace norvakavlor::platform {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Testing and setting the attribute is one step for all who have this byte first, far behind the end of
-/// every document, where readers never meet it. The system frees it with the handle.
-DWORD lockByte(HANDLE file) {
-    OVERLAPPED place{};
-    place.OffsetHigh = 0x40000000;
-    return ::LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place)
-               ? DWORD{ERROR_SUCCESS}
-               : ::GetLastError();
-}
 
 std::optional<BY_HANDLE_FILE_INFORMATION> stateOf(const FileHandle& file) {
     BY_HANDLE_FILE_INFORMATION state{};
@@ -33,11 +26,6 @@ std::optional<BY_HANDLE_FILE_INFORMATION> stateOf(const fs::path& path) {
     return stateOf(openShared(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING));
 }
 
-bool isSameFile(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other) {
-    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
-           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
-}
-
 bool setAttributes(const FileHandle& file, DWORD attributes) {
     FILE_BASIC_INFO change{}; // times of 0 stay as they are, as do attributes of 0
     change.FileAttributes = attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes;
@@ -48,8 +36,25 @@ bool setAttributes(const FileHandle& file, DWORD attributes) {
 /// nothing about it.
 bool isGone(DWORD error) { return errorOfCode(error) == RuntimeError::PathNotFound || isHeldByOthers(error); }
 
-/// Nothing when the file opened is not the document any more: another process replaced it meanwhile.
-std::optional<LockResult> tryLockOnce(const fs::path& path) {
+bool isReadOnly(const BY_HANDLE_FILE_INFORMATION& state) {
+    return (state.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+std::string documentLineOf(const BY_HANDLE_FILE_INFORMATION& state) {
+    return lockDocumentLine(uint64_t{state.nFileIndexHigh} << 32 | state.nFileIndexLow,
+                            uint64_t{state.ftLastWriteTime.dwHighDateTime} << 32 |
+                                state.ftLastWriteTime.dwLowDateTime);
+}
+
+/// A document whose attribute nobody else changes while this lives.
+struct GuardedFile {
+    LockResult result = LockResult::Missing; ///< Taken when the guard stands, Held when another one does
+    FileHandle file;
+    BY_HANDLE_FILE_INFORMATION state{};
+};
+
+/// Testing and setting the attribute is one step for all who have locked this byte of the document first.
+GuardedFile guard(const fs::path& path) {
     FileHandle file;
     DWORD error = retryWhileHeld([&] {
         file = openShared(path, GENERIC_READ | FILE_WRITE_ATTRIBUTES, OPEN_EXISTING);
@@ -57,29 +62,42 @@ std::optional<LockResult> tryLockOnce(const fs::path& path) {
     });
     if (error != ERROR_SUCCESS) {
         if (errorOfCode(error) == RuntimeError::PathNotFound)
-            return LockResult::Missing;
+            return {};
         throw runtimeError(errorOfCode(error));
     }
-    error = retryWhileHeld([&] { return lockByte(file.get()); });
+    error = retryWhileHeld([&] { return lockFarByte(file); });
     if (isHeldByOthers(error))
-        return LockResult::Held;
+        return {LockResult::Held, {}, {}};
     const auto state = stateOf(file);
     if (error != ERROR_SUCCESS || !state)
         throw runtimeError(errorOfCode(error != ERROR_SUCCESS ? error : ::GetLastError()));
-    const bool isHeld = (state->dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
-    if (!isHeld && !setAttributes(file, state->dwFileAttributes | FILE_ATTRIBUTE_READONLY))
-        throw runtimeError(errorOfCode(::GetLastError()));
+    return {LockResult::Taken, std::move(file), *state};
+}
+
+/// Has this file the name still?
+bool isNamed(const BY_HANDLE_FILE_INFORMATION& file, const fs::path& path) {
     const auto named = stateOf(path);
     if (const DWORD failure = named ? DWORD{ERROR_SUCCESS} : ::GetLastError();
-        failure != ERROR_SUCCESS && !isGone(failure)) {
-        if (!isHeld)
-            setAttributes(file, state->dwFileAttributes);
+        failure != ERROR_SUCCESS && !isGone(failure))
         throw runtimeError(errorOfCode(failure));
-    }
-    if (!named || !isSameFile(*named, *state))
-        return std::nullopt;
-    return isHeld ? LockResult::Held : LockResult::Taken;
+    return named && isSameFile(*named, file);
 }
+
+/// What becomes of the lock file and of the attribute at the end of an attempt, an error included.
+struct LockAttempt {
+    LockFile& file;
+    enum { Remove, Close, Keep } manner;
+    const GuardedFile* set = nullptr; ///< its attribute was set, and is cleared again
+
+    ~LockAttempt() {
+        if (set)
+            setAttributes(set->file, set->state.dwFileAttributes);
+        if (manner == Remove)
+            file.remove();
+        else if (manner == Close)
+            file.close();
+    }
+};
 
 bool nobodyHasItOpen(const fs::path& path) {
     constexpr DWORD kNothingShared = 0;
@@ -88,17 +106,16 @@ bool nobodyHasItOpen(const fs::path& path) {
     return static_cast<bool>(file);
 }
 
-/// Takes the lock again after it was released. False when another process had it meanwhile: what this one
-/// is about to write is out of date then, and the document is theirs.
-bool takeBack(const std::string& path, const BY_HANDLE_FILE_INFORMATION& released) {
-    if (tryLockDocument(path) != LockResult::Taken)
-        return false;
-    const auto state = stateOf(pathBehindLinks(path));
-    if (state && isSameFile(*state, released) &&
-        ::CompareFileTime(&state->ftLastWriteTime, &released.ftLastWriteTime) == 0)
-        return true;
-    setReadOnly(path, false);
-    return false;
+/// Sets the attribute again after it was cleared. False when another process, of a kind that knows no lock
+/// files, had it set meanwhile: what this one is about to write is out of date then, and the document is
+/// theirs.
+bool takeBack(const fs::path& target, const BY_HANDLE_FILE_INFORMATION& released) {
+    const GuardedFile document = guard(target);
+    return document.result == LockResult::Taken && !isReadOnly(document.state) &&
+           isSameFile(document.state, released) &&
+           ::CompareFileTime(&document.state.ftLastWriteTime, &released.ftLastWriteTime) == 0 &&
+           setAttributes(document.file, document.state.dwFileAttributes | FILE_ATTRIBUTE_READONLY) &&
+           isNamed(document.state, target);
 }
 
 /// One attempt to write and release. The system's error; the lock stands again then, unless this raises.
@@ -118,7 +135,7 @@ DWORD tryReplaceLocked(TemporaryFile& temporary, const std::string& path, const 
     const DWORD error = temporary.tryReplace(target, false);
     if (error == ERROR_SUCCESS)
         return error;
-    if (!takeBack(path, *state))
+    if (!takeBack(target, *state))
         throw runtimeError(RuntimeError::PermissionDenied);
     isLocked = true;
     return error;
@@ -126,51 +143,121 @@ DWORD tryReplaceLocked(TemporaryFile& temporary, const std::string& path, const 
 
 } // namespace
 
-LockResult tryLockDocument(const std::string& path) {
-    const fs::path target = pathBehindLinks(path);
+DocumentLock::DocumentLock(const std::string& path)
+    : path_(path), target_(pathBehindLinks(path)), lockFile_(std::make_unique<LockFile>(target_)) {}
+
+DocumentLock::~DocumentLock() {
+    // One that is not held may be proof of somebody else's death.
+    if (isHeld_)
+        lockFile_->remove();
+}
+
+LockResult DocumentLock::tryTake() {
     for (;;) {
-        // An open handle would be in the way of whoever is about to release the lock.
-        const DWORD attributes = ::GetFileAttributesW(target.c_str());
-        if (attributes != INVALID_FILE_ATTRIBUTES) {
-            if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
-                throw runtimeError(RuntimeError::PermissionDenied);
-            if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
-                return LockResult::Held;
-        }
-        if (const auto result = tryLockOnce(target))
+        if (const auto result = tryTakeOnce())
             return *result;
     }
 }
 
-LockRelease::LockRelease(const std::string& path) : path_(path), target_(pathBehindLinks(path)) {}
+/// Nothing when another file came into the place of the one looked at.
+std::optional<LockResult> DocumentLock::tryTakeOnce() {
+    // Without a handle, which would be in the way of whoever is about to release the lock.
+    const DWORD attributes = ::GetFileAttributesW(target_.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES && errorOfCode(::GetLastError()) == RuntimeError::PathNotFound)
+        return LockResult::Missing;
+    const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
+    if (isThere && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+        throw runtimeError(RuntimeError::PermissionDenied);
+    const bool mayBeSet = isThere && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    // A document that is read-only and has no lock file is read-only for another reason, and gets none.
+    switch (lockFile_->open(!mayBeSet)) {
+    case LockFile::Opened::Held:
+    case LockFile::Opened::Missing:
+        return LockResult::Held;
+    case LockFile::Opened::Locked:
+    case LockFile::Opened::Impossible:
+        break;
+    }
+    GuardedFile document;
+    // While the document may be locked, an error leaves what proves it.
+    LockAttempt attempt{*lockFile_, mayBeSet ? LockAttempt::Close : LockAttempt::Remove};
+    if (mayBeSet && !lockFile_->isOpen())
+        return LockResult::Held;
+    document = guard(target_);
+    if (document.result == LockResult::Held)
+        return LockResult::Held;
+    if (document.result == LockResult::Missing) {
+        attempt.manner = LockAttempt::Remove;
+        return LockResult::Missing;
+    }
+    const std::string documentLine = documentLineOf(document.state);
+    const bool isSet = isReadOnly(document.state);
+    if (isSet) {
+        // What tells of this very lock, though it proves nothing here, may still serve others.
+        const std::string mark = lockFile_->isOpen() ? lockFile_->text() : std::string();
+        attempt.manner = mark.starts_with(documentLine) ? LockAttempt::Close : LockAttempt::Remove;
+        if (!isOwnLockMark(mark, documentLine))
+            return LockResult::Held;
+    }
+    if (lockFile_->isOpen())
+        lockFile_->write(lockMark(documentLine));
+    if (!isSet && !setAttributes(document.file, document.state.dwFileAttributes | FILE_ATTRIBUTE_READONLY))
+        throw runtimeError(errorOfCode(::GetLastError()));
+    attempt.set = isSet ? nullptr : &document;
+    // A plain save may have replaced it meanwhile.
+    if (!isNamed(document.state, target_))
+        return std::nullopt;
+    attempt.set = nullptr;
+    attempt.manner = LockAttempt::Keep;
+    isHeld_ = true;
+    return LockResult::Taken;
+}
 
-void LockRelease::release() const noexcept {
+void DocumentLock::release() noexcept {
+    isHeld_ = false;
     const DWORD attributes = ::GetFileAttributesW(target_.c_str());
     const DWORD others = attributes & ~DWORD{FILE_ATTRIBUTE_READONLY};
-    if (attributes != INVALID_FILE_ATTRIBUTES)
-        ::SetFileAttributesW(target_.c_str(), others == 0 ? FILE_ATTRIBUTE_NORMAL : others);
+    if (attributes == INVALID_FILE_ATTRIBUTES ||
+        ::SetFileAttributesW(target_.c_str(), others == 0 ? FILE_ATTRIBUTE_NORMAL : others))
+        lockFile_->remove();
+    else
+        lockFile_->close(); // so that the next process takes over
 }
 
-void replaceLockedDocument(const LockRelease& lock, std::string_view content) {
-    const std::string& path = lock.path();
-    const fs::path& target = lock.target();
-    const bool isMissing = ::GetFileAttributesW(target.c_str()) == INVALID_FILE_ATTRIBUTES;
-    if (isMissing && createDocument(path, content))
-        return;
+void DocumentLock::replaceAndRelease(std::string_view content) {
     bool isLocked = true;
     try {
-        TemporaryFile temporary(target);
-        temporary.write(content);
-        const DWORD error =
-            retryWhileHeld([&] { return tryReplaceLocked(temporary, path, target, isLocked); });
-        if (error != ERROR_SUCCESS)
-            throw runtimeError(errorOfCode(error));
+        const bool isMissing = ::GetFileAttributesW(target_.c_str()) == INVALID_FILE_ATTRIBUTES;
+        if (!isMissing || !createDocument(path_, content)) {
+            TemporaryFile temporary(target_);
+            temporary.write(content);
+            const DWORD error =
+                retryWhileHeld([&] { return tryReplaceLocked(temporary, path_, target_, isLocked); });
+            if (error != ERROR_SUCCESS)
+                throw runtimeError(errorOfCode(error));
+        }
     } catch (const std::exception&) {
         if (isLocked)
-            lock.release();
+            release();
+        else
+            lockFile_->remove();
         throw;
     }
+    isHeld_ = false;
+    lockFile_->remove();
 }
+
+std::optional<LockOwner> lockOwner(const std::string& path) {
+    const fs::path target = pathBehindLinks(path);
+    const auto state = stateOf(target);
+    if (!state || !isReadOnly(*state))
+        return std::nullopt;
+    std::string mark;
+    ignoringErrors([&] { mark = readFile(fromWide(LockFile(target).path().wstring())); });
+    return lockOwnerIn(mark, documentLineOf(*state));
+}
+
+uint32_t processNumber() { return ::GetCurrentProcessId(); }
 
 bool createDocument(const std::string& path, std::string_view content) {
     const fs::path target = pathBehindLinks(path);

@@ -1,5 +1,6 @@
 #include <norvakavlor/platform/this_machine.h>
 
+#include <array>
 #include <norvakavlor/platform/windows/text_wide.h>
 #include <windows.h>
 
@@ -18,6 +19,18 @@ std::vector<std::string> ownHostNames() {
         }
     }
     return names;
+}
+
+std::string machineNumber() {
+    // A 32-bit program sees the number of the 64-bit system, too.
+    constexpr DWORD kIn64BitKeys = 0x00010000;
+    constexpr DWORD kLongest = 64;
+    std::array<wchar_t, kLongest> number{};
+    DWORD size = sizeof number;
+    const LSTATUS failure =
+        ::RegGetValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Cryptography", L"MachineGuid",
+                       RRF_RT_REG_SZ | kIn64BitKeys, nullptr, number.data(), &size);
+    return failure == ERROR_SUCCESS ? fromWide(number.data()) : std::string();
 }
 
 } // namespace norvakavlor::platform
