@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <iterator>
@@ -26,9 +27,15 @@ namespace fs = std::filesystem;
 
 struct Plan {
     bool isShort = false;
+    int percent = 100;               ///< of the long form
     std::vector<std::string> worker; ///< the command that starts one
     bool isForeign = false;          ///< the worker is no native program
 };
+
+/// How many rounds: of the short form, or the part that is wanted of the long one.
+int roundsOf(const Plan& plan, int shortOnes, int longOnes) {
+    return plan.isShort ? shortOnes : std::max(1, longOnes * plan.percent / 100);
+}
 
 std::mt19937& chance() {
     static std::mt19937 engine(std::random_device{}());
@@ -94,9 +101,18 @@ std::string leftovers(const Act& act, const Folder& folder, int& cleaned) {
     return folder.temporaries().empty() ? "" : "stays for ever: " + folder.temporaries().front().string();
 }
 
+/// To this native program one of the other product is as one on another machine, whose locks it leaves alone.
+/// So another of those has to take over first.
+std::string takeoverByForeign(const Plan& plan, const Folder& folder) {
+    fs::remove(folder.path() + "stop");
+    return !plan.isForeign || Worker(plan.worker, "insertion", folder.path(), "t", 1).ends(60)
+               ? ""
+               : "the roster is locked for ever";
+}
+
 /// Kills after 2 to 160 ms.
 int kills(const Plan& plan) {
-    const int rounds = plan.isForeign ? (plan.isShort ? 10 : 340) : (plan.isShort ? 75 : 5000);
+    const int rounds = plan.isForeign ? roundsOf(plan, 15, 500) : roundsOf(plan, 75, 5000);
     int faults = 0;
     for (const Act& act : acts()) {
         if (plan.isForeign && (act.name == "server" || act.name == "setting"))
@@ -116,6 +132,8 @@ int kills(const Plan& plan) {
             ++tally.disturbed;
             const auto reported = worker.reported();
             tally.reported += static_cast<int>(reported.size());
+            if (act.name == "insertion")
+                tally.fault(takeoverByForeign(plan, folder));
             tally.fault(act.fault(folder.path(), reported));
             tally.fault(leftovers(act, folder, cleaned));
         }
@@ -192,10 +210,22 @@ void append(std::vector<std::string>& all, Worker& worker) {
     all.insert(all.end(), more.begin(), more.end());
 }
 
+/// The process that has the roster locked; 0 when nobody has. A foreign one has another number here.
+pid_t ownerOf(const Folder& folder) {
+    const auto owner = platform::lockOwner(folder.path() + "roster.xml");
+    return owner ? static_cast<pid_t>(owner->process) : 0;
+}
+
+/// Rather who holds the lock than any other.
+Worker& victim(std::vector<Worker>& workers, pid_t owner) {
+    const auto holder = std::ranges::find(workers, owner, &Worker::process);
+    return holder != workers.end() ? *holder : workers[static_cast<size_t>(between(0, kWorkers - 1))];
+}
+
 /// Eight processes add to one roster, and one after another is killed and replaced.
 int locks(const Plan& plan) {
     constexpr int kKillsEach = 10;
-    const int rounds = plan.isShort ? (plan.isForeign ? 1 : 3) : (plan.isForeign ? 40 : 200);
+    const int rounds = plan.isForeign ? roundsOf(plan, 1, 40) : roundsOf(plan, 3, 200);
     const Act& act = actOf("insertion");
     Tally tally{"locks"};
     int died = 0;
@@ -206,11 +236,10 @@ int locks(const Plan& plan) {
         std::vector<Worker> workers = startWorkers(plan, folder, round, 0, tally);
         for (int kill = 0; kill < kKillsEach; ++kill) {
             pause(between(2, 160));
-            Worker& worker = workers[static_cast<size_t>(between(0, kWorkers - 1))];
+            Worker& worker = victim(workers, ownerOf(folder));
             const pid_t process = worker.process();
             worker.kill();
-            const auto owner = platform::lockOwner(folder.path() + "roster.xml");
-            died += owner && static_cast<pid_t>(owner->process) == process ? 1 : 0;
+            died += ownerOf(folder) == process ? 1 : 0;
             ++tally.disturbed;
             append(reported, worker);
             worker = Worker(plan.worker, "insertion", folder.path(),
@@ -225,6 +254,7 @@ int locks(const Plan& plan) {
             append(reported, worker);
         }
         tally.reported += static_cast<int>(reported.size());
+        tally.fault(takeoverByForeign(plan, folder));
         tally.fault(act.fault(folder.path(), reported));
         int cleaned = 0;
         tally.fault(leftovers(act, folder, cleaned));
@@ -236,7 +266,7 @@ int locks(const Plan& plan) {
 
 /// Eight processes add a number of students each to one roster, and one is killed meanwhile.
 int insertions(const Plan& plan) {
-    const int rounds = plan.isShort ? (plan.isForeign ? 1 : 2) : (plan.isForeign ? 20 : 500);
+    const int rounds = plan.isForeign ? roundsOf(plan, 1, 20) : roundsOf(plan, 2, 500);
     const int count = plan.isShort ? 20 : 100;
     const Act& act = actOf("insertion");
     Tally tally{"insertions"};
@@ -257,6 +287,7 @@ int insertions(const Plan& plan) {
         tally.reported += static_cast<int>(reported.size());
         tally.fault(reported.size() < (kWorkers - 1) * static_cast<size_t>(count) ? "not all were stored"
                                                                                   : "");
+        tally.fault(takeoverByForeign(plan, folder));
         tally.fault(act.fault(folder.path(), reported));
         int cleaned = 0;
         tally.fault(leftovers(act, folder, cleaned));
@@ -326,6 +357,8 @@ int run(const std::vector<std::string>& arguments) {
     for (const std::string& argument : arguments) {
         if (argument == "--short")
             plan.isShort = true;
+        else if (argument.starts_with("--percent="))
+            plan.percent = std::atoi(argument.c_str() + argument.find('=') + 1);
         else if (argument == "--foreign")
             plan.isForeign = true;
         else if (argument.find('/') != std::string::npos)
