@@ -91,8 +91,7 @@ void Check::add(Finding::Rank rank, const std::string& path, const std::string& 
     findings.push_back({rank, installation_.relative(path), 0, 0, id, text});
 }
 
-/// `kind` is that of a document that is there once, else "".
-bool Check::load(const std::string& path, std::string_view kind, const Load& load) {
+bool Check::load(const std::string& path, const Load& load) {
     checkInterrupted();
     const size_t before = collector_.faults.size();
     bool loaded = false;
@@ -107,7 +106,7 @@ bool Check::load(const std::string& path, std::string_view kind, const Load& loa
     }
     ++documents;
     if (!loaded)
-        unread_.emplace(kind.empty() ? path.substr(path.rfind('/') + 1) : kind);
+        unread_.insert(path.substr(path.rfind('/') + 1));
     return loaded;
 }
 
@@ -125,15 +124,17 @@ void Check::checkSingles() {
     };
     static_assert(std::size(kSingles) == std::size(loads));
     for (size_t at = 0; at < std::size(loads); ++at) {
-        const std::string path = all.find(kSingles[at].file);
-        if (path.empty())
-            missing_.emplace(kSingles[at].kind);
-        else
-            load(path, kSingles[at].kind, loads[at]);
+        // One that cannot be read takes the place of one in a lower folder; that one still tells what IDs
+        // there are.
+        const std::vector<std::string> paths = all.findAll(kSingles[at].file);
+        const bool isRead = std::any_of(paths.begin(), paths.end(),
+                                        [&](const std::string& path) { return load(path, loads[at]); });
+        if (!isRead)
+            (paths.empty() ? missing_ : unread_).emplace(kSingles[at].kind);
     }
     const std::string preferences = all.find("preferences.xml");
     if (!preferences.empty())
-        load(preferences, "", [](const std::string& path) { return New<Preferences>()->Load(path); });
+        load(preferences, [](const std::string& path) { return New<Preferences>()->Load(path); });
 }
 
 void Check::checkFiles(
@@ -154,7 +155,7 @@ void Check::checkSets() {
                [&](const Installation::Folder& folder, const std::string& name) {
                    progress.step();
                    auto exam = New<Exam>();
-                   load(folder.path + name, "",
+                   load(folder.path + name,
                         [&](const std::string& path) { return exam->Load(path, all.questions.get()); });
                    for (const Ref<ExamAssignment>& assignment : *exam->ExamAssignments)
                        checkClass(folder.path + name, assignment->ClassRef, assignment->SectionRef);
@@ -162,7 +163,7 @@ void Check::checkSets() {
     checkFiles([](const std::string& name) { return name.ends_with(kExamListEnd); },
                [&](const Installation::Folder& folder, const std::string& name) {
                    progress.step();
-                   load(folder.path + name, "",
+                   load(folder.path + name,
                         [&](const std::string& path) { return New<ExamList>()->Load(path, directories_); });
                });
     // Without the pools: what an exam or a lesson lacks is not told again for each student.
@@ -176,7 +177,7 @@ void Check::checkSets() {
                [&](const Installation::Folder& folder, const std::string& name) {
                    progress.step();
                    auto lesson = New<Lesson>();
-                   load(folder.path + name, "",
+                   load(folder.path + name,
                         [&](const std::string& path) { return lesson->Load(path, all.tasks.get()); });
                    for (const Ref<LessonAssignment>& assignment : *lesson->LessonAssignments)
                        checkClass(folder.path + name, assignment->CourseID, assignment->SectionID);
@@ -190,7 +191,7 @@ void Check::checkSets() {
     checkFiles([](const std::string& name) { return isLessonMenuFile(name); },
                [&](const Installation::Folder& folder, const std::string& name) {
                    progress.step();
-                   load(folder.path + name, "", [&](const std::string& path) {
+                   load(folder.path + name, [&](const std::string& path) {
                        return New<LessonMenu>()->Load(path, directories_, nullptr, "", "");
                    });
                });
@@ -200,7 +201,7 @@ void Check::checkSets() {
 void Check::checkWork(const Installation::Folder& folder, const std::string& name, std::string_view mark,
                       const char* what, const Load& load) {
     const std::string path = folder.path + name;
-    this->load(path, "", load);
+    this->load(path, load);
     const size_t end = name.find(std::string(mark) + "_");
     if (end == std::string::npos)
         return; // the mark is in other letters
@@ -267,7 +268,7 @@ void Check::checkRemains() {
         },
         [&](const Installation::Folder& folder, const std::string& name) {
             auto launch = New<GradiumLiveEx>();
-            if (load(folder.path + name, "",
+            if (load(folder.path + name,
                      [&](const std::string& path) { return launch->Load(path, "none"); }))
                 add(Finding::Rank::Note, folder.path + name, launch->ExamID,
                     "the exercise " + inQuotes(launch->ExamID) + " of student " +

@@ -41,7 +41,7 @@ private:
     void checkWork(const Installation::Folder& folder, const std::string& name, std::string_view mark,
                    const char* what, const Load& load);
     void checkClass(const std::string& path, const std::string& course, const std::string& section);
-    bool load(const std::string& path, std::string_view kind, const Load& load);
+    bool load(const std::string& path, const Load& load);
     void sortOut();
     bool follows(const norvakavlor::Fault& fault) const;
     void add(Finding::Rank rank, const std::string& path, const std::string& id, const std::string& text);
