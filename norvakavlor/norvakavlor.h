@@ -29,6 +29,8 @@
 #include <norvakavlor/runtime/dictionary.h>
 #include <norvakavlor/runtime/log.h>
 #include <norvakavlor/runtime/reason.h>
+#include <norvakavlor/store/document_names.h>
+#include <norvakavlor/store/fault_collector.h>
 #include <norvakavlor/store/title_filename.h>
 #include <norvakavlor/students/students.h>
 #include <norvakavlor/text/convert.h>

@@ -86,7 +86,9 @@ void Exam::loadQuestions(xml::Node examNode, QuestionPool* questionPool) {
                 (ignoringErrors([&] { readField(field, reference, *question); }), ...);
             },
             kResults);
-        ignoringErrors([&] { Questions->Add(question, question->ID); });
+        if (questionPool && !questionPool->Questions->contains(question->ID))
+            noteWarning(reference, question->ID, kQuestionPoolDocument.kind, "unknown question");
+        ignoringErrors([&] { readsNode(reference, [&] { addMember(*Questions, question, question->ID); }); });
     }
 }
 

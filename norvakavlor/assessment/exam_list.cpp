@@ -41,6 +41,8 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
         for (const xml::Node file : xml::children(root, "examFile")) {
             if (const Ref<TitleFilename> exam = findExam(directories, file.text()))
                 Exams->Add(exam);
+            else if (!directories.empty())
+                noteWarning(file, file.text(), kExamDocument.kind, "no such exam");
         }
         return true;
     });

@@ -18,7 +18,8 @@ struct Switch {
 
 void readField(const Switch& field, xml::Node node, Preferences& preferences) {
     if (const xml::Node element = node.child(field.element))
-        preferences.*field.member = toBoolean(element.text());
+        readText(element, field.element, element.text(),
+                 [&](std::string_view text) { preferences.*field.member = toBoolean(text); });
 }
 
 void writeField(const Switch& field, xml::Node node, const Preferences& preferences) {
@@ -83,11 +84,16 @@ void Preferences::loadRetakeCount(xml::Node node) {
 void Preferences::loadRandomQuestions(xml::Node node) {
     const xml::Node element = node.child("randomQuestions");
     // False changes nothing: it is never saved.
-    if (!element || !toBoolean(element.text()))
+    bool isRandom = false;
+    if (element)
+        readText(element, element.name(), element.text(),
+                 [&](std::string_view text) { isRandom = toBoolean(text); });
+    if (!isRandom)
         return;
     RandomQuestionOrder = true;
     if (const auto limit = element.attribute("limit"))
-        RandomQuestionLimit = toInt16(*limit);
+        readText(element, "limit", *limit,
+                 [&](std::string_view text) { RandomQuestionLimit = toInt16(text); });
 }
 
 bool Preferences::Save(const std::string& location) const {

@@ -1,5 +1,6 @@
 #include <norvakavlor/assessment/question_format.h>
 
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
@@ -52,13 +53,20 @@ void readSteps(const StepList& list, xml::Node node, Question& question, ItemOf 
     for (const xml::Node element : elements) {
         // The attribute must exist; it may be empty.
         const auto step = element.attribute("step");
-        if (!step)
-            throw questionPoolError(list.missingStep, missingStepText(list, question));
-        if (!dictionary.tryAdd(*step, item(element))) {
-            throw questionPoolError(list.duplicate, "duplicate " + std::string(list.duplicateName) +
-                                                        " step attribute '" + std::string(*step) +
-                                                        "' for question ID " + question.ID);
+        if (!step) {
+            reportFault(
+                xml::at(element, questionPoolError(list.missingStep, missingStepText(list, question))),
+                FaultKind::Missing, question.ID, "step");
+            continue;
         }
+        readsNode(element, [&] {
+            if (!dictionary.tryAdd(*step, item(element))) {
+                reportFault(questionPoolError(list.duplicate, "duplicate " + std::string(list.duplicateName) +
+                                                                  " step attribute '" + std::string(*step) +
+                                                                  "' for question ID " + question.ID),
+                            FaultKind::Duplicate, std::string(*step));
+            }
+        });
     }
 }
 
@@ -144,19 +152,26 @@ Ref<Question> readQuestion(xml::Node node, Objectives* objectives, TaskPool* tas
     // These two sources have a colon, all others a dot; callers compare them.
     if (const xml::Node reference = node.child("objectiveRef")) {
         const auto* found = objectives ? objectives->ObjectiveMembers->find(reference.text()) : nullptr;
-        if (!found)
-            throw objectError(641, "QuestionPool:LoadFromXMLNode", "Invalid Objective ID");
-        question->Objective = *found;
-        question->Module = question->Objective->Module;
+        if (found) {
+            question->Objective = *found;
+            question->Module = question->Objective->Module;
+        } else {
+            reportFault(
+                xml::at(reference, objectError(641, "QuestionPool:LoadFromXMLNode", "Invalid Objective ID")),
+                FaultKind::Unknown, reference.text(), kObjectivesDocument.kind);
+        }
     }
     if (const xml::Node reference = node.child("taskRef")) {
         const std::string taskID = reference.text();
         const auto* found = taskPool ? taskPool->Tasks->find(taskID) : nullptr;
-        if (!found) {
-            throw objectError(642, "QuestionPool:LoadFromXMLNode",
-                              "Invalid Task ID " + taskID + " in question ID " + question->ID);
+        if (found) {
+            question->Task = *found;
+        } else {
+            reportFault(xml::at(reference,
+                                objectError(642, "QuestionPool:LoadFromXMLNode",
+                                            "Invalid Task ID " + taskID + " in question ID " + question->ID)),
+                        FaultKind::Unknown, taskID, kTaskPoolDocument.kind);
         }
-        question->Task = *found;
     }
     readSteps(kBackgroundImages, node, *question, textOf);
     readSteps(kCorrectImages, node, *question, textOf);

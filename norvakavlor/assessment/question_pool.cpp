@@ -37,13 +37,14 @@ bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, Tas
 bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {
     // Every child is a question, whatever its name; a comment gives empty fields.
     for (const xml::Node child : xml::children(poolNode))
-        add(readQuestion(child, objectives, taskPool));
+        readsNode(child, [&] { add(readQuestion(child, objectives, taskPool)); });
     return true;
 }
 
 void QuestionPool::add(const Ref<Question>& question) {
     if (!Questions->tryAdd(question, question->ID))
-        throw questionPoolError(653, "found duplication question id '" + question->ID + "'");
+        return reportFault(questionPoolError(653, "found duplication question id '" + question->ID + "'"),
+                           FaultKind::Duplicate, question->ID);
     modules_.add(question->Module);
 }
 

@@ -44,11 +44,14 @@ bool Course::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
     readFields(kCourseFields, node, *this);
     for (const xml::Node element : xml::children(node.child("sectionList"), "section")) {
         auto section = New<CourseSection>();
-        section->LoadFromXMLNode(element);
-        // Unlike a course's, a section's ID may be a name; the counter ignores it.
-        if (isNumeric(section->ID))
-            raiseCounter(NewSectionID, section->ID);
-        Sections->Add(section, section->ID);
+        readsNode(element, [&] {
+            section->LoadFromXMLNode(element);
+            noteMissingID(element, *section);
+            // Unlike a course's, a section's ID may be a name; the counter ignores it.
+            if (isNumeric(section->ID))
+                raiseCounter(NewSectionID, section->ID);
+            addMember(*Sections, section, section->ID);
+        });
     }
     if (const xml::Node reference = node.child("textBookRef")) {
         const std::string id = reference.text();
@@ -59,7 +62,9 @@ bool Course::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
             TextBook = *found;
         } else {
             // The plain number, without other object errors' base: callers test for it.
-            throw Error(641, "Course:LoadFromXMLNode", "Invalid textbook reference");
+            reportFault(
+                xml::at(reference, Error(641, "Course:LoadFromXMLNode", "Invalid textbook reference")),
+                FaultKind::Unknown, id, kTextBooksDocument.kind);
         }
     }
     return true;
@@ -106,10 +111,19 @@ bool Courses::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
     // Only class elements count here; other children are ignored.
     for (const xml::Node element : xml::children(node, "class")) {
         auto course = New<Course>();
-        if (!course->LoadFromXMLNode(element, textBooks))
+        bool goesOn = true;
+        readsNode(element, [&] {
+            goesOn = course->LoadFromXMLNode(element, textBooks);
+            if (!goesOn)
+                return;
+            noteMissingID(element, *course);
+            if (!course->ID.empty() || !FaultCollector::current())
+                readText(element.child("id"), "id", course->ID,
+                         [&](std::string_view id) { raiseCounter(nextCourseID_, std::string(id)); });
+            addMember(*CourseMembers, course, course->ID);
+        });
+        if (!goesOn)
             return false;
-        raiseCounter(nextCourseID_, course->ID);
-        CourseMembers->Add(course, course->ID);
     }
     return true;
 }

@@ -35,8 +35,9 @@ bool Reference::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
         } else if (const auto* found = textBooks->textBooks->find(id)) {
             TextBook = *found;
         } else {
-            throw objectError(601, "Reference Class - LoadFromXMLNode",
-                              "Textbook ID not found in Textbooks collection");
+            reportFault(xml::at(reference, objectError(601, "Reference Class - LoadFromXMLNode",
+                                                       "Textbook ID not found in Textbooks collection")),
+                        FaultKind::Unknown, id, kTextBooksDocument.kind);
         }
     }
     readField(kReferenceText, node, *this);
@@ -62,7 +63,7 @@ void saveReferences(const KeyedCollection<Reference>& references, xml::Node node
 void loadReferences(KeyedCollection<Reference>& references, xml::Node node, TextBooks* textBooks) {
     for (const xml::Node element : xml::children(node.child("referenceList"), "reference")) {
         auto reference = New<Reference>();
-        reference->LoadFromXMLNode(element, textBooks);
+        readsNode(element, [&] { reference->LoadFromXMLNode(element, textBooks); });
         references.Add(reference);
     }
 }

@@ -21,9 +21,11 @@ Ref<Task> readTask(xml::Node node, Objectives* objectives) {
     task->BaseHREF = node.child("baseHREF").text();
     if (const xml::Node reference = node.child("objectiveRef")) {
         const auto* found = objectives ? objectives->ObjectiveMembers->find(reference.text()) : nullptr;
-        if (!found)
-            throw loadError(621, "Invalid Objective ID");
-        task->Objective = *found;
+        if (found)
+            task->Objective = *found;
+        else
+            reportFault(xml::at(reference, loadError(621, "Invalid Objective ID")), FaultKind::Unknown,
+                        reference.text(), kObjectivesDocument.kind);
     }
     // Pools get no textbooks, so each reference gets its own one with only an ID.
     loadReferences(*task->References, node, nullptr);
@@ -82,13 +84,14 @@ bool TaskPool::Load(const std::string& location, Objectives* objectives) {
 
 bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
     for (const xml::Node child : xml::children(poolNode))
-        add(readTask(child, objectives));
+        readsNode(child, [&] { add(readTask(child, objectives)); });
     return true;
 }
 
 void TaskPool::add(const Ref<Task>& task) {
     if (!Tasks->tryAdd(task, task->ID))
-        throw loadError(622, "Duplicate task ID '" + task->ID + "'");
+        return reportFault(loadError(622, "Duplicate task ID '" + task->ID + "'"), FaultKind::Duplicate,
+                           task->ID);
     if (task->Objective)
         modules_.add(task->Objective->Module);
 }

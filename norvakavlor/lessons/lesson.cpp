@@ -32,7 +32,7 @@ constexpr auto kOlderCompleted = attribute("completed", &Lesson::Completed);
 /// The lesson's own copy of a pool's task; only its ID without a pool. Raises 5 for a task that the pool
 /// lacks.
 Ref<Task> taskOf(TaskPool* pool, const std::string& id) {
-    if (pool)
+    if (pool && (!FaultCollector::current() || pool->Tasks->contains(id)))
         return pool->Tasks->Item(id)->Clone();
     auto task = New<Task>();
     task->ID = id;
@@ -70,10 +70,16 @@ bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std
         readField(kOlderCompleted, lessonNode, *this);
     readFields(kLessonFields, lessonNode, *this);
     for (const xml::Node reference : xml::children(lessonNode.child("taskList"), "taskRef")) {
-        const Ref<Task> task = taskOf(taskPool, reference.text());
-        if (const auto completed = reference.attribute("completed"))
-            task->CompletionDate = toDate(*completed);
-        Tasks->Add(task, task->ID);
+        const std::string id = reference.text();
+        if (taskPool && !taskPool->Tasks->contains(id))
+            noteWarning(reference, id, kTaskPoolDocument.kind, "unknown task");
+        readsNode(reference, [&] {
+            const Ref<Task> task = taskOf(taskPool, id);
+            if (const auto completed = reference.attribute("completed"))
+                readText(reference, "completed", *completed,
+                         [&](std::string_view text) { task->CompletionDate = toDate(text); });
+            addMember(*Tasks, task, task->ID);
+        });
     }
     for (const xml::Node element : xml::children(lessonNode, "lessonAssignment")) {
         auto assignment = New<LessonAssignment>();

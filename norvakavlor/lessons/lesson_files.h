@@ -30,7 +30,7 @@ inline constexpr int16_t kTextbookObjType = 2;
 [[gnu::visibility("default")]] bool isLessonFile(std::string_view fileName, int32_t lessonType);
 
 /// Menus end in "_LM.xml", in any letter case.
-bool isLessonMenuFile(std::string_view fileName);
+[[gnu::visibility("default")]] bool isLessonMenuFile(std::string_view fileName);
 
 /// The server's object kind of a lesson: "TextbookLesson" or "Lesson".
 std::string lessonKind(int16_t objType);

@@ -2,6 +2,7 @@
 
 #include <norvakavlor/lessons/lesson_files.h>
 #include <norvakavlor/runtime/reason.h>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/text/text.h>
@@ -54,6 +55,10 @@ bool Tutorial::LoadFromXMLNode(xml::Node objNode, const std::optional<std::strin
                 lesson->LessonObjType = kTextbookObjType;
         } else {
             lesson = loadFirst(fileName, *directoryList, taskPool);
+            if (!lesson && FaultCollector::current()) {
+                noteWarning(element, fileName, kLessonDocument.kind, "no such lesson");
+                continue;
+            }
             if (!lesson)
                 return false;
             if (!studentID.empty())

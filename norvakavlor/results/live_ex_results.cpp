@@ -123,7 +123,7 @@ std::string LiveExResults::pendingLaunchFile() const {
     registry->ReadValue();
     if (registry->Data.empty() || holdsSeparator(ExamID))
         return {};
-    return registry->Data + "/GradiumLiveEx_" + ExamID + ".xml";
+    return registry->Data + "/" + std::string(kLiveLaunchStart) + ExamID + ".xml";
 }
 
 Ref<GradiumLiveEx> LiveExResults::GetGradiumLiveEx() const {

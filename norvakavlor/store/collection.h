@@ -37,6 +37,14 @@ template <class Fill> bool saveAs(const DocumentNames& names, const std::string&
     return writeDocument(names.kind, location, document);
 }
 
+/// Tells a collector of an element whose member has no ID. A comment, which is a member as well, is none.
+template <class Member> void noteMissingID(xml::Node node, const Member& member) {
+    if constexpr (requires { member.ID; }) {
+        if (FaultCollector::current() && node.kind() == xml::NodeKind::Element && member.ID.empty())
+            noteFault({xml::placeOf(node), "there is no ID", 0, FaultKind::Missing, {}, "id"});
+    }
+}
+
 /// The members of a document that has parsed, none of them added yet.
 ///
 ///     auto loaded = LoadedMembers<Task>::from(kKind, location, [&](xml::Node node) { return readTask(node);
@@ -62,13 +70,17 @@ public:
     /// The root element with its attributes, without its children.
     xml::Node root() const { return document_->root(); }
     size_t count() const { return members_.size(); }
+    /// Runs a reader of the root, as SourceDocument does.
+    template <class Read> auto read(Read reader) const { return document_->read(reader); }
 
     /// Hands each member to `add`, in order; what that raises ends it, and the members before stay. Then
     /// raises what reading the next member raised; False when that one stopped the loading.
     template <class Add> bool addEach(Add add) {
         return document_->read([&](xml::Node) {
-            for (Ref<Member>& member : members_)
-                add(std::exchange(member, nullptr));
+            for (auto& [member, position] : members_) {
+                reads([&] { add(std::exchange(member, nullptr)); },
+                      [&](const Error& error) { return error.at(placeOf(position)); });
+            }
             if (fault_)
                 std::rethrow_exception(fault_);
             return !stopped_;
@@ -82,22 +94,33 @@ private:
         const size_t position = elements_;
         elements_ += node.kind() == xml::NodeKind::Element ? 1 : 0;
         try {
-            Ref<Member> member = read(node);
-            stopped_ = !member;
-            if (member)
-                members_.push_back(std::move(member));
-        } catch (const Error& error) {
-            fault_ =
-                std::make_exception_ptr(locatedIn(text, location_, ofMember(xml::at(node, error), position)));
+            reads(
+                [&] {
+                    Ref<Member> member = read(node);
+                    stopped_ = !member;
+                    if (!member)
+                        return;
+                    noteMissingID(node, *member);
+                    members_.emplace_back(std::move(member), position);
+                },
+                [&](const Error& error) {
+                    return locatedIn(text, location_, ofMember(xml::at(node, error), position));
+                });
         } catch (const std::exception&) {
             fault_ = std::current_exception();
         }
     }
 
+    /// Of a member whose node is gone.
+    ErrorPlace placeOf(size_t position) const {
+        return {.member = std::string(root().name()) + "/*[" + std::to_string(position + 1) + "]",
+                .steps = {position}};
+    }
+
     std::optional<SourceDocument> document_;
     std::string location_;
-    std::vector<Ref<Member>> members_;
-    size_t elements_ = 0; ///< that were taken
+    std::vector<std::pair<Ref<Member>, size_t>> members_; ///< each with its position among the elements
+    size_t elements_ = 0;                                 ///< that were taken
     std::exception_ptr fault_;
     bool stopped_ = false;
 };
@@ -108,16 +131,30 @@ template <class Member, class... Context> Ref<Member> readMember(xml::Node node,
     return member->LoadFromXMLNode(node, context...) ? member : nullptr;
 }
 
+/// Adds a member under its ID. One whose ID is taken is a fault: 457.
+template <class Member>
+void addMember(KeyedCollection<Member>& members, const Ref<Member>& member, const std::string& id) {
+    if (!members.tryAdd(member, id))
+        reportFault(runtimeError(RuntimeError::KeyAlreadyAssociated), FaultKind::Duplicate, id);
+}
+
 /// Creates a member for every child of `node`, whatever its name (a comment is a member with empty fields,
 /// which readers of the format rely on), lets it read itself and adds it under its ID. The collection is not
 /// emptied first, and what was added before a fault stays. Stops with False when a member does.
 template <class Member, class... Context>
 bool loadMembers(KeyedCollection<Member>& members, xml::Node node, Context&... context) {
+    bool goesOn = true;
     for (const xml::Node child : xml::children(node)) {
-        const auto member = readMember<Member>(child, context...);
-        if (!member)
+        readsNode(child, [&] {
+            const auto member = readMember<Member>(child, context...);
+            goesOn = static_cast<bool>(member);
+            if (!member)
+                return;
+            noteMissingID(child, *member);
+            addMember(members, member, member->ID);
+        });
+        if (!goesOn)
             return false;
-        members.Add(member, member->ID);
     }
     return true;
 }
@@ -129,7 +166,8 @@ bool loadMembersFrom(KeyedCollection<Member>& members, std::string_view kind, co
                      Context&... context) {
     auto loaded = LoadedMembers<Member>::from(
         kind, location, [&](xml::Node node) { return readMember<Member>(node, context...); });
-    return loaded && loaded->addEach([&](const Ref<Member>& member) { members.Add(member, member->ID); });
+    return loaded &&
+           loaded->addEach([&](const Ref<Member>& member) { addMember(members, member, member->ID); });
 }
 
 /// Stores a document member by member: `append(member, document, root)` appends one to the root.

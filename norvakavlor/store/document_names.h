@@ -56,6 +56,8 @@ inline constexpr std::string_view kLaunchRoot = "ORBEX_INPUTS";
 /// In the names of exams and lessons; what follows it there tells a student's file from an authored one.
 inline constexpr std::string_view kExamMark = "_kvqm";
 inline constexpr std::string_view kLessonMark = "_kvl";
+/// A live exercise that was launched and waits for its result is kept under this and its ID.
+inline constexpr std::string_view kLiveLaunchStart = "GradiumLiveEx_";
 /// The ends of the other file names.
 inline constexpr std::string_view kDocumentEnd = ".xml";
 inline constexpr std::string_view kExamListEnd = "_kvql.xml";

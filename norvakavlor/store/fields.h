@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cmath>
+#include <norvakavlor/store/fault_collector.h>
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/document.h>
@@ -70,15 +71,6 @@ inline void fromText(std::string_view text, int16_t& member) { member = toInt16(
 inline void fromText(std::string_view text, double& member) { member = toDouble(text); }
 inline void fromText(std::string_view text, bool& member) { member = text == "true"; }
 
-/// What does not convert is said to be at its node.
-template <class Member> void fromText(xml::Node node, std::string_view text, Member& member) {
-    try {
-        fromText(text, member);
-    } catch (const Error& error) {
-        throw xml::at(node, error);
-    }
-}
-
 inline std::string fieldText(const std::string& member) { return member; }
 inline std::string fieldText(int16_t member) { return std::to_string(member); }
 inline std::string fieldText(double member) {
@@ -95,14 +87,31 @@ template <class Number> bool saysNothing(Number) { return false; }
 
 } // namespace detail
 
+/// Reads a text of a node by `convert(text)`. What does not convert is a fault of value at the node, `name`
+/// being the attribute or the element.
+template <class Convert>
+void readText(xml::Node node, std::string_view name, std::string_view text, Convert convert) {
+    try {
+        convert(text);
+    } catch (const Error& error) {
+        reportFault(xml::at(node, error), FaultKind::Value, std::string(text), name);
+    }
+}
+
 /// Reads one field: its member keeps its value when the document has nothing for it.
 template <class Owner, class Member>
 void readField(const Field<Owner, Member>& field, xml::Node node, Owner& owner) {
+    const auto take = [&](std::string_view text) {
+        detail::fromText(text, owner.*field.member);
+        // Every text is True or False here; who checks wants to know of one that is meant for neither.
+        if (std::is_same_v<Member, bool> && FaultCollector::current())
+            (void)toBoolean(text);
+    };
     if (field.place == Place::Attribute) {
         if (const auto text = node.attribute(field.name))
-            detail::fromText(node, *text, owner.*field.member);
+            readText(node, field.name, *text, take);
     } else if (const xml::Node element = node.child(field.name)) {
-        detail::fromText(element, element.text(), owner.*field.member);
+        readText(element, field.name, element.text(), take);
     }
 }
 

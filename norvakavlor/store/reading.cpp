@@ -9,6 +9,7 @@
 #include <norvakavlor/store/endpoint_request.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/store/server_reply.h>
+#include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/decode.h>
 #include <norvakavlor/xml/prolog.h>
@@ -30,9 +31,27 @@ template <class Read> std::optional<SourceDocument> unlessUnreachable(std::strin
     }
 }
 
+void noteUnreadable(std::string_view location, size_t line, size_t column, const std::string& reason,
+                    std::string_view kind = {}) {
+    if (FaultCollector::current())
+        noteFault({{shownLocation(location), line, column, {}, {}},
+                   reason,
+                   0,
+                   FaultKind::Unreadable,
+                   {},
+                   std::string(kind)});
+}
+
 void noteParseError(std::string_view location, const platform::ParseError& error) {
+    noteUnreadable(location, error.line, error.column, error.reason);
     noteReason(shownLocation(location) + ":" + std::to_string(error.line) + ":" +
                std::to_string(error.column) + ": " + error.reason);
+}
+
+bool looksLikePage(std::string_view text) {
+    const size_t start = text.find('<');
+    return start != std::string_view::npos && (equalIgnoringCase(text.substr(start, 5), "<html") ||
+                                               equalIgnoringCase(text.substr(start, 14), "<!doctype html"));
 }
 
 /// The text of a file; nothing when its bytes are not what its encoding allows.
@@ -54,6 +73,8 @@ std::optional<SourceDocument> parsed(const std::string& location, std::string te
     platform::ParseError error;
     auto tree = platform::parseXml(text, &error);
     if (!tree) {
+        if (looksLikePage(text))
+            error.reason += " (an HTML page)";
         noteParseError(location, error);
         return std::nullopt;
     }
@@ -65,11 +86,26 @@ std::optional<SourceDocument> fetchDocument(const std::string& location, const E
         platform::HttpReply reply = askServer(request.url());
         auto tree = parseReply(reply, namesOf(request.kind).root);
         if (!tree) {
+            noteUnreadable(location, 0, 0, reasonAgainst(reply), request.kind);
             noteReason(shownLocation(location) + ": " + reasonAgainst(reply));
             return std::nullopt;
         }
         return SourceDocument(std::move(*tree), location, std::move(reply.text));
     });
+}
+
+/// Readers take a document of another kind for an empty or an odd one; who checks wants to know.
+std::optional<SourceDocument> ofKindIfChecked(std::optional<SourceDocument> document, std::string_view kind) {
+    if (!FaultCollector::current() || !document || namesOf(kind).root.empty() ||
+        isOfKind(*document, namesOf(kind)))
+        return document;
+    const xml::Node root = document->root();
+    const Error place = document->located(Error(0, {}, {}).at(xml::placeOf(root)));
+    noteUnreadable(document->location(), place.place().line, place.place().column,
+                   "the root is <" + std::string(root.name()) + ">, not <" + std::string(namesOf(kind).root) +
+                       ">",
+                   kind);
+    return std::nullopt;
 }
 
 } // namespace
@@ -109,10 +145,11 @@ Error ofMember(const Error& error, size_t position) {
 std::optional<SourceDocument> readDocument(std::string_view kind, const std::string& location,
                                            std::string_view parameters) {
     return Operation("load", kind, location).run([&] {
-        return IsURL(location)
-                   ? fetchDocument(location, EndpointRequest::forDocument(kLoadEndpoint, kind, location,
-                                                                          std::string(parameters)))
-                   : readLocalDocument(location);
+        return ofKindIfChecked(IsURL(location) ? fetchDocument(location, EndpointRequest::forDocument(
+                                                                             kLoadEndpoint, kind, location,
+                                                                             std::string(parameters)))
+                                               : readLocalDocument(location),
+                               kind);
     });
 }
 
@@ -136,8 +173,8 @@ std::optional<SourceDocument> parseLocalDocument(const std::string& path) {
 
 std::optional<SourceDocument> readMembers(std::string_view kind, const std::string& location,
                                           const SourceHandler& onMember, std::string_view parameters) {
-    if (IsURL(location)) {
-        // A reply must be looked at as a whole before it counts as a document.
+    if (IsURL(location) || FaultCollector::current()) {
+        // A reply must be looked at as a whole before it counts as a document, and so must what is checked.
         auto document = readDocument(kind, location, parameters);
         for (const xml::Node child : xml::children(document ? document->root() : xml::Node()))
             onMember(child, document->text());

@@ -3,6 +3,7 @@
 #include <functional>
 #include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/store/document_names.h>
+#include <norvakavlor/store/fault_collector.h>
 #include <norvakavlor/store/operation.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/document.h>
@@ -28,13 +29,14 @@ public:
     /// Runs a reader of the root. An error that leaves it has its place and is the thread's last reason; a
     /// False that gave no reason of its own is one, too.
     template <class Read> auto read(Read reader) const {
-        try {
-            return reader(root());
-        } catch (const Error& error) {
-            const Error placed = located(error);
-            noteReason(placed.reason());
-            throw placed;
-        }
+        decltype(reader(root())) result{};
+        reads([&] { result = reader(root()); },
+              [&](const Error& error) {
+                  const Error placed = located(error);
+                  noteReason(placed.reason());
+                  return placed;
+              });
+        return result;
     }
 
     /// The error with document, line and column.

@@ -3,6 +3,7 @@
 #include <array>
 #include <norvakavlor/crypto/encryption.h>
 #include <norvakavlor/curriculum/courses.h>
+#include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/text/text.h>
@@ -35,7 +36,9 @@ constexpr auto kUserName = always("username", &Student::UserName);
 xml::Node required(xml::Node node, std::string_view name) {
     if (const xml::Node child = node.child(name))
         return child;
-    throw runtimeError(RuntimeError::ObjectNotSet);
+    reportFault(xml::at(node, runtimeError(RuntimeError::ObjectNotSet)), FaultKind::Missing,
+                node.child(kID.name).text(), name);
+    return {};
 }
 
 /// The course with this ID, or null.
@@ -117,8 +120,9 @@ bool Student::Validate(Courses* courses, int32_t& errCode, std::string& errDesc)
 }
 
 bool Student::LoadFromXMLNode(xml::Node node, Courses* courses) {
-    const auto fail = [](int code, const char* description) {
-        throw objectError(code, "student:LoadFromXMLNode", description);
+    const auto fail = [](xml::Node reference, int code, const char* description) {
+        reportFault(xml::at(reference, objectError(code, "student:LoadFromXMLNode", description)),
+                    FaultKind::Unknown, reference.text(), kCoursesDocument.kind);
     };
     StudentID = required(node, kID.name).text();
     readFields(kNameFields, required(node, "name"), *this);
@@ -128,17 +132,18 @@ bool Student::LoadFromXMLNode(xml::Node node, Courses* courses) {
         if (courses) {
             course = findCourse(*courses, id);
             if (!course)
-                fail(631, "Invalid class reference id");
+                fail(reference, 631, "Invalid class reference id");
         }
         Course = id;
     }
     if (const xml::Node reference = node.child("sectionRef")) {
         const std::string id = reference.text();
         if (courses) {
-            if (!course)
-                fail(632, "section reference without valid class");
-            if (!hasSection(course, id))
-                fail(633, "invalid section reference");
+            // A class that is unknown was told of above.
+            if (!course && !(FaultCollector::current() && node.child("classRef")))
+                fail(reference, 632, "section reference without valid class");
+            else if (course && !hasSection(course, id))
+                fail(reference, 633, "invalid section reference");
         }
         Section = id;
     }

@@ -5,6 +5,7 @@
 #include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/endpoint_request.h>
+#include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/students/student_order.h>
 #include <norvakavlor/text/convert.h>
@@ -52,7 +53,10 @@ bool Students::loadLocation(const std::string& filename, const std::string& para
     auto loaded = LoadedMembers<Student>::from(kStudentsDocument.kind, filename, read, parameters);
     if (!loaded || (rostersAlone && loaded->root().name() != kStudentsDocument.root))
         return false;
-    takeCounter(loaded->root());
+    loaded->read([this](xml::Node root) {
+        takeCounter(root);
+        return true;
+    });
     StudentMembers->reserve(loaded->count());
     idByUserName_.reserve(loaded->count());
     return loaded->addEach([this](const Ref<Student>& student) { add(student); });
@@ -65,24 +69,25 @@ bool Students::parseRosterDocument(xml::Node root, Courses* courses) {
 
 void Students::takeCounter(xml::Node root) {
     if (const auto counter = root.attribute("autoStudentID"))
-        autoStudentID_ = toInt16(*counter);
+        readText(root, "autoStudentID", *counter,
+                 [this](std::string_view text) { autoStudentID_ = toInt16(text); });
 }
 
 bool Students::LoadFromXMLNode(xml::Node rosterNode, Courses* courses) {
     for (const xml::Node child : xml::children(rosterNode))
-        add(readMember<Student>(child, courses));
+        readsNode(child, [&] { add(readMember<Student>(child, courses)); });
     return true;
 }
 
 void Students::add(const Ref<Student>& student) {
-    StudentMembers->Add(student, student->StudentID);
+    addMember(*StudentMembers, student, student->StudentID);
     if (!student->UserName.empty())
         addToIndex(*student);
 }
 
 void Students::addToIndex(const Student& student) {
     if (!idByUserName_.emplace(student.UserName, student.StudentID).second) {
-        throw runtimeError(RuntimeError::KeyAlreadyAssociated);
+        reportFault(runtimeError(RuntimeError::KeyAlreadyAssociated), FaultKind::Duplicate, student.UserName);
     }
 }
 

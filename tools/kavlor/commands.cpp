@@ -6,12 +6,13 @@ extern const Command kList;
 extern const Command kRoster;
 extern const Command kSummary;
 extern const Command kReport;
+extern const Command kCheck;
 extern const Command kUnlock;
 extern const Command kReplay;
 extern const Command kHash;
 
 std::span<const Command> commands() {
-    static const Command all[] = {kList, kRoster, kSummary, kReport, kUnlock, kReplay, kHash};
+    static const Command all[] = {kList, kRoster, kSummary, kReport, kCheck, kUnlock, kReplay, kHash};
     return all;
 }
 

@@ -65,11 +65,17 @@ size_t Installation::fileCount() const {
 }
 
 std::string Installation::find(const std::string& fileName) const {
+    const std::vector<std::string> all = findAll(fileName);
+    return all.empty() ? "" : all.front();
+}
+
+std::vector<std::string> Installation::findAll(const std::string& fileName) const {
+    std::vector<std::string> found;
     for (const Folder& folder : folders_) {
         if (std::binary_search(folder.files.begin(), folder.files.end(), fileName))
-            return folder.path + fileName;
+            found.push_back(folder.path + fileName);
     }
-    return "";
+    return found;
 }
 
 std::string Installation::relative(const std::string& path) const {

@@ -35,6 +35,8 @@ public:
     size_t fileCount() const;
     /// Where a usual file name lies; "" when it lies nowhere.
     std::string find(const std::string& fileName) const;
+    /// Wherever it lies; the first is the one that counts.
+    std::vector<std::string> findAll(const std::string& fileName) const;
     /// A path without the installation's own.
     std::string relative(const std::string& path) const;
 
