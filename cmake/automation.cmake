@@ -5,7 +5,7 @@ set(type_library ${PROJECT_BINARY_DIR}/NorvaKavlor.tlb)
 string(REGEX REPLACE "windres$" "widl" widl_of_toolchain "${CMAKE_RC_COMPILER}")
 get_filename_component(widl_of_toolchain "${widl_of_toolchain}" NAME)
 find_program(WIDL NAMES ${widl_of_toolchain} widl REQUIRED)
-# The one library that every type library leans on; Wine brings it. It is the same for both bitnesses.
+# Every type library needs this one; Wine brings it. It is the same for both bitnesses.
 find_file(STANDARD_TYPE_LIBRARY stdole2.tlb REQUIRED NO_CMAKE_FIND_ROOT_PATH
     PATHS /usr/lib/x86_64-linux-gnu /usr/lib /usr/lib64 /usr/local/lib
     PATH_SUFFIXES wine/x86_64-windows wine/i386-windows wine)
@@ -24,13 +24,13 @@ add_custom_command(OUTPUT ${type_library}
     COMMENT "Compiling the type library")
 add_custom_target(type_library DEPENDS ${type_library})
 
-# Everything but the file's own resources, so that a test program can be such a server too.
+# All but the DLL's own resources, so a test program can be such a server too.
 file(GLOB automation_sources CONFIGURE_DEPENDS ${automation_folder}/*.cpp)
 add_library(norvakavlor_automation STATIC ${automation_sources})
 target_link_libraries(norvakavlor_automation PUBLIC norvakavlor)
 set_target_properties(norvakavlor_automation PROPERTIES UNITY_BUILD OFF)
 
-# A resource script knows no version of CMake's; it must agree with it.
+# A resource script cannot read CMake's version; the two must agree.
 file(STRINGS ${automation_folder}/NorvaKavlor.rc resource_versions REGEX "^(FILE|PRODUCT)VERSION")
 string(REPLACE "." ", " wanted_version "${PROJECT_VERSION}, 0")
 foreach(line IN LISTS resource_versions)
@@ -47,5 +47,5 @@ add_dependencies(automation_server type_library)
 set_target_properties(automation_server PROPERTIES OUTPUT_NAME NorvaKavlor PREFIX "" LINKER_LANGUAGE CXX)
 target_link_libraries(automation_server PRIVATE
     -Wl,--whole-archive norvakavlor_automation -Wl,--no-whole-archive)
-# The exported functions are listed without the argument sizes that 32-bit names carry.
+# Export the functions without the argument sizes in 32-bit names.
 target_link_options(automation_server PRIVATE -s -Wl,--enable-stdcall-fixup)

@@ -1,6 +1,5 @@
 # cmake --install build/native --prefix /usr/local: the library, its public headers, what
-# find_package(NorvaKavlor) reads, kavlor-server. Of the Windows build the DLL with its type library is what
-# others need.
+# find_package(NorvaKavlor) reads, kavlor-server. For Windows, the DLL with its type library.
 include(GNUInstallDirs)
 
 if(WIN32)
@@ -9,12 +8,21 @@ if(WIN32)
         install(FILES ${PROJECT_BINARY_DIR}/NorvaKavlor.tlb ${PROJECT_BINARY_DIR}/NorvaKavlor.idl
             DESTINATION ${CMAKE_INSTALL_BINDIR})
     endif()
+    if(TARGET kavlor)
+        install(TARGETS kavlor RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    endif()
     return()
 endif()
 
 install(TARGETS norvakavlor EXPORT NorvaKavlorTargets FILE_SET HEADERS FILE_SET made)
 if(TARGET kavlor-server)
     install(TARGETS kavlor-server)
+endif()
+if(TARGET kavlor)
+    install(TARGETS kavlor)
+    install(FILES ${PROJECT_BINARY_DIR}/completions/kavlor
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    install(DIRECTORY ${PROJECT_BINARY_DIR}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 FILES_MATCHING PATTERN "*.1")
 endif()
 
 include(CMakePackageConfigHelpers)

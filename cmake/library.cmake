@@ -1,20 +1,20 @@
-# The library: everything but the platform's back ends and the Automation server, and one back end.
-# It is static unless BUILD_SHARED_LIBS says otherwise.
+# The library: everything except the Automation server, with one platform back end. It is static unless
+# BUILD_SHARED_LIBS says otherwise.
 file(GLOB_RECURSE library_sources CONFIGURE_DEPENDS norvakavlor/*.cpp)
 list(FILTER library_sources EXCLUDE REGEX "/component/automation/")
 if(WIN32)
-    list(FILTER library_sources EXCLUDE REGEX "/platform/native/")
+    list(FILTER library_sources EXCLUDE REGEX "/platform/native/|/norvakavlor/c/") # clients there have Automation
 else()
     list(FILTER library_sources EXCLUDE REGEX "/platform/windows/")
 endif()
 
-# The public headers are norvakavlor.h and all that it includes: what a client needs is there, and only that.
-set(public_headers norvakavlor/norvakavlor.h)
+# The public headers: norvakavlor.h and all that it includes, just what a client needs; C has one header.
+set(public_headers norvakavlor/norvakavlor.h norvakavlor/c/norvakavlor_c.h)
 set(unread_headers ${public_headers})
 while(unread_headers)
     list(POP_FRONT unread_headers header)
     if(header STREQUAL "norvakavlor/version.h")
-        continue() # made below; it includes none of ours
+        continue() # made below; it includes no header of ours
     endif()
     file(STRINGS ${PROJECT_SOURCE_DIR}/${header} include_lines REGEX "^#include <norvakavlor/")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${header})
@@ -44,12 +44,12 @@ target_sources(norvakavlor PUBLIC
 
 if(WIN32)
     target_link_libraries(norvakavlor PUBLIC ole32 oleaut32 uuid advapi32 user32)
-    # Windows 7 and later; no macros named min, max or like a function of ours.
+    # Windows 7 and later; no macros named min, max or like our functions.
     target_compile_definitions(norvakavlor PUBLIC _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX)
-    # The system's headers make macros of names of ours: the back end does not compile together with the others.
+    # The system's headers define macros with our names, so the back end compiles apart from the others.
     file(GLOB back_end_sources CONFIGURE_DEPENDS norvakavlor/platform/windows/*.cpp)
     set_source_files_properties(${back_end_sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-    # What a class says of its visibility is for the shared native library.
+    # Visibility attributes are for the shared native library.
     target_compile_options(norvakavlor PUBLIC -Wno-attributes)
     return()
 endif()
@@ -60,14 +60,14 @@ find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 set(needed_libraries EXPAT::EXPAT CURL::libcurl OpenSSL::Crypto)
 target_link_libraries(norvakavlor PRIVATE ${needed_libraries})
 
-# A shared library shows what the public headers mark. The script keeps in what the compiler makes visible beside it:
+# A shared library shows what the public headers mark. The script hides what the compiler also makes visible:
 # the standard library's templates.
 set_target_properties(norvakavlor PROPERTIES CXX_VISIBILITY_PRESET hidden
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 if(BUILD_SHARED_LIBS)
     target_link_options(norvakavlor PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--no-undefined)
     set_target_properties(norvakavlor PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-    # Tests and tools of our own use more than is exported.
+    # Our tests and tools use more than is exported.
     add_library(norvakavlor_internal STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:norvakavlor>)
     target_include_directories(norvakavlor_internal PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/include)
     target_link_libraries(norvakavlor_internal PRIVATE ${needed_libraries})

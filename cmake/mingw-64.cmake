@@ -1,5 +1,5 @@
 # Builds for 64-bit Windows with Debian's mingw-w64 (the variant with POSIX threads, which std::thread and
-# thread_local want). Everything is linked in, so that what comes out needs Windows's own DLLs only.
+# thread_local want). All is linked in, so the result needs only Windows's own DLLs.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
@@ -16,5 +16,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# Programs that a build makes run under Wine here.
+# Run the programs of a build under Wine.
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../tests/support/wine.sh)

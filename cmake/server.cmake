@@ -1,8 +1,8 @@
-# The development server. It alone needs an HTTP library.
+# The development server. Only this needs an HTTP library.
 file(GLOB server_sources CONFIGURE_DEPENDS tools/server/*.cpp)
 find_package(Threads REQUIRED)
 find_library(MICROHTTPD microhttpd REQUIRED)
-# All but what carries the requests; tests link it.
+# All except the HTTP part; tests link it.
 list(FILTER server_sources EXCLUDE REGEX "/(main|http_front)\\.cpp$")
 add_library(kavlor_service STATIC ${server_sources})
 target_link_libraries(kavlor_service PUBLIC norvakavlor_internal)

@@ -1,5 +1,5 @@
-# The same tests as natively, but for those of one platform (*_native.cpp), as one program that Wine runs.
-# GoogleTest comes as source (Debian's package googletest) and is built for Windows here.
+# The native tests without those for Linux only (*_native.cpp), as one program for Wine. GoogleTest comes as
+# source (Debian's package googletest) and is built for Windows here.
 set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "Where GoogleTest's source is")
 
 list(FILTER test_sources EXCLUDE REGEX "_native\\.cpp$")
@@ -12,8 +12,8 @@ foreach(library gtest gtest_main gmock gmock_main)
     target_compile_options(${library} PRIVATE -w) # its warnings are not ours
 endforeach()
 
-# The C++ client of the Automation server: the library and the server are linked in, so that tests may add a
-# class. How the library is loaded and unloaded is seen on NorvaKavlor.dll beside it.
+# The C++ client of the Automation server. Library and server are linked in, so tests can add a class. Loading
+# and unloading is tested on NorvaKavlor.dll beside it.
 file(GLOB client_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/automation/*.cpp)
 add_executable(norvakavlor_tests ${test_sources} ${client_sources} ${automation_folder}/NorvaKavlor.rc)
 add_dependencies(norvakavlor_tests type_library automation_server)
@@ -21,11 +21,11 @@ target_link_libraries(norvakavlor_tests PRIVATE norvakavlor_automation norvakavl
 target_compile_options(norvakavlor_tests PRIVATE -Wa,-mbig-obj)
 compile_quickly(norvakavlor_tests)
 
-# One run for all: Wine takes half a second to start a program. 125 is wine.sh's word for "not here".
+# One run for all: Wine takes half a second to start a program. wine.sh's 125 means "not here".
 add_test(NAME norvakavlor_tests COMMAND ${PROJECT_SOURCE_DIR}/tests/support/with_servers
     ${PROJECT_SOURCE_DIR}/tests/support/wine.sh $<TARGET_FILE:norvakavlor_tests>)
 set_tests_properties(norvakavlor_tests PROPERTIES SKIP_RETURN_CODE 125)
 
-# What bench/run starts under Wine; nothing else needs it.
+# For bench/run under Wine only.
 add_executable(kavlor_bench_creation EXCLUDE_FROM_ALL ${PROJECT_SOURCE_DIR}/bench/creation_windows.cpp)
 target_link_libraries(kavlor_bench_creation PRIVATE norvakavlor)

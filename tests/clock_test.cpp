@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <ctime>
 #include <gtest/gtest.h>
@@ -30,18 +29,6 @@ TEST(Clock, TellsLocalTime) {
     EXPECT_TRUE(seconds >= 0 && seconds < 86401);
 }
 
-TEST(Clock, RandomNumbersAreUniform) {
-    seedRandom();
-    std::array<int, 10> counts{};
-    for (int i = 0; i < 100000; ++i) {
-        const double number = uniformRandom();
-        ASSERT_TRUE(number >= 0 && number < 1);
-        ++counts[static_cast<size_t>(number * 10)];
-    }
-    for (const int count : counts)
-        EXPECT_NEAR(count, 10000, 600); // six standard deviations
-}
-
 TEST(Clock, EachThreadHasASequenceThatSeedingChanges) {
     const auto begun = [](bool seeded) {
         std::array<double, 3> numbers{};
@@ -52,36 +39,10 @@ TEST(Clock, EachThreadHasASequenceThatSeedingChanges) {
         }).join();
         return numbers;
     };
-    EXPECT_EQ(begun(false), begun(false));
-    EXPECT_NE(begun(true), begun(false));
-    const auto first = begun(true);
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    const auto first = begun(false);
+    EXPECT_EQ(first, begun(false));
     EXPECT_NE(first, begun(true));
-}
-
-TEST(Clock, ATestMayReplaceWhatItNeeds) {
-    const Date fixed = dateOf({2024, 2, 29, 12, 0, 0});
-    auto slept = std::chrono::milliseconds(0);
-    {
-        ClockSource source;
-        source.now = [&] { return fixed; };
-        source.sleepFor = [&](std::chrono::milliseconds time) { slept += time; };
-        const ScopedClockSource replaced(source);
-        {
-            ClockSource inner;
-            inner.uniformRandom = [] { return 0.25; };
-            const ScopedClockSource nested(inner);
-            EXPECT_EQ(uniformRandom(), 0.25);
-            EXPECT_NE(now(), fixed);
-        }
-        EXPECT_EQ(now(), fixed);
-        sleepFor(std::chrono::hours(24));
-    }
-    EXPECT_EQ(slept, std::chrono::hours(24));
-    EXPECT_NE(now(), fixed);
-    const auto start = std::chrono::steady_clock::now();
-    sleepFor(std::chrono::milliseconds(30));
-    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(25));
+    EXPECT_TRUE(std::ranges::all_of(first, [](double number) { return number >= 0 && number < 1; }));
 }
 
 } // namespace

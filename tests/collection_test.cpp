@@ -1,16 +1,14 @@
-#include <functional>
 #include <gmock/gmock.h>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <string>
-#include <tests/support/outcome.h>
+#include <tests/support/fixtures.h>
 #include <vector>
 
 namespace norvakavlor {
 namespace {
 
 using ::testing::ElementsAre;
-using testing::errorNumber;
-using testing::outcome;
+using namespace testing;
 using Words = KeyedCollection<std::string>;
 
 std::vector<std::string> all(const Words& words) { return {words.begin(), words.end()}; }
@@ -31,39 +29,33 @@ TEST(KeyedCollection, FindsByKeyInAnyCaseAndByPosition) {
     const auto list = words({"Zoë", "adam", "Straße"});
     list->Add("no key");
     list->Add("adam again", "ADAM ");
-    const struct {
-        Value index;
-        const char* found;
-    } cases[] = {
-        {"Zoë", "Zoë"},
-        {"ZOË", "Zoë"},
-        {"zoë", "Zoë"},
-        {"Zoe", "error 5"},
-        {"ADAM", "adam"},
-        {"adam ", "adam again"},
-        {"STRAßE", "Straße"},
-        {"STRASSE", "error 5"},
-        {"no key", "error 5"},
-        {"", "error 5"},
-        {"1", "error 5"},
-        {1, "Zoë"},
-        {int16_t(4), "no key"},
-        {4.5, "no key"},
-        {5, "adam again"},
-        {0, "error 9"},
-        {6, "error 9"},
-        {-1, "error 9"},
-        {Value(), "error 9"},
-        {Value::Null(), "error 13"},
-        {Value::nothing(), "error 13"},
-    };
-    for (const auto& c : cases) {
-        const std::string found = outcome([&] { return call(*list, "item", {c.index}).toText(); });
-        EXPECT_EQ(found, c.found) << (c.index.as<std::string>() ? c.index.toText() : "");
-        if (const auto* key = c.index.as<std::string>()) {
-            EXPECT_EQ(outcome([&] { return list->Item(*key); }), c.found);
-            EXPECT_EQ(list->contains(*key), !found.starts_with("error"));
-        }
+    const std::pair<Value, const char*> cases[] = {{"Zoë", "Zoë"},
+                                                   {"ZOË", "Zoë"},
+                                                   {"zoë", "Zoë"},
+                                                   {"Zoe", "error 5"},
+                                                   {"ADAM", "adam"},
+                                                   {"adam ", "adam again"},
+                                                   {"STRAßE", "Straße"},
+                                                   {"STRASSE", "error 5"},
+                                                   {"no key", "error 5"},
+                                                   {"", "error 5"},
+                                                   {"1", "error 5"},
+                                                   {1, "Zoë"},
+                                                   {int16_t(4), "no key"},
+                                                   {4.5, "no key"},
+                                                   {5, "adam again"},
+                                                   {0, "error 9"},
+                                                   {6, "error 9"},
+                                                   {-1, "error 9"},
+                                                   {Value(), "error 9"},
+                                                   {Value::Null(), "error 13"},
+                                                   {Value::nothing(), "error 13"}};
+    for (const auto& [index, expected] : cases) {
+        const std::string found = outcome([&] { return call(*list, "item", {index}).toText(); });
+        const auto* key = index.as<std::string>();
+        EXPECT_EQ(found, expected) << (key ? *key : "");
+        EXPECT_EQ(key ? outcome([&] { return list->Item(*key); }) : found, found);
+        EXPECT_EQ(key && list->contains(*key), key && !found.starts_with("error"));
     }
 }
 
@@ -72,15 +64,13 @@ TEST(KeyedCollection, StaysAsItIsWhenAnAdditionFails) {
     const struct {
         std::vector<Value> arguments;
         int32_t error;
-    } cases[] = {
-        {{"x", "A", {}, {}}, 457},
-        {{"x", {}, "c", {}}, 5},
-        {{"x", {}, {}, 3}, 9},
-        {{"x", {}, 0, {}}, 9},
-        {{"x", {}, 1, 1}, 5},
-        {{"x", "x", Value::Null(), {}}, 13},
-        {{Value::Null(), "x", {}, {}}, 13},
-    };
+    } cases[] = {{{"x", "A", {}, {}}, 457},
+                 {{"x", {}, "c", {}}, 5},
+                 {{"x", {}, {}, 3}, 9},
+                 {{"x", {}, 0, {}}, 9},
+                 {{"x", {}, 1, 1}, 5},
+                 {{"x", "x", Value::Null(), {}}, 13},
+                 {{Value::Null(), "x", {}, {}}, 13}};
     for (const auto& c : cases) {
         EXPECT_EQ(errorNumber([&] { call(*list, "Add", c.arguments); }), c.error);
         EXPECT_THAT(all(*list), ElementsAre("a", "b"));
@@ -195,42 +185,25 @@ TEST(KeyedCollection, SharesObjectsAndTakesNoOthers) {
 }
 
 TEST(KeyedCollection, IsWalkedWhileItChanges) {
-    using Change = std::function<void(Words&, const std::string&)>;
-    const struct {
-        const char* what;
-        Change change;
-        std::vector<std::string> seen;
-    } cases[] = {
-        {"nothing", [](Words&, const std::string&) {}, {"a", "b", "c", "d"}},
-        {"removes itself",
-         [](Words& list, const std::string& word) { list.Remove(word); },
-         {"a", "b", "c", "d"}},
-        {"removes the first", [](Words& list, const std::string&) { list.Remove(1); }, {"a", "b", "c", "d"}},
-        {"removes the last", [](Words& list, const std::string&) { list.Remove(list.Count()); }, {"a", "b"}},
-        {"clears", [](Words& list, const std::string&) { list.clear(); }, {"a"}},
-        {"appends once",
-         [](Words& list, const std::string&) { list.Count() < 6 ? list.Add("new") : void(); },
-         {"a", "b", "c", "d", "new", "new"}},
-        {"inserts at the front",
-         [](Words& list, const std::string&) {
-             call(list, "Add", {"new", {}, 1, {}});
-         },
-         {"a", "b", "c", "d"}},
-        {"moves b",
-         [](Words& list, const std::string& word) { word == "a" ? list.moveToEnd(2, "b") : void(); },
-         {"a", "c", "d", "b"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    const auto seen = [](auto change) {
         const auto list = words({"a", "b", "c", "d"});
-        std::vector<std::string> seen;
+        std::string all;
         uint64_t mark = 0;
         while (const auto element = Words::classInfo().nextElement(*list, mark)) {
-            seen.push_back(element->toText());
-            c.change(*list, seen.back());
+            all += element->toText();
+            change(*list, element->toText());
         }
-        EXPECT_EQ(seen, c.seen);
-    }
+        return all;
+    };
+    using Word = const std::string&;
+    EXPECT_EQ(seen([](Words&, Word) {}), "abcd");
+    EXPECT_EQ(seen([](Words& list, Word word) { list.Remove(word); }), "abcd");
+    EXPECT_EQ(seen([](Words& list, Word) { list.Remove(1); }), "abcd");
+    EXPECT_EQ(seen([](Words& list, Word) { list.Remove(list.Count()); }), "ab");
+    EXPECT_EQ(seen([](Words& list, Word) { list.clear(); }), "a");
+    EXPECT_EQ(seen([](Words& list, Word) { list.Count() < 6 ? list.Add("N") : void(); }), "abcdNN");
+    EXPECT_EQ(seen([](Words& list, Word) { call(list, "Add", {"N", {}, 1, {}}); }), "abcd");
+    EXPECT_EQ(seen([](Words& list, Word word) { word == "a" ? list.moveToEnd(2, "b") : void(); }), "acdb");
 }
 
 } // namespace

@@ -4,15 +4,14 @@
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <string>
-#include <tests/support/outcome.h>
+#include <tests/support/fixtures.h>
 #include <vector>
 
 namespace norvakavlor {
 namespace {
 
 using ::testing::ElementsAre;
-using testing::errorNumber;
-using testing::outcome;
+using namespace testing;
 
 /// An object whose end runs a client's code, as a script's object may.
 class Ending final : public Object {
@@ -55,30 +54,28 @@ TEST(Dictionary, TellsKeysApart) {
         Value two;
         bool same;
         bool sameInAnyCase;
-    } cases[] = {
-        {"key", "key", true, true},
-        {"key", "KEY", false, true},
-        {"é", "É", false, true},
-        {"key", "key ", false, false},
-        {"", Value(), false, false},
-        {"1", 1, false, false},
-        {"True", true, false, false},
-        {1, int16_t(1), true, true},
-        {1, 1.0, true, true},
-        {1, 1.5, false, false},
-        {0.0, -0.0, true, true},
-        {true, -1, true, true},
-        {true, 1, false, false},
-        {Date{100}, 100, true, true},
-        {Value(), 0, false, false},
-        {Value(), Value::Null(), false, false},
-        {object, object, true, true},
-        {object, other, false, false},
-        {object, Value::nothing(), false, false},
-        {single, single, true, true},
-        {single, "85.7", false, false},
-        {exact("9007199254740992"), exact("9007199254740993"), false, false},
-    };
+    } cases[] = {{"key", "key", true, true},
+                 {"key", "KEY", false, true},
+                 {"é", "É", false, true},
+                 {"key", "key ", false, false},
+                 {"", Value(), false, false},
+                 {"1", 1, false, false},
+                 {"True", true, false, false},
+                 {1, int16_t(1), true, true},
+                 {1, 1.0, true, true},
+                 {1, 1.5, false, false},
+                 {0.0, -0.0, true, true},
+                 {true, -1, true, true},
+                 {true, 1, false, false},
+                 {Date{100}, 100, true, true},
+                 {Value(), 0, false, false},
+                 {Value(), Value::Null(), false, false},
+                 {object, object, true, true},
+                 {object, other, false, false},
+                 {object, Value::nothing(), false, false},
+                 {single, single, true, true},
+                 {single, "85.7", false, false},
+                 {exact("9007199254740992"), exact("9007199254740993"), false, false}};
     for (const auto& c : cases) {
         for (const bool ignoreCase : {false, true}) {
             const auto dictionary = New<Dictionary>();
@@ -145,31 +142,22 @@ TEST(Dictionary, RaisesWhatScriptsKnow) {
 
 // Whatever an item's end does to the dictionary that held it, it meets a whole one.
 TEST(Dictionary, LetsGoOfAnItemLast) {
-    const struct {
-        const char* what;
-        std::function<void(Dictionary&)> act;
-        const char* seen;
-    } cases[] = {
-        {"replaced", [](Dictionary& dictionary) { dictionary.SetItem("key", "new"); }, "key=new"},
-        {"replaced by an object",
-         [](Dictionary& dictionary) { dictionary.SetItem("key", New<Dictionary>()); }, "key=error 13"},
-        {"removed", [](Dictionary& dictionary) { dictionary.Remove("key"); }, ""},
-        {"all removed", [](Dictionary& dictionary) { dictionary.RemoveAll(); }, ""},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    const auto seenAtTheEnd = [](auto act) {
         const auto dictionary = New<Dictionary>();
         std::string seen = "nothing was let go";
         dictionary->Add("key", New<Ending>([&] {
-                            seen = dictionary->Exists("key")
-                                       ? "key=" + outcome([&] { return dictionary->Item("key").toText(); })
-                                       : "";
+                            const bool isThere = dictionary->Exists("key");
+                            seen = isThere ? outcome([&] { return dictionary->Item("key").toText(); }) : "";
                             dictionary->RemoveAll();
                         }));
-        c.act(*dictionary);
-        EXPECT_EQ(seen, c.seen);
+        act(*dictionary);
         EXPECT_TRUE(dictionary->empty());
-    }
+        return seen;
+    };
+    EXPECT_EQ(seenAtTheEnd([](Dictionary& all) { all.SetItem("key", "new"); }), "new");
+    EXPECT_EQ(seenAtTheEnd([](Dictionary& all) { all.SetItem("key", New<Dictionary>()); }), "error 13");
+    EXPECT_EQ(seenAtTheEnd([](Dictionary& all) { all.Remove("key"); }), "");
+    EXPECT_EQ(seenAtTheEnd([](Dictionary& all) { all.RemoveAll(); }), "");
 }
 
 TEST(Dictionary, EndsAChainOfAnyLength) {

@@ -16,8 +16,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-using norvakavlor::testing::errorNumber;
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 using Names = std::vector<std::string>;
 
 TEST(DocumentLock, IsTheReadOnlyAttribute) {

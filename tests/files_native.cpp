@@ -17,8 +17,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-using norvakavlor::testing::errorNumber;
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 
 mode_t modeOf(const std::string& path) {
     struct stat state {};
@@ -111,9 +110,14 @@ TEST(FilesNative, AFullDiskLeavesTheOldContent) {
         ::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{100000, 100000};
         ::setrlimit(RLIMIT_FSIZE, &limit);
-        return errorNumber([&] { replaceFile(path, std::string(200000, 'x')); });
+        const std::string large(200000, 'x');
+        const int32_t error = errorNumber([&] { replaceFile(path, large); });
+        DocumentLock lock(path);
+        lock.tryTake();
+        return errorNumber([&] { lock.replaceAndRelease(large); }) == error ? error : -1;
     });
     EXPECT_EQ(code, 61);
+    EXPECT_FALSE(isReadOnly(path)) << "the lock is released all the same";
     EXPECT_EQ(folder.read("a.xml"), "old");
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.xml"});
 }

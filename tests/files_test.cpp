@@ -14,8 +14,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-using norvakavlor::testing::errorNumber;
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 using namespace std::string_literals;
 
 using Names = std::vector<std::string>;
@@ -23,26 +22,11 @@ using Names = std::vector<std::string>;
 TEST(Files, TellsFilesFromFolders) {
     const TemporaryFolder folder;
     folder.write("in/\u00FC \u4E2D.xml", "x");
-    const struct {
-        std::string path;
-        bool isFile;
-        bool isFolder;
-    } cases[] = {
-        {folder.path(), false, true},
-        {folder.path() + "in", false, true},
-        {folder.path() + "in/", false, true},
-        {folder.path() + "in\\", false, true},
-        {folder.path() + "in\\\u00FC \u4E2D.xml", true, false},
-        {folder.path() + "in/../in/\u00FC \u4E2D.xml", true, false},
-        {folder.path() + "none", false, false},
-        {folder.path() + "in\0x"s, false, false},
-        {folder.path() + "in/\u00FC \u4E2D.xml\0"s, false, false},
-        {"", false, false},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(fileExists(c.path), c.isFile) << c.path;
-        EXPECT_EQ(folderExists(c.path), c.isFolder) << c.path;
+    for (const auto& [name, isFile, isFolder] : rows<3>("files.kinds")) {
+        EXPECT_EQ(fileExists(folder.file(name)), isFile == "true") << name;
+        EXPECT_EQ(folderExists(folder.file(name)), isFolder == "true") << name;
     }
+    EXPECT_FALSE(fileExists("") || folderExists(""));
 }
 
 TEST(Files, ListsByFoldedNameWithoutFoldersAndTemporaries) {
@@ -103,17 +87,10 @@ TEST(Files, AFailedSaveChangesNothing) {
     setReadOnly(folder.write("locked.xml", "kept"), true);
     folder.write("folder/inside", "");
     const Names before = folder.names();
-    const struct {
-        const char* name;
-        int error;
-    } cases[] = {
-        {"locked.xml", 70}, {"folder", 70}, {"missing/a.xml", 76}, {"locked.xml/a.xml", 76}, {"missing/", 76},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(errorNumber([&] { replaceFile(folder.file(c.name), "new"); }), c.error) << c.name;
-        EXPECT_EQ(folder.names(), before) << c.name;
+    for (const auto& [name, error] : rows<2>("files.unsaved")) {
+        EXPECT_EQ(std::to_string(errorNumber([&] { replaceFile(folder.file(name), "new"); })), error) << name;
+        EXPECT_EQ(folder.names(), before) << name;
     }
-    EXPECT_EQ(errorNumber([&] { replaceFile(folder.file("locked.xml\0.xml"s), "new"); }), 76);
     EXPECT_EQ(errorNumber([] { replaceFile("", "new"); }), 76);
     EXPECT_EQ(folder.read("locked.xml"), "kept");
     setReadOnly(folder.file("locked.xml"), false);
@@ -157,24 +134,13 @@ TEST(Files, DeletesOneFileAndNoOther) {
         folder.write(name, "");
     folder.write("folder/inside.xml", "");
     setReadOnly(folder.file("locked.xml"), true);
-    const struct {
-        std::string name;
-        bool force;
-        int error;
-        std::string gone;
-    } cases[] = {
-        {"*.xml", true, 53, ""},          {"?.xml", false, 53, ""},
-        {"folder/*", true, 53, ""},       {"missing.xml", false, 53, ""},
-        {"missing/a.xml", false, 53, ""}, {"folder", true, 53, ""},
-        {"a.xml\0"s, false, 53, ""},      {"", false, 53, ""},
-        {"locked.xml", false, 70, ""},    {"locked.xml", true, 0, "locked.xml"},
-        {"a.xml", false, 0, "a.xml"},     {"a.xml", false, 53, ""},
-    };
     Names expected = folder.names();
-    for (const auto& c : cases) {
-        std::erase(expected, c.gone);
-        EXPECT_EQ(errorNumber([&] { deleteFile(folder.file(c.name), c.force); }), c.error) << c.name;
-        EXPECT_EQ(folder.names(), expected) << c.name;
+    for (const auto& [name, force, error, gone] : rows<4>("files.deleted")) {
+        const std::string path = folder.file(name);
+        const bool isForced = force == "true";
+        std::erase(expected, gone);
+        EXPECT_EQ(std::to_string(errorNumber([&] { deleteFile(path, isForced); })), error) << name;
+        EXPECT_EQ(folder.names(), expected) << name;
     }
     EXPECT_TRUE(fileExists(folder.file("folder/inside.xml")));
 }
@@ -191,44 +157,13 @@ TEST(Files, KeepsTheReadOnlyAttribute) {
     EXPECT_EQ(errorNumber([&] { setReadOnly(folder.file("missing"), true); }), 53);
 }
 
-TEST(Files, TakesNamesApart) {
-    const struct {
-        const char* path;
-        const char* base;
-        const char* extension;
-        bool holdsSeparator;
-    } cases[] = {
-        {"a.xml", "a", "xml", false},  {"/x.y/a.b.xml", "a.b", "xml", true},
-        {"C:\\x.y\\a", "a", "", true}, {"x\\y/z.q", "z", "q", true},
-        {".xml", "", "xml", false},    {"a.", "a", "", false},
-        {"", "", "", false},           {"folder/", "", "", true},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(baseName(c.path), c.base) << c.path;
-        EXPECT_EQ(extensionName(c.path), c.extension) << c.path;
-        EXPECT_EQ(holdsSeparator(c.path), c.holdsSeparator) << c.path;
-    }
-}
-
 TEST(Files, ReadsFirstLines) {
     const TemporaryFolder folder;
-    const struct {
-        std::string content;
-        std::string line;
-    } cases[] = {
-        {"", ""},
-        {"one", "one"},
-        {"one\r\ntwo", "one"},
-        {"one\ntwo", "one"},
-        {"one\rtwo", "one"},
-        {"\ntwo", ""},
-        {"\xEF\xBB\xBF\u00FC\n", "\u00FC"},
-        {"caf\xE9 \x80\n", "caf\u00E9 \u20AC"},
-        {std::string(10000, 'x') + "\nend", std::string(10000, 'x')},
-        {std::string(4096, 'x') + "\nend", std::string(4096, 'x')},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(firstLine(folder.write("a.txt", c.content)), c.line);
+    for (const auto& [content, line] : rows<2>("files.first_lines"))
+        EXPECT_EQ(firstLine(folder.write("a.txt", content)), line) << content;
+    for (const size_t length : {4096, 10000})
+        EXPECT_EQ(firstLine(folder.write("a.txt", std::string(length, 'x') + "\nend")),
+                  std::string(length, 'x'));
     EXPECT_EQ(firstLine(folder.file("missing")), std::nullopt);
     EXPECT_EQ(firstLine(folder.path()), std::nullopt);
 }

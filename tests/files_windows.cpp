@@ -15,8 +15,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-using norvakavlor::testing::errorNumber;
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 
 /// Another program's open handle.
 class OtherHandle {

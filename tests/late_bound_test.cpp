@@ -11,7 +11,7 @@
 namespace norvakavlor {
 namespace {
 
-using testing::errorNumber;
+using namespace testing;
 
 Ref<TextBook> textBook(const char* id, const char* title) {
     auto book = New<TextBook>();
@@ -40,18 +40,16 @@ TEST(LateBound, ReadsAndWritesProperties) {
         const char* name;
         Value written;
         Value read;
-    } cases[] = {
-        {"TEXT", "abc", "abc"},
-        {"text", 2.5, "2.5"},
-        {"Flag", "True", true},
-        {"Small", "2.5", int16_t(2)},
-        {"Large", "&H10", int32_t(16)},
-        {"Real", int16_t(3), 3.0},
-        {"Anything", Value::Null(), Value::Null()},
-        {"Anything", {}, {}},
-        {"Book", Value::nothing(), Value::nothing()},
-        {"Held", probe->Books, probe->Books},
-    };
+    } cases[] = {{"TEXT", "abc", "abc"},
+                 {"text", 2.5, "2.5"},
+                 {"Flag", "True", true},
+                 {"Small", "2.5", int16_t(2)},
+                 {"Large", "&H10", int32_t(16)},
+                 {"Real", int16_t(3), 3.0},
+                 {"Anything", Value::Null(), Value::Null()},
+                 {"Anything", {}, {}},
+                 {"Book", Value::nothing(), Value::nothing()},
+                 {"Held", probe->Books, probe->Books}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         put(*probe, c.name, c.written);
@@ -67,18 +65,16 @@ TEST(LateBound, OrdersArgumentsAndRefusesWrongOnes) {
         NamedArguments named;
         int32_t error;
         const char* result;
-    } cases[] = {
-        {{"a", "b"}, {}, 0, "a|b|(none)"},
-        {{"a", "b", "c"}, {}, 0, "a|b|c"},
-        {{"a", {}}, {}, 0, "a||(none)"},
-        {{"a"}, {{"THIRD", "c"}, {"second", "b"}}, 0, "a|b|c"},
-        {{}, {{"second", "b"}, {"first", "a"}}, 0, "a|b|(none)"},
-        {{"a"}, {}, 449, ""},
-        {{"a"}, {{"third", "c"}}, 449, ""},
-        {{"a", "b", "c", "d"}, {}, 450, ""},
-        {{"a", "b"}, {{"first", "again"}}, 450, ""},
-        {{"a", "b"}, {{"fourth", "d"}}, 448, ""},
-    };
+    } cases[] = {{{"a", "b"}, {}, 0, "a|b|(none)"},
+                 {{"a", "b", "c"}, {}, 0, "a|b|c"},
+                 {{"a", {}}, {}, 0, "a||(none)"},
+                 {{"a"}, {{"THIRD", "c"}, {"second", "b"}}, 0, "a|b|c"},
+                 {{}, {{"second", "b"}, {"first", "a"}}, 0, "a|b|(none)"},
+                 {{"a"}, {}, 449, ""},
+                 {{"a"}, {{"third", "c"}}, 449, ""},
+                 {{"a", "b", "c", "d"}, {}, 450, ""},
+                 {{"a", "b"}, {{"first", "again"}}, 450, ""},
+                 {{"a", "b"}, {{"fourth", "d"}}, 448, ""}};
     for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.positional.size()) + " and " + std::to_string(c.named.size()));
         std::string result;
@@ -166,15 +162,26 @@ TEST(LateBound, PassesIndexesOnToTheDefaultMember) {
     EXPECT_EQ(dictionary->Count(), 1);
 }
 
-TEST(LateBound, WalksWhatForEachWould) {
-    const auto dictionary = New<Dictionary>();
-    for (const char* key : {"b", "a"})
-        call(*dictionary, "Add", {Value(key), Value(1.0)});
-    std::vector<std::string> keys;
-    for (const Value& key : elementsOf(*dictionary))
-        keys.push_back(key.toText());
-    EXPECT_THAT(keys, ::testing::ElementsAre("b", "a"));
-    EXPECT_THAT(elementsOf(*New<Probe>()->Books), ::testing::IsEmpty());
+TEST(Describe, NumbersMembersByTheirNamesAlone) {
+    const ClassInfo& info = Probe::classInfo();
+    const ClassInfo other = describe<Probe>("Other", "").property("TEXT", &Probe::Text, "The same name.");
+    EXPECT_EQ(info.find("Text")->dispatchId, 1089356926); // never changes
+    EXPECT_EQ(other.find("Text")->dispatchId, info.find("Text")->dispatchId);
+    for (const Member& member : info.members())
+        EXPECT_EQ(info.find(member.dispatchId), &member);
+    EXPECT_EQ(Dictionary::classInfo().find("Item")->dispatchId, 0) << "the default member";
+    EXPECT_EQ(info.find(1), nullptr);
+    EXPECT_EQ(info.find("Tex"), nullptr);
+}
+
+TEST(Describe, RefusesTablesThatContradictThemselves) {
+    const auto table = [] { return describe<Probe>("Probe", "").property("A", &Probe::Text, ""); };
+    EXPECT_THROW(table().readOnly("a", &Probe::Book, ""), std::logic_error);
+    EXPECT_THROW(table().defaultMember("Missing"), std::logic_error);
+    EXPECT_THROW(table().readOnly("B", &Probe::Book, "").defaultMember("A").defaultMember("B"),
+                 std::logic_error);
+    EXPECT_THROW(table().method("SwapEnds", &Probe::SwapEnds, {}, ""), std::logic_error);
+    EXPECT_THROW(table().method("SwapEnds", &Probe::SwapEnds, {"a", "b"}, ""), std::logic_error);
 }
 
 } // namespace

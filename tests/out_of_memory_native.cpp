@@ -1,6 +1,8 @@
+#include <cerrno>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <new>
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_info.h>
 #include <norvakavlor/assessment/question_pool.h>
@@ -17,26 +19,77 @@
 #include <norvakavlor/students/students.h>
 #include <string>
 
-#include "support/failing_allocation.h"
 #include "support/fixtures.h"
 #include "support/servers.h"
 
 #ifndef __SANITIZE_ADDRESS__
+
+// The C library's own functions under the names that it keeps for replacements.
+extern "C" {
+void* __libc_malloc(size_t size);
+void* __libc_calloc(size_t count, size_t size);
+void* __libc_realloc(void* memory, size_t size);
+}
+
+namespace {
+
+/// The allocation of this thread that fails, counted from 1: the library's own ones and those of the C
+/// libraries below it. 0 while nobody counts.
+thread_local size_t left = 0;
+thread_local bool failed = false;
+
+bool isNext() {
+    if (left == 0 || --left > 0)
+        return false;
+    failed = true;
+    errno = ENOMEM;
+    return true;
+}
+
+} // namespace
+
+extern "C" {
+void* malloc(size_t size) noexcept { return isNext() ? nullptr : __libc_malloc(size); }
+void* calloc(size_t count, size_t size) noexcept { return isNext() ? nullptr : __libc_calloc(count, size); }
+void* realloc(void* memory, size_t size) noexcept {
+    return isNext() ? nullptr : __libc_realloc(memory, size);
+}
+}
 
 /// Whatever cannot be had for want of memory raises; it never looks like a document that is not there, a
 /// list that is shorter or a save that failed.
 namespace norvakavlor {
 namespace {
 
-using testing::failingEachAllocation;
-using testing::misbehaving;
-using testing::TemporaryFolder;
+using namespace testing;
+
+/// Runs an act with its first allocation failing, then with its second, and so on until a run needs fewer.
+/// After each run `check(n, ranOut)` looks at what it left behind; ranOut: the act raised for want of memory.
+template <class Act, class Check> void failingEachAllocation(Act act, Check check) {
+    bool hasFailed = true;
+    for (size_t n = 1; hasFailed; ++n) {
+        bool ranOut = false;
+        failed = false;
+        left = n;
+        try {
+            act();
+        } catch (const std::bad_alloc&) {
+            ranOut = true;
+        } catch (const Error& error) {
+            ranOut = isOutOfMemory(error);
+            EXPECT_TRUE(ranOut) << error.description();
+        }
+        left = 0;
+        hasFailed = failed;
+        check(n, ranOut);
+    }
+}
 
 TEST(OutOfMemory, NeverPassesForAnAnswer) {
     const TemporaryFolder folder;
     const std::string text = "<?xml version='1.0'?><!--c--><a b='\u20AC'>x&#65;<![CDATA[<]]><p:e xmlns:p='u' "
                              "p:k='a rather long value'/><?pi d?><![CDATA[]]></a>";
-    const std::string written = testing::parsed(text).toText();
+    const std::string written = parsed(text).toText();
     const std::string books =
         folder.write("books.xml", "<textBookList><textBook><id>A</id><title>A title "
                                   "that needs memory</title></textBook></textBookList>");
@@ -44,39 +97,28 @@ TEST(OutOfMemory, NeverPassesForAnAnswer) {
         folder.write("e.xml", "<exam ID='an ID that needs memory'><title>T</title></exam>");
     const std::string roster = folder.write("r.xml", "<students autoStudentID='1'/>");
     const std::string digest = EncryptPassword("secret");
-    const struct {
-        const char* what;
-        std::function<bool()> isWhole;
-    } cases[] = {
-        {"parser",
-         [&] {
-             const auto document = platform::parseXml(text);
-             return document && document->toText() == written;
-         }},
-        {"directory", [&] { return platform::listFiles(folder.path()).size() == 3; }},
-        {"file", [&] { return readLocalDocument(books).has_value(); }},
-        {"first line", [&] { return platform::firstLine(exam).has_value(); }},
-        {"digest", [&] { return EncryptPassword("secret") == digest; }},
-        {"textbooks", [&] { return New<TextBooks>()->Load(books); }},
-        {"exam",
-         [&] {
-             const auto pool = New<QuestionPool>();
-             return New<Exam>()->Load(exam, pool.get());
-         }},
-        {"roster", [&] { return New<Students>()->Load(roster, New<Courses>().get()); }},
-        {"by name",
-         [&] {
-             const Ref<Object> made = CreateObject("NorvaKavlor.TextBooks");
-             return call(*made, "Load", {Value(books)}).toBoolean();
-         }},
-    };
-    for (const auto& c : cases) {
+    const auto expectWhole = [](const char* what, const std::function<bool()>& act) {
         bool isWhole = false;
         failingEachAllocation(
-            [&] { isWhole = c.isWhole(); },
-            [&](size_t n, bool ranOut) { EXPECT_TRUE(ranOut || isWhole) << c.what << " " << n; });
-        EXPECT_TRUE(isWhole) << c.what;
-    }
+            [&] { isWhole = act(); },
+            [&](size_t n, bool ranOut) { EXPECT_TRUE(ranOut || isWhole) << what << " " << n; });
+        EXPECT_TRUE(isWhole) << what;
+    };
+    expectWhole("parser", [&] {
+        const auto document = platform::parseXml(text);
+        return document && document->toText() == written;
+    });
+    expectWhole("directory", [&] { return platform::listFiles(folder.path()).size() == 3; });
+    expectWhole("file", [&] { return readLocalDocument(books).has_value(); });
+    expectWhole("first line", [&] { return platform::firstLine(exam).has_value(); });
+    expectWhole("digest", [&] { return EncryptPassword("secret") == digest; });
+    expectWhole("textbooks", [&] { return New<TextBooks>()->Load(books); });
+    expectWhole("exam", [&] { return New<Exam>()->Load(exam, New<QuestionPool>().get()); });
+    expectWhole("roster", [&] { return New<Students>()->Load(roster, New<Courses>().get()); });
+    expectWhole("by name", [&] {
+        const Ref<Object> made = CreateObject("NorvaKavlor.TextBooks");
+        return call(*made, "Load", {Value(books)}).toBoolean();
+    });
 }
 
 TEST(OutOfMemory, ASaveIsStoredOrRaises) {
@@ -88,29 +130,25 @@ TEST(OutOfMemory, ASaveIsStoredOrRaises) {
     exam->Title = "A title that needs memory";
     const auto lesson = New<Lesson>();
     const auto roster = New<Students>();
-    const struct {
-        const char* what;
-        std::function<void(const std::string&)> save;
-    } cases[] = {
-        {"textbooks", [&](const std::string& path) { books->Save(path); }},
-        {"exam", [&](const std::string& path) { exam->Save(path, false); }},
-        {"lesson", [&](const std::string& path) { lesson->Save(path, false); }},
-        {"roster", [&](const std::string& path) { roster->Save(path, nullptr); }},
-    };
-    for (const auto& c : cases) {
+    const auto expectStored = [](const char* what, const std::function<void(const std::string&)>& save) {
         const TemporaryFolder folder;
-        const std::string path = folder.write("a file name that needs memory.xml", "old");
-        failingEachAllocation([&] { c.save(path); },
+        const std::string name = "a file name that needs memory.xml";
+        const std::string path = folder.write(name, "old");
+        failingEachAllocation([&] { save(path); },
                               [&](size_t n, bool ranOut) {
-                                  EXPECT_EQ(platform::readFile(path) == "old", ranOut) << c.what << " " << n;
-                                  EXPECT_EQ(folder.names().size(), 1u) << c.what << " " << n;
-                                  folder.write("a file name that needs memory.xml", "old");
+                                  EXPECT_EQ(platform::readFile(path) == "old", ranOut) << what << " " << n;
+                                  EXPECT_EQ(folder.names().size(), 1u) << what << " " << n;
+                                  folder.write(name, "old");
                               });
-    }
+    };
+    expectStored("textbooks", [&](const std::string& path) { books->Save(path); });
+    expectStored("exam", [&](const std::string& path) { exam->Save(path, false); });
+    expectStored("lesson", [&](const std::string& path) { lesson->Save(path, false); });
+    expectStored("roster", [&](const std::string& path) { roster->Save(path, nullptr); });
 }
 
 TEST(OutOfMemory, ARequestIsSentWholeOrNotAtAll) {
-    testing::receivedRequests();
+    receivedRequests();
     const platform::HttpRequest request{.url = misbehaving("reply/a%20text%20that%20needs%20memory") + "?q=x",
                                         .headers = {{"Content-Type", "text/xml"}},
                                         .body = "<a/>"};
@@ -129,8 +167,8 @@ TEST(OutOfMemory, ARequestIsSentWholeOrNotAtAll) {
             EXPECT_TRUE(ranOut || text == "a text that needs memory") << n;
             text.clear();
         });
-    for (const std::string& sent : testing::receivedRequests()) {
-        EXPECT_THAT(testing::requestLine(sent), ::testing::EndsWith("/?q=x"));
+    for (const std::string& sent : receivedRequests()) {
+        EXPECT_THAT(requestLine(sent), ::testing::EndsWith("/?q=x"));
         EXPECT_THAT(sent, ::testing::HasSubstr("\r\nContent-Type: text/xml\r\n"));
         EXPECT_THAT(sent, ::testing::EndsWith("\r\n\r\n<a/>"));
     }

@@ -14,6 +14,14 @@
 namespace norvakavlor::platform {
 namespace {
 
+/// Script hosts have COM ready on their thread; so has this program, for the platform's own objects.
+class ComReady : public ::testing::Environment {
+public:
+    void SetUp() override { ASSERT_TRUE(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))); }
+    void TearDown() override { ::CoUninitialize(); }
+};
+const auto* const comReady = ::testing::AddGlobalTestEnvironment(new ComReady); // GoogleTest owns it
+
 constexpr uint32_t kCurrentUser = 0x80000001;
 
 TEST(RegistryWindows, OnlyPlainStringsAreRead) {
@@ -25,17 +33,15 @@ TEST(RegistryWindows, OnlyPlainStringsAreRead) {
         DWORD kind;
         std::string bytes;
         const char* read;
-    } cases[] = {
-        {"plain", REG_SZ, std::string("text\0", 5), "text"},
-        {"without an end", REG_SZ, "text", "text"},
-        {"behind the end", REG_SZ, std::string("text\0more\0", 10), "text"},
-        {"western", REG_SZ, std::string("\xE9\x80\0", 3), "\u00E9\u20AC"},
-        {"nothing", REG_SZ, "", ""},
-        {"number", REG_DWORD, std::string("1\0\0\0", 4), ""},
-        {"expanded", REG_EXPAND_SZ, std::string("%PATH%\0", 7), ""},
-        {"list", REG_MULTI_SZ, std::string("a\0b\0\0", 5), ""},
-        {"bytes", REG_BINARY, "text", ""},
-    };
+    } cases[] = {{"plain", REG_SZ, std::string("text\0", 5), "text"},
+                 {"without an end", REG_SZ, "text", "text"},
+                 {"behind the end", REG_SZ, std::string("text\0more\0", 10), "text"},
+                 {"western", REG_SZ, std::string("\xE9\x80\0", 3), "\u00E9\u20AC"},
+                 {"nothing", REG_SZ, "", ""},
+                 {"number", REG_DWORD, std::string("1\0\0\0", 4), ""},
+                 {"expanded", REG_EXPAND_SZ, std::string("%PATH%\0", 7), ""},
+                 {"list", REG_MULTI_SZ, std::string("a\0b\0\0", 5), ""},
+                 {"bytes", REG_BINARY, "text", ""}};
     for (const auto& c : cases) {
         ::RegSetValueExA(key, c.name, 0, c.kind, reinterpret_cast<const BYTE*>(c.bytes.data()),
                          static_cast<DWORD>(c.bytes.size()));

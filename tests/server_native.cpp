@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <norvakavlor/crypto/encryption.h>
+#include <sstream>
 #include <tools/server/options.h>
 #include <tools/server/request_target.h>
 #include <tools/server/service.h>
@@ -10,7 +11,7 @@
 namespace norvakavlor::server {
 namespace {
 
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -30,20 +31,13 @@ TEST(KavlorServerOptions, AreUnderstoodOrRefused) {
     EXPECT_EQ(options->port, 8080);
     EXPECT_THAT(options->launchKeys, ElementsAre("a", "b"));
 
-    const std::vector<std::string> wrong[] = {
-        {},
-        {"docs", "more"},
-        {"docs", "--port"},
-        {"docs", "--port", "65536"},
-        {"docs", "--port", "80x"},
-        {"docs", "--exam-info-fields", "4"},
-        {"docs", "--refuse-saves", ""},
-        {"docs", "--gradebook-accept-from", "0"},
-        {"docs", "--unknown"},
-    };
-    for (const auto& arguments : wrong) {
-        EXPECT_FALSE(parseOptions(arguments, fault));
-        EXPECT_FALSE(fault.empty());
+    for (const auto& [line] : rows<1>("server.options")) {
+        std::istringstream words(line);
+        std::vector<std::string> arguments;
+        for (std::string word; words >> word;)
+            arguments.push_back(word == "\"\"" ? "" : word);
+        EXPECT_FALSE(parseOptions(arguments, fault)) << line;
+        EXPECT_FALSE(fault.empty()) << line;
     }
     EXPECT_FALSE(parseOptions({"--help"}, fault));
     EXPECT_TRUE(fault.empty());
@@ -88,12 +82,10 @@ TEST(KavlorServerOptions, TheGradebookAcceptsWhenItIsToldTo) {
     const struct {
         std::vector<std::string> arguments;
         std::vector<std::string> replies;
-    } cases[] = {
-        {{}, {"success", "success"}},
-        {{"--gradebook-reply", "Success"}, {"Success", "Success", "Success"}},
-        {{"--gradebook-accept-from", "3"}, {"busy", "busy", "success", "success"}},
-        {{"--gradebook-accept-from", "2", "--gradebook-reply", "no"}, {"no", "success"}},
-    };
+    } cases[] = {{{}, {"success", "success"}},
+                 {{"--gradebook-reply", "Success"}, {"Success", "Success", "Success"}},
+                 {{"--gradebook-accept-from", "3"}, {"busy", "busy", "success", "success"}},
+                 {{"--gradebook-accept-from", "2", "--gradebook-reply", "no"}, {"no", "success"}}};
     const TemporaryFolder folder;
     for (const auto& c : cases) {
         std::vector<std::string> arguments = {folder.path()};
@@ -111,19 +103,8 @@ TEST(KavlorServerOptions, TheGradebookAcceptsWhenItIsToldTo) {
 }
 
 TEST(KavlorServerLog, MasksKeysAndStaysOneLine) {
-    const struct {
-        const char* target;
-        const char* shown;
-    } cases[] = {
-        {"/x.xml?key=dracoqz1", "/x.xml?key=***"},
-        {"/L.asp?ObjName=A&FileName=b&LoginKey=k&LoginValue=v",
-         "/L.asp?ObjName=A&FileName=b&LoginKey=***&LoginValue=***"},
-        {"/L.asp?a=1?KEY=2&loginkey=3", "/L.asp?a=1?KEY=***&loginkey=***"},
-        {"/x?%6Bey=1&key&monkey=2&key=", "/x?%6Bey=***&key&monkey=2&key=***"},
-        {"/\x1B[2J\xC3\xBC?a=\r\n", "/%1B[2J%C3%BC?a=%0D%0A"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(maskedTarget(c.target), c.shown);
+    for (const auto& [target, shown] : rows<2>("server.masked"))
+        EXPECT_EQ(maskedTarget(target), shown);
     EXPECT_EQ(maskedForm("&student_id=1&key=k&x=a?key=b"), "&student_id=1&key=***&x=a?key=b");
 }
 

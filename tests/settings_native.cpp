@@ -12,8 +12,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-using norvakavlor::testing::errorNumber;
-using norvakavlor::testing::TemporaryFolder;
+using namespace norvakavlor::testing;
 
 class OwnSettings final : public ::testing::Environment {
 public:
@@ -32,8 +31,6 @@ public:
     SettingsFolder(const SettingsFolder&) = delete;
     SettingsFolder& operator=(const SettingsFolder&) = delete;
 
-    std::string content() const { return folder.read("norvakavlor/settings"); }
-
     TemporaryFolder folder;
 
 private:
@@ -42,20 +39,8 @@ private:
 
 TEST(SettingsNative, KeepsWhatPeopleWrote) {
     const SettingsFolder settings;
-    settings.folder.write("norvakavlor/settings", "; mine\r\n"
-                                                  "stray=1\n"
-                                                  "\n"
-                                                  "[HKEY_LOCAL_MACHINE\\A]\r\n"
-                                                  "  Name = C:\\new \r\n"
-                                                  "# note\n"
-                                                  "what is this?\n"
-                                                  "q=\"a\\x41\\n\\\\\\\"\\q\" rest\n"
-                                                  "\n"
-                                                  "[hkey_local_machine\\b]\n"
-                                                  "other=2\n"
-                                                  "[HKEY_LOCAL_MACHINE\\\\D\\E\\]\n"
-                                                  "old=3\n"
-                                                  "[unfinished");
+    const auto [before, after] = rows<2>("settings.file").at(0);
+    settings.folder.write("norvakavlor/settings", before);
     const auto read = [](const char* path, const char* name) { return readRegistry(0x80000002, path, name); };
     EXPECT_EQ(read("a", "NAME"), "C:\\new");
     EXPECT_EQ(read("A", "q"), "aA\n\\\"q");
@@ -68,24 +53,7 @@ TEST(SettingsNative, KeepsWhatPeopleWrote) {
     writeRegistry(0x80000002, "C\\", "first", " ");
     writeRegistry(0x80000002, "D\\E", "added", "4");
     deleteRegistry(0x80000002, "B", "other");
-    EXPECT_EQ(settings.content(), "; mine\r\n"
-                                  "stray=1\n"
-                                  "\n"
-                                  "[HKEY_LOCAL_MACHINE\\A]\r\n"
-                                  "name=\"x\\ny\"\n"
-                                  "# note\n"
-                                  "what is this?\n"
-                                  "q=\"a\\x41\\n\\\\\\\"\\q\" rest\n"
-                                  "added=C:\\new\n"
-                                  "\n"
-                                  "[hkey_local_machine\\b]\n"
-                                  "[HKEY_LOCAL_MACHINE\\\\D\\E\\]\n"
-                                  "old=3\n"
-                                  "[unfinished\n"
-                                  "added=4\n"
-                                  "\n"
-                                  "[HKEY_LOCAL_MACHINE\\C]\n"
-                                  "first=\" \"\n");
+    EXPECT_EQ(settings.folder.read("norvakavlor/settings"), after);
 }
 
 TEST(SettingsNative, SaysWhenASettingCannotBeStored) {

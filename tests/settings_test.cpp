@@ -1,42 +1,23 @@
 #include <gtest/gtest.h>
+#include <norvakavlor/platform/registry.h>
 #include <norvakavlor/platform/settings.h>
 #include <string>
+#include <tests/support/tables.h>
 
 namespace norvakavlor::platform {
 namespace {
 
-constexpr const char* kApplication = "NorvaKavlor's own tests";
-
-TEST(Settings, KeepsWhatIsWritten) {
-    const struct {
-        const char* section;
-        const char* key;
-        const char* value;
-    } cases[] = {
-        {"Locations", "XMLDir", "/srv/kavlor/xml"},
-        {"Locations", "QuestionPoolDir", "http://127.0.0.1/app/?site=3/"},
-        {"Locations", "Windows", "C:\\new\\table"},
-        {"Locations", "Text", " \"quoted\" = [x] # y; "},
-        {"Locations", "Lines", "one\r\ntwo\tthree\n"},
-        {"Locations", "Quote", "\""},
-        {"Locations", "Empty", ""},
-        {"Other [section]", "XMLDir", "another"},
-        {"Other [section]", "a = b", "c"},
-        {"Other [section]", "[#;", "d"},
-    };
-    for (const auto& c : cases)
-        writeSetting(kApplication, c.section, c.key, c.value);
-    for (const auto& c : cases)
-        EXPECT_EQ(readSetting(kApplication, c.section, c.key), c.value) << c.key;
-    EXPECT_EQ(readSetting(kApplication, "LOCATIONS", "xmldir"), "/srv/kavlor/xml");
-    EXPECT_EQ(readSetting("Another application", "Locations", "XMLDir"), "");
-    writeSetting(kApplication, "locations", "XMLDIR", "changed");
-    EXPECT_EQ(readSetting(kApplication, "Locations", "XMLDir"), "changed");
-    for (const auto& c : cases) {
-        deleteSetting(kApplication, c.section, c.key);
-        EXPECT_EQ(readSetting(kApplication, c.section, c.key), "") << c.key;
-        // What is gone already may be deleted again.
-        deleteSetting(kApplication, c.section, c.key);
+TEST(Settings, KeepWhatIsWritten) {
+    for (const auto& [step, root, section, name, value] : testing::rows<5>("settings.steps")) {
+        SCOPED_TRACE(step + " " + section + " " + name);
+        const bool isKey = root.starts_with("0x");
+        const auto number = static_cast<uint32_t>(isKey ? std::stoul(root, nullptr, 16) : 0);
+        if (step == "write")
+            isKey ? writeRegistry(number, section, name, value) : writeSetting(root, section, name, value);
+        else if (step == "delete")
+            isKey ? deleteRegistry(number, section, name) : deleteSetting(root, section, name);
+        else
+            EXPECT_EQ(isKey ? readRegistry(number, section, name) : readSetting(root, section, name), value);
     }
 }
 

@@ -2,13 +2,12 @@
 #include <norvakavlor/runtime/dictionary.h>
 #include <norvakavlor/runtime/value.h>
 #include <string>
-#include <tests/support/outcome.h>
+#include <tests/support/fixtures.h>
 
 namespace norvakavlor {
 namespace {
 
-using testing::errorNumber;
-using testing::outcome;
+using namespace testing;
 
 TEST(Value, ConvertsAsAnAssignmentWould) {
     const char* const kWrong = "error 13";
@@ -22,28 +21,26 @@ TEST(Value, ConvertsAsAnAssignmentWould) {
         const char* int32;
         const char* real;
         const char* date;
-    } cases[] = {
-        {"Empty", {}, "", "False", "0", "0", "0", "12:00:00 AM"},
-        {"Null", Value::Null(), kWrong, kWrong, kWrong, kWrong, kWrong, kWrong},
-        {"True", true, "True", "True", "-1", "-1", "-1", "12/29/1899"},
-        {"False", false, "False", "False", "0", "0", "0", "12:00:00 AM"},
-        {"int16", int16_t(-7), "-7", "True", "-7", "-7", "-7", "12/23/1899"},
-        {"int32", 70000, "70000", "True", kRange, "70000", "70000", "8/25/2091"},
-        {"double", 2.5, "2.5", "True", "2", "2", "2.5", "1/1/1900 12:00:00 PM"},
-        {"small", 0.25, "0.25", "True", "0", "0", "0.25", "6:00:00 AM"},
-        {"large", 1e10, "10000000000", "True", kRange, kRange, "10000000000", kRange},
-        {"date", Date{38060.25}, "3/14/2004 6:00:00 AM", "True", kRange, "38060", "38060.25",
-         "3/14/2004 6:00:00 AM"},
-        {"single", ExactNumber{ExactNumber::Type::Single, 85.7f, "85.7"}, "85.7", "True", "86", "86",
-         "85.6999969482422", "3/25/1900 4:48:00 PM"},
-        {"text", "abc", "abc", kWrong, kWrong, kWrong, kWrong, kWrong},
-        {"no text", "", "", kWrong, kWrong, kWrong, kWrong, kWrong},
-        {"number's text", " 2.5", " 2.5", "True", "2", "2", "2.5", kWrong},
-        {"date's text", "3/14/2004", "3/14/2004", kWrong, kWrong, kWrong, kWrong, "3/14/2004"},
-        {"Nothing", Value::nothing(), kWrong, kWrong, kWrong, kWrong, kWrong, kWrong},
-        {"object", New<Dictionary>(), kWrong, kWrong, kWrong, kWrong, kWrong, kWrong},
-        {"array", std::make_shared<Array>(), kWrong, kWrong, kWrong, kWrong, kWrong, kWrong},
-    };
+    } cases[] = {{"Empty", {}, "", "False", "0", "0", "0", "12:00:00 AM"},
+                 {"Null", Value::Null(), kWrong, kWrong, kWrong, kWrong, kWrong, kWrong},
+                 {"True", true, "True", "True", "-1", "-1", "-1", "12/29/1899"},
+                 {"False", false, "False", "False", "0", "0", "0", "12:00:00 AM"},
+                 {"int16", int16_t(-7), "-7", "True", "-7", "-7", "-7", "12/23/1899"},
+                 {"int32", 70000, "70000", "True", kRange, "70000", "70000", "8/25/2091"},
+                 {"double", 2.5, "2.5", "True", "2", "2", "2.5", "1/1/1900 12:00:00 PM"},
+                 {"small", 0.25, "0.25", "True", "0", "0", "0.25", "6:00:00 AM"},
+                 {"large", 1e10, "10000000000", "True", kRange, kRange, "10000000000", kRange},
+                 {"date", Date{38060.25}, "3/14/2004 6:00:00 AM", "True", kRange, "38060", "38060.25",
+                  "3/14/2004 6:00:00 AM"},
+                 {"single", ExactNumber{ExactNumber::Type::Single, 85.7f, "85.7"}, "85.7", "True", "86", "86",
+                  "85.6999969482422", "3/25/1900 4:48:00 PM"},
+                 {"text", "abc", "abc", kWrong, kWrong, kWrong, kWrong, kWrong},
+                 {"no text", "", "", kWrong, kWrong, kWrong, kWrong, kWrong},
+                 {"number's text", " 2.5", " 2.5", "True", "2", "2", "2.5", kWrong},
+                 {"date's text", "3/14/2004", "3/14/2004", kWrong, kWrong, kWrong, kWrong, "3/14/2004"},
+                 {"Nothing", Value::nothing(), kWrong, kWrong, kWrong, kWrong, kWrong, kWrong},
+                 {"object", New<Dictionary>(), kWrong, kWrong, kWrong, kWrong, kWrong, kWrong},
+                 {"array", std::make_shared<Array>(), kWrong, kWrong, kWrong, kWrong, kWrong, kWrong}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(outcome([&] { return c.value.toText(); }), c.text);

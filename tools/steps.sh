@@ -1,28 +1,32 @@
-# What ./test and ./demo share: installing what is missing, building, telling what failed.
-# Sourced by them with $root set to the folder of the project.
+# Shared by ./test and ./demo: install what is missing, build, report failures. They source it with $root set
+# to the project's folder.
 
 logs=$root/build/logs
 mkdir -p "$logs"
 export LC_ALL=C.UTF-8
 
-# Nothing here touches the user's own files: the settings that programs keep and, where the home folder
-# cannot be written, everything else that tools like to keep there.
+# Keeps the user's own files untouched: programs' settings and, if the home folder is not writable, everything
+# that tools keep there.
 [ -n "${HOME:-}" ] && [ -w "$HOME" ] || { export HOME=$root/build/home; mkdir -p "$HOME"; }
 export XDG_CONFIG_HOME=$root/build/config
 
-native_packages="g++ cmake ninja-build libexpat1-dev libcurl4-openssl-dev libssl-dev libmicrohttpd-dev"
+native_packages="g++ cmake ninja-build libexpat1-dev libcurl4-openssl-dev libssl-dev libmicrohttpd-dev
+libcli11-dev nlohmann-json3-dev help2man"
 native_test_packages="libgtest-dev libgmock-dev"
-windows_packages="g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64"
+report_test_packages="chromium nodejs npm" # without them the report is not looked at
+python_test_packages="gcc binutils python3 python3-venv python3-pytest mypy"
+windows_packages="g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64
+libcli11-dev nlohmann-json3-dev"
 windows_test_packages="g++-mingw-w64-i686-posix googletest"
 lint_packages="clang-format clang-tidy"
 
-# Says in one line what went wrong, with the end of the log behind it where there is one.
+# Says in one line what went wrong; if there is a log, shows its end.
 complain() { # MESSAGE [LOG]
     echo "$1${2:+: see ${2#"$root"/}}"
     [ -z "${2:-}" ] || { grep -aE 'error|FAILED' "$2" || tail -n 15 "$2"; } 2> /dev/null | head -n 15 | sed 's/^/    /'
 }
 
-# Installs the packages that are missing; false when one cannot be.
+# Installs missing packages; false if one fails.
 install_missing() { # PACKAGE...
     local missing=() package
     for package; do
@@ -36,14 +40,14 @@ install_missing() { # PACKAGE...
     echo "installing ${missing[*]}"
     local log=$logs/install.log
     export DEBIAN_FRONTEND=noninteractive
-    # An update that fails need not matter: what is wanted may be known from an earlier one.
+    # A failed update may not matter: an earlier one may know the packages.
     apt-get update > "$log" 2>&1 < /dev/null
     apt-get install -y --no-install-recommends "${missing[@]}" >> "$log" 2>&1 < /dev/null && return 0
     complain "could not install ${missing[*]}" "$log"
     return 1
 }
 
-# Configures a preset where that was not done yet, or otherwise than now; false when it fails.
+# Configures a preset if that is new or outdated; false if it fails.
 configure() { # PRESET
     local log=$logs/$1-build.log stamp=$root/build/$1/.configured
     [ "$root/CMakePresets.json" -nt "$stamp" ] || return 0
@@ -52,7 +56,7 @@ configure() { # PRESET
     return 1
 }
 
-# Builds a preset, all of it or some targets; false when it fails.
+# Builds a preset, all of it or some targets; false if it fails.
 build() { # PRESET [TARGET...]
     local preset=$1 log=$logs/$1-build.log
     shift
@@ -63,7 +67,7 @@ build() { # PRESET [TARGET...]
     return 1
 }
 
-# Ends what Wine left running in the project's own prefix.
+# Ends what Wine left running in the project's prefix.
 stop_wine() {
     [ ! -d "$root/build/wine" ] || ! command -v wineserver > /dev/null ||
         WINEPREFIX=$root/build/wine WINEDEBUG=-all wineserver -k > /dev/null 2>&1

@@ -1,4 +1,4 @@
-// A school's day on the sample documents, as a C++ client sees it:
+// A school's day on the sample documents, told by a C++ client:
 //     norvakavlor_demo FOLDER SERVER
 // FOLDER holds a copy of the examples, SERVER is the address of a kavlor-server that serves another copy;
 // both end in "/". school_day.vbs tells the same day.
@@ -13,13 +13,13 @@ namespace {
 
 void tell(const std::string& line) { std::cout << line << std::endl; }
 
-/// Ends the day when something does not work.
+/// Ends the day if something fails.
 void require(bool holds, const std::string& what) {
     if (!holds)
         throw std::runtime_error("this should have worked: " + what);
 }
 
-/// What the other documents refer to, loaded in the order of their dependencies.
+/// The documents that others refer to, loaded in the order of their dependencies.
 struct Curriculum {
     Ref<TextBooks> textBooks = New<TextBooks>();
     Ref<Objectives> objectives = New<Objectives>();
@@ -37,7 +37,7 @@ struct Curriculum {
     }
 };
 
-/// A new student joins the roster, which lies on the server, and signs in.
+/// A new student joins the roster on the server and signs in.
 void enrol(const std::string& roster, const Curriculum& curriculum) {
     auto student = New<Student>();
     student->FirstName = "Mila";
@@ -55,7 +55,7 @@ void enrol(const std::string& roster, const Curriculum& curriculum) {
     tell("08:15  She signs in, one of " + std::to_string(section->Count()) + " students on Monday morning");
 }
 
-/// A student opens the menu with her own copies, finishes a task, and the lesson is kept.
+/// A student opens the menu with her own copies, finishes a task and saves the lesson.
 void learn(const std::string& directory, const Curriculum& curriculum) {
     auto menu = New<LessonMenu>();
     require(menu->Load(directory + "office_lm.xml", directory, curriculum.tasks.get(), "SID00001", directory),
@@ -68,7 +68,7 @@ void learn(const std::string& directory, const Curriculum& curriculum) {
     tell("09:30  She finishes a task; her copy of the lesson is kept: " + copy);
 }
 
-/// The gradebook launches an exam; its result arrives although the gradebook is away for a while.
+/// The gradebook launches an exam; the result arrives though the gradebook is away for a while.
 void takeExam(const std::string& folder, const std::string& server, const Curriculum& curriculum) {
     auto launched = New<GradiumExam>();
     require(launched->Load(server + "launches/exam_launch.xml", curriculum.questions.get(), "none"),
@@ -117,7 +117,7 @@ void sumUp(const std::string& folder, const Curriculum& curriculum) {
     tell("14:00  The class's right answers in the exam sheets_kvqm:" + line);
 }
 
-/// The teacher corrects a textbook for everybody.
+/// The teacher corrects a textbook for all.
 void maintain(const std::string& textBooks) {
     auto books = New<TextBooks>();
     require(books->Load(textBooks), "loading the textbooks");

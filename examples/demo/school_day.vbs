@@ -1,4 +1,4 @@
-' A school's day on the sample documents, as a script sees it:
+' A school's day on the sample documents, told by a script:
 '     cscript //nologo school_day.vbs FOLDER SERVER
 ' FOLDER holds a copy of the examples, SERVER is the address of a kavlor-server that serves another copy; both
 ' end in "/". NorvaKavlor.dll is registered before. school_day.cpp tells the same day.
@@ -11,7 +11,7 @@ End If
 folder = WScript.Arguments(0)
 server = WScript.Arguments(1)
 
-' Ends the day when something does not work.
+' Ends the day if something fails.
 Sub Require(holds, what)
     If Not holds Then
         WScript.Echo "this should have worked: " & what
@@ -19,7 +19,7 @@ Sub Require(holds, what)
     End If
 End Sub
 
-' What the other documents refer to, loaded in the order of their dependencies.
+' The documents that others refer to, loaded in the order of their dependencies.
 Dim textBooks, objectives, tasks, questions, courses
 Sub LoadCurriculum(directory)
     Set textBooks = CreateObject("NorvaKavlor.TextBooks")
@@ -34,7 +34,7 @@ Sub LoadCurriculum(directory)
     Require courses.Load(directory & "courses.xml", textBooks), "loading the courses"
 End Sub
 
-' A new student joins the roster, which lies on the server, and signs in.
+' A new student joins the roster on the server and signs in.
 Sub Enrol(roster)
     Dim student, students, section
     Set student = CreateObject("NorvaKavlor.Student")
@@ -53,7 +53,7 @@ Sub Enrol(roster)
     WScript.Echo "08:15  She signs in, one of " & section.Count & " students on Monday morning"
 End Sub
 
-' A student opens the menu with her own copies, finishes a task, and the lesson is kept.
+' A student opens the menu with her own copies, finishes a task and saves the lesson.
 Sub Learn(directory)
     Dim menu, tutorial, lesson, task, copy
     Set menu = CreateObject("NorvaKavlor.LessonMenu")
@@ -68,7 +68,7 @@ Sub Learn(directory)
     WScript.Echo "09:30  She finishes a task; her copy of the lesson is kept: " & copy
 End Sub
 
-' The gradebook launches an exam; its result arrives although the gradebook is away for a while.
+' The gradebook launches an exam; the result arrives though the gradebook is away for a while.
 Sub TakeExam
     Dim launched, exam, question, right, attempt, host, record, later
     Set launched = CreateObject("NorvaKavlor.GradiumExam")
@@ -115,7 +115,7 @@ Sub SumUp
     WScript.Echo "14:00  The class's right answers in the exam sheets_kvqm:" & line
 End Sub
 
-' The teacher corrects a textbook for everybody.
+' The teacher corrects a textbook for all.
 Sub Maintain(location)
     Dim books, book
     Set books = CreateObject("NorvaKavlor.TextBooks")
@@ -141,7 +141,7 @@ Sub SchoolDay
     WScript.Echo "15:00  The day is done: all documents are stored and the gradebook has the result"
 End Sub
 
-' An error inside the day ends it, and is seen behind it.
+' An error inside the day ends it and is seen after it.
 On Error Resume Next
 SchoolDay
 If Err.Number <> 0 Then

@@ -26,7 +26,7 @@ constexpr auto kLeadingFields = fields(                            //
     attributeUnlessEmpty("isChallenge", &Exam::IsChallenge),       //
     always("title", &Exam::Title),                                 //
     always("source", &Exam::Source));
-// "pref" stands between the two lists.
+// "pref" comes between the two lists.
 constexpr auto kTrailingFields = fields(unlessEmpty("studentID", &Exam::StudentID));
 
 constexpr auto kResults = fields(               //
@@ -34,7 +34,7 @@ constexpr auto kResults = fields(               //
     attribute("attempts", &Question::Attempts), //
     attribute("points", &Question::Points));
 
-/// An exam's own copy of a pool's question; with its ID alone when there is no pool or the pool lacks it.
+/// The exam's own copy of a pool's question; only its ID if the pool is missing or lacks it.
 Ref<Question> questionOf(QuestionPool* pool, const std::string& id) {
     if (pool) {
         if (const Ref<Question>* found = pool->Questions->find(id))
@@ -48,7 +48,7 @@ Ref<Question> questionOf(QuestionPool* pool, const std::string& id) {
 } // namespace
 
 bool Exam::Load(const std::string& location, QuestionPool* questionPool) {
-    std::string from = location; // which may be ExamFileName, and loading changes that
+    std::string from = location; // may be ExamFileName, which loading changes
     if (!loadFrom(*this, kExamDocument.kind, location, questionPool, location))
         return false;
     loadedFrom_ = std::move(from);
@@ -69,15 +69,15 @@ void Exam::setFileName(const std::string& location) {
 }
 
 void Exam::loadHeader(xml::Node examNode) {
-    // What is read now did not come from there; Load names the new place once all is read.
+    // The old place no longer fits; Load sets the new one once all is read.
     loadedFrom_.clear();
     readFields(kLeadingFields, examNode, *this);
     loadOwnPreferences(Prefs, examNode);
     readFields(kTrailingFields, examNode, *this);
 }
 
-/// Every step's fault stays its own: a result that is no number keeps its default, a repeated question is
-/// dropped, and the rest of the exam is read all the same.
+/// Faults stay local: a result that is not a number keeps its default, a repeated question is dropped, and
+/// the rest of the exam is still read.
 void Exam::loadQuestions(xml::Node examNode, QuestionPool* questionPool) {
     for (const xml::Node reference : xml::children(examNode, "questionRef")) {
         const Ref<Question> question = questionOf(questionPool, reference.text());
@@ -110,7 +110,7 @@ bool Exam::Save(const std::string& location, bool deleteOld) {
     const bool accepted =
         saveAs(kExamDocument, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
     const bool isStale = deleteOld && accepted && leavesStaleCopy(loadedFrom_, location);
-    // Only now: a caller may have given this very member as the location.
+    // Only now: the caller may have passed this member as the location.
     ExamFileName = std::move(fileName);
     folder_ = std::move(folder);
     if (isStale) {
@@ -122,7 +122,7 @@ bool Exam::Save(const std::string& location, bool deleteOld) {
 
 bool Exam::SaveToXMLNode(xml::Node examNode) const {
     writeFields(kLeadingFields, examNode, *this);
-    xml::Document unused; // the element grows in its own document
+    xml::Document unused; // the element has its own document
     saveOwnPreferences(Prefs, unused, examNode);
     writeFields(kTrailingFields, examNode, *this);
     for (const Ref<Question>& question : *Questions) {
@@ -177,14 +177,14 @@ const ClassInfo& Exam::classInfo() {
             .property("PctCorrect", &Exam::PctCorrect, "Percentage of correct answers.")
             .property("Title", &Exam::Title, "The exam's title.")
             .property("Source", &Exam::Source, "One of ExamSources.")
-            .property("Prefs", &Exam::Prefs, "The preferences under which it is delivered; may be Nothing.")
+            .property("Prefs", &Exam::Prefs, "The preferences for delivering it; may be Nothing.")
             .property("StudentID", &Exam::StudentID, "The student of an attempt.")
             .property("IsChallenge", &Exam::IsChallenge, "Is it a challenge exam?")
             .property("Questions", &Exam::Questions, "The questions, keyed by ID, in exam order.")
             .property("ExamAssignments", &Exam::ExamAssignments, "The exam's assignments, in document order.")
             .property("ExamFileName", &Exam::ExamFileName, "File name of the document last loaded or saved.")
             .method("Load", &Exam::Load, {"location", {"questionPool", optional}},
-                    "Loads a document; False when it cannot be had or does not parse.")
+                    "Loads a document; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &Exam::LoadFromXMLNode,
                     {"examNode", {"questionPool", optional}, "location"}, "Reads an exam element.")
             .method("Save", &Exam::Save, {"location", {"deleteOld", optional}},
@@ -210,11 +210,11 @@ const ClassInfo& Exam::classInfo() {
             .method("GetExams", &Exam::GetExams, {"location", "examType"},
                     "The exams of a type at a location.")
             .method("GetExamInfo", &Exam::GetExamInfo, {"location", "studentID", "examType"},
-                    "Rows with results, of one student when the ID is not empty.")
+                    "Rows with results, of one student if the ID is not empty.")
             .method("GetExamInfo2", &Exam::GetExamInfo2, {"location", "studentID", "examType"},
                     "The same from a server that also gives each row's Source.")
             .method("GetStudentExams", &Exam::GetStudentExams, {"location", "studentID"},
-                    "The first attempts of a student, one for each exam.");
+                    "A student's first attempt at each exam.");
     return info;
 }
 

@@ -15,7 +15,7 @@ public:
     std::string ClassRef;   ///< ID of the course
     std::string SectionRef; ///< ID of the section
 
-    /// A missing child leaves its field as it is. Always True.
+    /// A field without a child keeps its value. Always True.
     bool LoadFromXMLNode(xml::Node objNode);
     bool SaveToXMLNode(xml::Node objNode) const;
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// How exams are told by their file names: authored exams end in "_kvqm.xml", a student's attempt is the
-/// exam's base name, "_", the student's identifier, "_", the attempt's number and ".xml".
+/// The file names of exams: authored ones end in "_kvqm.xml"; an attempt is the exam's base name, "_", the
+/// student's identifier, "_", the attempt's number and ".xml".
 namespace norvakavlor {
 
 /// Which exam files a listing selects.
@@ -23,17 +23,18 @@ enum class ExamSources : int16_t {
     ExamSourceExternal = 3
 };
 
-/// Does a file name belong to a type of exam? How a name ends is compared exactly, what it contains without
-/// regard to letter case. A type that is none of ExamTypes selects nothing.
-bool isExamFile(std::string_view fileName, int32_t examType);
+/// Does a file name belong to a type of exam? Its end is compared exactly, the rest in any letter case. An
+/// unknown type selects nothing.
+[[gnu::visibility("default")]] bool isExamFile(std::string_view fileName, int32_t examType);
 
 /// "algebra_kvqm", "SID00001", 3 -> "algebra_kvqm_SID00001_03.xml".
-std::string attemptFileName(std::string_view examBase, std::string_view studentID, int16_t attempt);
+[[gnu::visibility("default")]] std::string attemptFileName(std::string_view examBase,
+                                                           std::string_view studentID, int16_t attempt);
 
-/// The attempt's number in an attempt's file name; 0 for other names and for what is no 16-bit number.
-int16_t attemptNumber(std::string_view fileName);
+/// The number in an attempt's file name; 0 for other names and if it is not a 16-bit number.
+[[gnu::visibility("default")]] int16_t attemptNumber(std::string_view fileName);
 
-/// What every attempt of a student has in its file name: "_kvqm_SID00001_".
+/// A part of the file names of a student's attempts: "_kvqm_SID00001_".
 std::string attemptMark(std::string_view studentID);
 
 } // namespace norvakavlor

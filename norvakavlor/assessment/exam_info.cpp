@@ -8,7 +8,7 @@
 namespace norvakavlor {
 namespace {
 
-// A row is read from an exam's document and never written.
+// A row is read from an exam's document, never written.
 constexpr auto kExamInfoFields = fields(            //
     always("title", &ExamInfo::Title),              //
     attribute("pctCorrect", &ExamInfo::PctCorrect), //
@@ -36,7 +36,7 @@ bool ExamInfo::LoadValues(const std::string& pDirectory, const std::string& pFil
     Directory = pDirectory;
     Filename = pFilename;
     Attempt = attemptNumber(pFilename);
-    return readFields(kExamInfoFields, document->root(), *this);
+    return document->read([&](xml::Node root) { return readFields(kExamInfoFields, root, *this); });
 }
 
 const ClassInfo& ExamInfo::classInfo() {
@@ -54,7 +54,7 @@ const ClassInfo& ExamInfo::classInfo() {
                      "pSource"},
                     "Stores the fields.")
             .method("LoadValues", &ExamInfo::LoadValues, {"pDirectory", "pFilename", "pObjName"},
-                    "Reads one document's row; False when it cannot be had or does not parse.");
+                    "Reads one document's row; False if it is missing or ill-formed.");
     return info;
 }
 

@@ -23,10 +23,10 @@ public:
                    int16_t pAttempt, double pPctCorrect, const std::string& pFirstQuestionID,
                    int16_t pSource);
 
-    /// Reads one document of the object kind `pObjName`; a local directory must end with its separator. What
-    /// the document lacks stays as it is; Directory, Filename and, from the name, Attempt are set. False,
-    /// with nothing changed, when the document cannot be had or does not parse. Raises 13 or 6 when its
-    /// percentage is no number; Title is set then.
+    /// Reads one document of the object kind `pObjName`; a local directory must end with its separator. Sets
+    /// Directory, Filename and, from the name, Attempt; fields that the document lacks keep their values.
+    /// False, and nothing changed, if it is missing, unreachable or ill-formed. Raises 13 or 6 for a bad
+    /// percentage; Title is set then.
     bool LoadValues(const std::string& pDirectory, const std::string& pFilename, const std::string& pObjName);
 
     static const ClassInfo& classInfo();

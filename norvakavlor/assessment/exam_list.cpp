@@ -13,7 +13,7 @@ namespace {
 
 constexpr auto kExamListFields = fields(always("title", &ExamList::Title));
 
-/// The exam of a file name in the first directory that has it; null when none has.
+/// The exam with this file name in the first directory that has it, or null.
 Ref<TitleFilename> findExam(const std::vector<std::string>& directories, const std::string& fileName) {
     auto exam = New<TitleFilename>();
     if (holdsSeparator(fileName))
@@ -31,18 +31,19 @@ bool ExamList::Load(const std::string& location, const std::string& directoryLis
     const auto document = readDocument(kExamListDocument.kind, location);
     if (!document)
         return false;
-    const xml::Node root = document->root();
-    ExamListFileName = documentFileName(location);
-    readFields(kExamListFields, root, *this);
-    loadOwnPreferences(Prefs, root);
-    // No list names no directory; an empty piece of one is the root.
-    const auto directories =
-        directoryList.empty() ? std::vector<std::string>() : splitDirectories(directoryList);
-    for (const xml::Node file : xml::children(root, "examFile")) {
-        if (const Ref<TitleFilename> exam = findExam(directories, file.text()))
-            Exams->Add(exam);
-    }
-    return true;
+    return document->read([&](xml::Node root) {
+        ExamListFileName = documentFileName(location);
+        readFields(kExamListFields, root, *this);
+        loadOwnPreferences(Prefs, root);
+        // Without a list nothing is searched; in "a;;b" the root is.
+        const auto directories =
+            directoryList.empty() ? std::vector<std::string>() : splitDirectories(directoryList);
+        for (const xml::Node file : xml::children(root, "examFile")) {
+            if (const Ref<TitleFilename> exam = findExam(directories, file.text()))
+                Exams->Add(exam);
+        }
+        return true;
+    });
 }
 
 bool ExamList::Save(const std::string& location) {
@@ -52,7 +53,7 @@ bool ExamList::Save(const std::string& location) {
         for (const Ref<TitleFilename>& exam : *Exams)
             root.append("examFile", exam->Filename);
     });
-    // Only now: a caller may have given this very member as the location.
+    // Only now: the caller may have passed this member as the location.
     ExamListFileName = documentFileName(location);
     return true;
 }

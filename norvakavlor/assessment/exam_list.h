@@ -15,19 +15,19 @@ class ExamList final : public Object {
 public:
     std::string Title;
     NotNull<KeyedCollection<TitleFilename>> Exams; ///< those found; no keys
-    Ref<Preferences> Prefs;                        ///< may be Nothing; saved as new preferences then
+    Ref<Preferences> Prefs;                        ///< if Nothing, new preferences are saved
     std::string ExamListFileName;                  ///< file name of the document last loaded or saved
 
-    /// Loads a list and finds each of its exam files in the first of the directories, separated by ";", that
-    /// has it; a file found in none is left out, as is a name with a separator in it. False, with nothing
-    /// changed, when the list cannot be had or does not parse.
+    /// Loads a list. Each exam file is taken from the first directory that has it; directories are separated
+    /// by ";". Files not found and names with a separator are left out. False, and nothing changed, if the
+    /// list is missing, unreachable or ill-formed.
     bool Load(const std::string& location, const std::string& directoryList = {});
 
-    /// Stores the list, its exams by their file names. True whenever no error was raised; raises 70, 76, 61
-    /// or 57 when a local file cannot be written.
+    /// Stores the list, its exams as file names. True unless it raises: 70, 76, 61 or 57 if a local file
+    /// cannot be written.
     bool Save(const std::string& location);
 
-    /// Deletes a list's document. True; a failure raises, unlike that of an exam: 53 for a missing local
+    /// Deletes a list's document. Always True; unlike an exam's, a failure raises: 53 for a missing local
     /// file.
     bool Delete(const std::string& location) const;
 
@@ -36,7 +36,7 @@ public:
 
     /// Replaces Prefs; the object is shared.
     void SetPreferences(const Ref<Preferences>& thePrefs);
-    /// The preferences' password; without preferences new ones are made first.
+    /// The preferences' password; if there are none, new ones are made.
     bool CheckPassword(const std::string& password);
     void SetPassword(const std::string& password);
 

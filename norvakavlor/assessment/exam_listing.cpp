@@ -14,8 +14,8 @@ namespace {
 
 using ExamRows = Ref<KeyedCollection<ExamInfo>>;
 
-/// The next row of a server's listing: five fields, or six where the source is among them. Nothing at the
-/// end, an unfinished row left out.
+/// The next row of a server's listing: five fields, or six with the source. Nothing at the end; an unfinished
+/// row is left out.
 std::optional<std::array<std::string, 6>> takeRow(std::string_view& listing, size_t fieldCount) {
     std::array<std::string, 6> row;
     for (size_t position = 0; position < fieldCount; ++position) {
@@ -52,15 +52,18 @@ ExamRows localRows(const std::string& location, const std::string& studentID, in
         return isExamFile(fileName, examType) && (studentID.empty() || containsIgnoringCase(fileName, mark));
     });
     auto rows = New<KeyedCollection<ExamInfo>>();
+    LeftOut leftOut("exams");
     for (const std::string& fileName : files.fileNames) {
         auto row = New<ExamInfo>();
         bool loaded = false;
-        // A stray document whose percentage is no number does not break the listing of the others.
+        // A stray document with a bad percentage does not stop the listing.
         ignoringErrors(
             [&] { loaded = row->LoadValues(files.directory, fileName, std::string(kExamDocument.kind)); });
+        leftOut.count(loaded);
         if (loaded)
             rows->Add(row);
     }
+    leftOut.note();
     return rows;
 }
 

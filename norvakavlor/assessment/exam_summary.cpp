@@ -12,7 +12,7 @@
 namespace norvakavlor {
 namespace {
 
-/// How many of an attempt's questions its student was shown.
+/// How many of an attempt's questions the student saw.
 int32_t questionsShown(const Exam& attempt) {
     const int32_t count = attempt.Questions->Count();
     if (!attempt.Prefs || !attempt.Prefs->RandomQuestionOrder)
@@ -31,19 +31,19 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
                    (ExamFileName.empty() ? examID : ExamFileName);
     }
     if (IsURL(location)) {
-        // All three parameters are sent, also when they are empty: the server tells the requests apart by
-        // them.
+        // All three parameters are sent, even empty: the server tells requests apart by them.
         const std::string parameters =
             "&CourseID=" + courseID + "&SectionID=" + sectionID + "&AttemptNum=" + std::to_string(attemptNum);
         const auto document = readDocument(kExamSummaryDocument.kind, location, parameters);
-        if (document)
-            addServerSummary(document->root(), questionPool, location);
-        return document.has_value();
+        return document && document->read([&](xml::Node root) {
+            addServerSummary(root, questionPool, location);
+            return true;
+        });
     }
 
     auto roster = New<Students>();
     if (!roster->LoadWithFilter(rosterFile, courses, courseID, sectionID, "")) {
-        // Clients know a roster that is not there as this error and not as False.
+        // Clients expect this error for a missing roster, not False.
         throw runtimeError(RuntimeError::TypeMismatch);
     }
     AddAttempts(*roster, questionPool, location, attemptNum);
@@ -53,18 +53,22 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
 void Exam::AddAttempts(const Students& roster, QuestionPool* questionPool, const std::string& location,
                        int16_t attemptNum) {
     const std::string_view base(location.data(), location.size() - (location.ends_with(".xml") ? 4 : 0));
+    LeftOut leftOut("attempts");
     for (const Ref<Student>& student : *roster.StudentMembers) {
         if (holdsSeparator(student->StudentID))
             continue;
         auto attempt = New<Exam>();
         bool loaded = false;
-        // One stray file does not break the summary of the class.
-        ignoringErrors([&] {
-            loaded = attempt->Load(attemptFileName(base, student->StudentID, attemptNum), questionPool);
-        });
+        const std::string file = attemptFileName(base, student->StudentID, attemptNum);
+        // One stray file does not stop the summary.
+        ignoringErrors([&] { loaded = attempt->Load(file, questionPool); });
+        // A student who has not begun left no file; only what is there and does not load is left out.
+        if (loaded || mayBeThere(file))
+            leftOut.count(loaded);
         if (loaded)
             addAttempt(*attempt);
     }
+    leftOut.note();
 }
 
 void Exam::addServerSummary(xml::Node examNode, QuestionPool* questionPool, const std::string& location) {
@@ -80,7 +84,7 @@ void Exam::addServerSummary(xml::Node examNode, QuestionPool* questionPool, cons
     loadFurther(examNode);
 }
 
-/// This exam's question of the same ID: made without results when there is none yet.
+/// This exam's question with the same ID; if missing, one without results is made.
 Question& Exam::totalOf(const Question& question) {
     if (const Ref<Question>* found = Questions->find(question.ID))
         return **found;

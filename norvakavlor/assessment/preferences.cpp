@@ -9,7 +9,7 @@
 namespace norvakavlor {
 namespace {
 
-/// A switch that reads every spelling of a boolean, as a script would write it.
+/// A switch that reads every spelling of a boolean that scripts know.
 struct Switch {
     std::string_view element;
     bool Preferences::*member;
@@ -25,8 +25,8 @@ void writeField(const Switch& field, xml::Node node, const Preferences& preferen
     node.append(field.element, preferences.*field.member ? "true" : field.falseWord);
 }
 
-// The lists in written order, with what is no plain field between them. The first three switches, unlike the
-// others, are True for exactly "true" alone.
+// The lists in written order; between them come the special fields. Unlike the others, the first three
+// switches are True only for exactly "true".
 constexpr auto kRetakes = fields(                                 //
     always("loginRequired", &Preferences::StudentLoginRequired),  //
     always("examRetakeAllowed", &Preferences::ExamRetakeAllowed), //
@@ -61,7 +61,7 @@ bool Preferences::LoadFromXMLNode(xml::Node prefNode) {
     readFields(kRetakes, prefNode, *this);
     loadRetakeCount(prefNode);
     readFields(kFeedback, prefNode, *this);
-    // An empty password element puts a password in force that nothing opens.
+    // With an empty password element, no password opens the exam.
     const xml::Node password = prefNode.child(kPassword.name);
     storeDigest(password.text(), static_cast<bool>(password));
     readFields(kDelivery, prefNode, *this);
@@ -71,7 +71,7 @@ bool Preferences::LoadFromXMLNode(xml::Node prefNode) {
 }
 
 void Preferences::loadRetakeCount(xml::Node node) {
-    // The count belongs to a document that allows retakes in so many words; elsewhere it is passed over.
+    // The count is read only if the document allows retakes with exactly "true".
     if (node.child("questionRetakeAllowed").text() != "true")
         return;
     if (node.child(kRetakeCount.name))
@@ -82,7 +82,7 @@ void Preferences::loadRetakeCount(xml::Node node) {
 
 void Preferences::loadRandomQuestions(xml::Node node) {
     const xml::Node element = node.child("randomQuestions");
-    // False changes nothing: no saved document holds it.
+    // False changes nothing: it is never saved.
     if (!element || !toBoolean(element.text()))
         return;
     RandomQuestionOrder = true;
@@ -131,9 +131,9 @@ bool Preferences::CheckPassword(const std::string& password) const {
 
 const ClassInfo& Preferences::classInfo() {
     static const ClassInfo info =
-        describe<Preferences>("Preferences", "The switches under which an exam is delivered.")
+        describe<Preferences>("Preferences", "The settings for delivering an exam.")
             .property("StudentLoginRequired", &Preferences::StudentLoginRequired, "Must students sign in?")
-            .property("ExamPWRequired", &Preferences::ExamPWRequired, "Does the exam want a password?")
+            .property("ExamPWRequired", &Preferences::ExamPWRequired, "Does the exam need a password?")
             .property("ExamRetakeAllowed", &Preferences::ExamRetakeAllowed, "May the exam be taken again?")
             .property("QuestionRetakeAllowed", &Preferences::QuestionRetakeAllowed,
                       "May a question be tried again?")
@@ -147,7 +147,7 @@ const ClassInfo& Preferences::classInfo() {
                       "Show the questions in random order?")
             .property("RandomQuestionLimit", &Preferences::RandomQuestionLimit,
                       "How many questions of a random order are shown.")
-            .property("Inherited", &Preferences::Inherited, "Are the settings taken over from the container?")
+            .property("Inherited", &Preferences::Inherited, "Do the settings come from the container?")
             .property("StartDate", &Preferences::StartDate, "First date of the exam, as text.")
             .property("EndDate", &Preferences::EndDate, "Last date of the exam, as text.")
             .property("DisplayHint", &Preferences::DisplayHint, "Show hints?")
@@ -160,8 +160,7 @@ const ClassInfo& Preferences::classInfo() {
             .property("DisplayRemediation", &Preferences::DisplayRemediation, "Show remediation texts?")
             .property("EncryptedPasswordProp", &Preferences::EncryptedPasswordProp,
                       "The stored digest of the password.")
-            .method("Load", &Preferences::Load, {"location"},
-                    "Loads a document; False when it does not parse.")
+            .method("Load", &Preferences::Load, {"location"}, "Loads a document; False if it does not parse.")
             .method("LoadFromXMLNode", &Preferences::LoadFromXMLNode, {"prefNode"}, "Reads a pref element.")
             .method("Save", &Preferences::Save, {"location"}, "Stores the preferences as a document.")
             .method("SaveToXMLNode", &Preferences::SaveToXMLNode, {"document", "node"},

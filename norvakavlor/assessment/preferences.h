@@ -9,7 +9,7 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] Preferences;
 
-/// The switches under which an exam is delivered: a document of its own, or part of an exam or exam list.
+/// The settings for delivering an exam: a document of its own, or part of an exam or exam list.
 class Preferences final : public Object {
 public:
     bool StudentLoginRequired = false;
@@ -23,7 +23,7 @@ public:
     int16_t TimeLimit = 30; ///< minutes
     bool RandomQuestionOrder = false;
     int16_t RandomQuestionLimit = 0; ///< how many questions of a random order are shown
-    bool Inherited = true;           ///< taken over from the container? Stored and reported, nothing more
+    bool Inherited = true;           ///< from the container? Only stored and reported
     std::string StartDate;
     std::string EndDate;
     bool DisplayHint = false;
@@ -32,23 +32,22 @@ public:
     bool EnablePause = true;
     std::string DelayExamResultsDate;
     bool DisplayRemediation = true;
-    std::string EncryptedPasswordProp; ///< the password's digest, as it is stored; setting it hashes nothing
+    std::string EncryptedPasswordProp; ///< the password's stored digest; setting it hashes nothing
 
-    /// Loads a document. False, with nothing changed, when it cannot be had or does not parse.
+    /// Loads a document. False, and nothing changed, if it is missing, unreachable or ill-formed.
     bool Load(const std::string& location);
-    /// Reads a pref element; what it lacks stays as it is, but for the password, which goes, and Inherited,
-    /// which becomes True. Raises 13 or 6 for a switch or number that is none; the fields before it keep
-    /// their new values.
+    /// Reads a pref element. Fields that it lacks keep their values, but a missing password is removed and a
+    /// missing Inherited becomes True. Raises 13 or 6 for a bad switch or number; the fields before it stay
+    /// read.
     bool LoadFromXMLNode(xml::Node prefNode);
 
-    /// Stores the preferences. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file
-    /// cannot be written.
+    /// Stores the preferences. True unless it raises: 70, 76, 61 or 57 if a local file cannot be written.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
     /// Sets the password; "" removes it. Raises 9 beyond 256 characters.
     void SetPassword(const std::string& password);
-    /// True for any password while none is in force.
+    /// If no password is in force, any one passes.
     bool CheckPassword(const std::string& password) const;
 
     static const ClassInfo& classInfo();

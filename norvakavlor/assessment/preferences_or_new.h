@@ -3,10 +3,10 @@
 #include <norvakavlor/assessment/preferences.h>
 #include <norvakavlor/xml/document.h>
 
-/// The preferences that an exam or an exam list carries in its own document; they may be Nothing.
+/// The preferences inside the document of an exam or exam list; may be Nothing.
 namespace norvakavlor {
 
-/// They themselves, made on first use.
+/// The preferences, made on first use.
 inline Preferences& preferencesOrNew(Ref<Preferences>& preferences) {
     if (!preferences)
         preferences = New<Preferences>();
@@ -19,7 +19,7 @@ inline void loadOwnPreferences(Ref<Preferences>& preferences, xml::Node containe
         preferencesOrNew(preferences).LoadFromXMLNode(pref);
 }
 
-/// "pref" is always written; a container without preferences writes those of a new object.
+/// "pref" is always written; without preferences, a new object's are.
 inline void saveOwnPreferences(const Ref<Preferences>& preferences, xml::Document& document,
                                xml::Node container) {
     const Ref<Preferences> written = preferences ? preferences : New<Preferences>();

@@ -46,7 +46,7 @@ void Question::SetTaskID(const std::string& taskID) {
 
 const ClassInfo& DialogBox::classInfo() {
     static const ClassInfo info =
-        describe<DialogBox>("DialogBox", "A dialog box that a question shows at a step.")
+        describe<DialogBox>("DialogBox", "A dialog box shown at a question's step.")
             .property("Index", &DialogBox::Index, "Which dialog box it is.")
             .property("Answer", &DialogBox::Answer, "The answer that it takes.")
             .method("SetValues", &DialogBox::SetValues, {"pIndex", "pAnswer"}, "Stores both; always True.");
@@ -60,10 +60,9 @@ const ClassInfo& Question::classInfo() {
             .property("Text", &Question::Text, "The question's text; may hold markup.")
             .property("Answers", &Question::Answers, "The accepted answers, in order.")
             .property("AnswerInOrder", &Question::AnswerInOrder, "Must the answers be given in order?")
-            .property("Skill", &Question::Skill, "The skill; in no pool document.")
-            .property("Objective", &Question::Objective,
-                      "The objective that it assesses; shared, may be Nothing.")
-            .property("Task", &Question::Task, "The task that it assesses; shared, may be Nothing.")
+            .property("Skill", &Question::Skill, "The skill; not stored in pools.")
+            .property("Objective", &Question::Objective, "The objective assessed; shared, may be Nothing.")
+            .property("Task", &Question::Task, "The task assessed; shared, may be Nothing.")
             .property("Hint", &Question::Hint, "Hint for the student.")
             .property("Module", &Question::Module, "The objective's module.")
             .property("Correct", &Question::Correct, "The result, or how many students answered right.")

@@ -13,7 +13,7 @@ namespace norvakavlor {
 class [[gnu::visibility("default")]] DialogBox;
 class [[gnu::visibility("default")]] Question;
 
-/// A dialog box that a question shows at a step, and the answer that it takes.
+/// A dialog box shown at a question's step, and the answer that it takes.
 class DialogBox final : public Object {
 public:
     int16_t Index = 0;
@@ -25,19 +25,19 @@ public:
     static const ClassInfo& classInfo();
 };
 
-/// One question: a sequence of simulated steps with its accepted answers. Dictionaries go from a step's name,
-/// compared exactly, to what it shows; lists have no keys.
+/// One question: simulated steps and the accepted answers. Dictionaries map a step's name, compared exactly,
+/// to what it shows; lists have no keys.
 class Question final : public Object {
 public:
     std::string ID;                                ///< key in QuestionPool
     std::string Text;                              ///< may hold markup
     NotNull<KeyedCollection<std::string>> Answers; ///< accepted, in order
     bool AnswerInOrder = false;                    ///< must the answers be given in order?
-    std::string Skill;                             ///< in no pool document
-    Ref<norvakavlor::Objective> Objective; ///< shared with the objectives it was found in; may be Nothing
-    Ref<norvakavlor::Task> Task;           ///< shared with the pool it was found in; may be Nothing
+    std::string Skill;                             ///< not stored in pools
+    Ref<norvakavlor::Objective> Objective;         ///< the Objectives' own object; may be Nothing
+    Ref<norvakavlor::Task> Task;                   ///< the TaskPool's own object; may be Nothing
     std::string Hint;
-    std::string Module;      ///< the objective's module as loading found it
+    std::string Module;      ///< the objective's module at loading
     int16_t Correct = 0;     ///< result of an attempt; in a summary, how many students answered right
     int16_t Attempts = 0;    ///< tries of an attempt; in a summary, how many students had the question
     std::string Vantel;      ///< alternative answer for a series of textbooks
@@ -57,10 +57,10 @@ public:
     int16_t Points = 1;                                   ///< set by exams
     std::string Remediation;                              ///< set by exams
 
-    /// A new question with the texts, results, Objective and Task (the same objects) of this one; its
-    /// answers, images, dialog boxes and other lists and its set-up are empty, as exams have it.
+    /// A new question with this one's texts, results, Objective and Task (the same objects). Answers, images,
+    /// dialog boxes, other lists and set-up are empty, as in exams.
     Ref<Question> Clone() const;
-    /// Renames the objective in place, for everyone who shares it; without one, makes one of this ID.
+    /// Renames the objective in place, for all who share it; without one, makes one with this ID.
     void SetObjectiveID(const std::string& objectiveID);
     /// The same for the task.
     void SetTaskID(const std::string& taskID);

@@ -8,7 +8,7 @@
 namespace norvakavlor {
 namespace {
 
-// The alternative texts: read when present, written when not empty.
+// The alternative texts: written if not empty.
 constexpr auto kAlternatives = fields(                  //
     unlessEmpty("vantel", &Question::Vantel),           //
     unlessEmpty("pelmarintos", &Question::Pelmarintos), //
@@ -16,10 +16,10 @@ constexpr auto kAlternatives = fields(                  //
     unlessEmpty("alttext1", &Question::AltText1),       //
     unlessEmpty("alttext2", &Question::AltText2),       //
     unlessEmpty("alttext3", &Question::AltText3));
-// Read behind the alternatives, written behind the references.
+// Read after the alternatives, written after the references.
 constexpr auto kHint = unlessEmpty("hint", &Question::Hint);
 
-/// A list of elements with a step each, which fills a dictionary.
+/// A list whose elements have a step each; it fills a dictionary.
 struct StepList {
     const char* list;
     const char* element;
@@ -36,21 +36,21 @@ constexpr StepList kDialogBoxes{"dialogBoxList", "dialogBox", &Question::DialogB
                                 "dialogBoxList"};
 constexpr StepList kDivIDs{"divIDList", "divID", &Question::DivIDs, 646, 649, "divID"};
 
-/// The missing step of an image is reported without the question's ID, that of the others with it.
+/// For an image the text leaves out the question's ID; for the others it has it.
 std::string missingStepText(const StepList& list, const Question& question) {
     const std::string element = list.element;
     return element == "image" ? "Step attribute required for image in " + std::string(list.list)
                               : "step attribute required for " + element + " for question ID " + question.ID;
 }
 
-/// Reads a list of steps; `item` makes what the dictionary holds of each element.
+/// Reads a list of steps; `item` turns an element into the dictionary's item.
 template <class ItemOf>
 void readSteps(const StepList& list, xml::Node node, Question& question, ItemOf item) {
     const auto elements = xml::children(node.child(list.list), list.element);
     Dictionary& dictionary = *(question.*list.dictionary);
     dictionary.reserve(elements.count());
     for (const xml::Node element : elements) {
-        // The attribute must be there; it may be empty.
+        // The attribute must exist; it may be empty.
         const auto step = element.attribute("step");
         if (!step)
             throw questionPoolError(list.missingStep, missingStepText(list, question));
@@ -80,9 +80,8 @@ void readList(KeyedCollection<std::string>& list, xml::Node node, const char* el
         list.Add(child.text());
 }
 
-/// The markup inside the text element: its serialised form without the first 6 and the last 7 characters,
-/// which are its tags when the start tag has no attributes; with attributes the same characters go, as
-/// readers of the format know it.
+/// The markup inside the text element: its serialised form without the first 6 and last 7 characters. These
+/// are its tags, unless the start tag has attributes; readers rely on the same cut then.
 std::string innerMarkup(xml::Node element) {
     constexpr size_t kStartTag = 6;
     constexpr size_t kEndTag = 7;
@@ -94,11 +93,17 @@ std::string innerMarkup(xml::Node element) {
         markup.erase(0, kStartTag);
         return markup;
     }
-    // An element without content: what is cut off behind may be more than ASCII, so count characters.
+    // An element without content: the end cut off may hold more than ASCII, so count characters.
     const std::u16string characters = toUtf16(markup);
     if (characters.size() < kStartTag + kEndTag)
         return {};
     return toUtf8(std::u16string_view(characters).substr(kStartTag, characters.size() - kStartTag - kEndTag));
+}
+
+/// The value as text: nearly all are text already and need not be copied into `spare`.
+const std::string& writtenText(const Value& value, std::string& spare) {
+    const auto* text = value.as<std::string>();
+    return text ? *text : spare = value.toText();
 }
 
 template <class AppendItem>
@@ -107,9 +112,9 @@ void writeSteps(const StepList& list, const Question& question, xml::Node node, 
     if (dictionary.empty())
         return;
     const xml::Node parent = node.append(list.list);
-    for (size_t position = 0; position < static_cast<size_t>(dictionary.Count()); ++position) {
-        appendItem(parent, dictionary.keyAt(position).toText(), dictionary.itemAt(position));
-    }
+    std::string spare;
+    for (size_t position = 0; position < static_cast<size_t>(dictionary.Count()); ++position)
+        appendItem(parent, writtenText(dictionary.keyAt(position), spare), dictionary.itemAt(position));
 }
 
 void writeList(const KeyedCollection<std::string>& list, xml::Node parent, const char* element) {
@@ -134,9 +139,9 @@ Ref<Question> readQuestion(xml::Node node, Objectives* objectives, TaskPool* tas
     }
     readFields(kAlternatives, node, *question);
     readField(kHint, node, *question);
-    // The markup is kept here and escaped when it is written: readers of saved pools rely on plain text.
+    // Reading keeps the markup and writing escapes it: readers of saved pools rely on plain text.
     question->Text = innerMarkup(node.child("text"));
-    // These two sources have a colon where all others have a dot; callers compare them.
+    // These two sources have a colon, all others a dot; callers compare them.
     if (const xml::Node reference = node.child("objectiveRef")) {
         const auto* found = objectives ? objectives->ObjectiveMembers->find(reference.text()) : nullptr;
         if (!found)
@@ -179,8 +184,9 @@ void writeQuestion(const Question& question, xml::Node node) {
     if (question.Task)
         node.append("taskRef", question.Task->ID);
     writeField(kHint, node, question);
-    const auto appendImage = [](xml::Node parent, const std::string& step, const Value& image) {
-        parent.append("image", image.toText()).setAttribute("step", step);
+    std::string spare;
+    const auto appendImage = [&](xml::Node parent, const std::string& step, const Value& image) {
+        parent.append("image", writtenText(image, spare)).setAttribute("step", step);
     };
     writeSteps(kBackgroundImages, question, node, appendImage);
     writeSteps(kCorrectImages, question, node, appendImage);
@@ -193,10 +199,10 @@ void writeQuestion(const Question& question, xml::Node node) {
                });
     if (!question.TaskPaneList->empty())
         writeList(*question.TaskPaneList, node.append("taskPaneList"), "taskPane");
-    writeSteps(kDivIDs, question, node, [](xml::Node parent, const std::string& step, const Value& id) {
-        parent.append("divID", id.toText()).setAttribute("step", step);
+    writeSteps(kDivIDs, question, node, [&](xml::Node parent, const std::string& step, const Value& id) {
+        parent.append("divID", writtenText(id, spare)).setAttribute("step", step);
     });
-    // Set-up and question images are read and never written in this version of the format.
+    // This version of the format reads set-up and question images but never writes them.
 }
 
 } // namespace norvakavlor

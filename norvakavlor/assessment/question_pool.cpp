@@ -6,7 +6,6 @@
 #include <norvakavlor/xml/node_object.h>
 
 namespace norvakavlor {
-namespace {} // namespace
 
 Ref<KeyedCollection<std::string>> QuestionPool::GetModules() const { return modules_.copy(); }
 
@@ -29,25 +28,30 @@ bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, Tas
     auto loaded = LoadedMembers<Question>::from(kQuestionPoolDocument.kind, fileName, [&](xml::Node node) {
         return readQuestion(node, objectives, taskPool);
     });
-    return loaded && loaded->addEach([this](const Ref<Question>& question) { add(question); });
+    if (!loaded)
+        return false;
+    Questions->reserve(static_cast<size_t>(Questions->Count()) + loaded->count());
+    return loaded->addEach([this](const Ref<Question>& question) { add(question); });
 }
 
 bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {
-    // Every child is a question, whatever its name; a comment is one with empty fields.
+    // Every child is a question, whatever its name; a comment gives empty fields.
     for (const xml::Node child : xml::children(poolNode))
         add(readQuestion(child, objectives, taskPool));
     return true;
 }
 
 void QuestionPool::add(const Ref<Question>& question) {
-    if (Questions->contains(question->ID))
+    if (!Questions->tryAdd(question, question->ID))
         throw questionPoolError(653, "found duplication question id '" + question->ID + "'");
-    Questions->Add(question, question->ID);
     modules_.add(question->Module);
 }
 
 bool QuestionPool::Save(const std::string& fileName) const {
-    saveAs(kQuestionPoolDocument, fileName, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveEach(kQuestionPoolDocument, fileName, *Questions,
+             [](const Question& question, xml::Document&, xml::Node root) {
+                 writeQuestion(question, root.append("question"));
+             });
     return true;
 }
 
@@ -61,12 +65,12 @@ const ClassInfo& QuestionPool::classInfo() {
         describe<QuestionPool>("QuestionPool", "The questions of a title, one document.")
             .readOnly("Questions", &QuestionPool::Questions, "The questions, keyed by ID, in document order.")
             .method("GetModules", &QuestionPool::GetModules, {},
-                    "The questions' modules, in the order first met.")
+                    "The questions' modules, in order of first use.")
             .method("GetQuestionsByModule", &QuestionPool::GetQuestionsByModule, {"moduleName"},
                     "Clones of a module's questions, in pool order.")
             .method("Load", &QuestionPool::Load,
                     {"fileName", {"objectives", optional}, {"taskPool", optional}},
-                    "Adds a document's questions; False when it cannot be had or does not parse.")
+                    "Adds a document's questions; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &QuestionPool::LoadFromXMLNode,
                     {"poolNode", {"objectives", optional}, {"taskPool", optional}},
                     "Adds the questions of a questionPool element.")

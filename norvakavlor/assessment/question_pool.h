@@ -13,23 +13,21 @@ class QuestionPool final : public Object {
 public:
     const Ref<KeyedCollection<Question>> Questions = New<KeyedCollection<Question>>(); ///< live; keyed by ID
 
-    /// The questions' modules as loading met them: a new collection.
+    /// A new collection of the modules, in the order loaded.
     Ref<KeyedCollection<std::string>> GetModules() const;
     /// Clones of the questions whose module is exactly this one, keyed by ID, in pool order. Raises object
-    /// error 650 when two of them have one ID by now.
+    /// error 650 if two of them now share an ID.
     Ref<KeyedCollection<Question>> GetQuestionsByModule(const std::string& moduleName) const;
 
-    /// Adds the questions of the document at a location. False, with nothing changed, when it cannot be had
-    /// or does not parse. Raises object errors for what a question holds: 641 an objective and 642 a task
-    /// that is not in what is passed; 643, 644, 646, 647 a step and 645 an index that is missing; 651, 652,
-    /// 649, 648 a step that is repeated; 653 a repeated ID. The questions before it stay, that question is
-    /// not added.
+    /// Adds a document's questions. False, and nothing changed, if it is missing, unreachable or ill-formed.
+    /// Raises object errors for a faulty question: 641 an objective and 642 a task that the arguments lack;
+    /// 643, 644, 646, 647 a missing step; 645 a missing index; 651, 652, 649, 648 a repeated step; 653 a
+    /// repeated ID. That question is not added; those before it stay.
     bool Load(const std::string& fileName, Objectives* objectives = nullptr, TaskPool* taskPool = nullptr);
     bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives = nullptr, TaskPool* taskPool = nullptr);
 
-    /// Stores the pool. The format loses what it has no writer for: set-up and question images; and markup in
-    /// a text becomes text. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file
-    /// cannot be written.
+    /// Stores the pool. Set-up and question images are not written, and markup in a text becomes plain text.
+    /// True unless it raises: 70, 76, 61 or 57 if a local file cannot be written.
     bool Save(const std::string& fileName) const;
     void SaveToXMLNode(xml::Node poolNode) const;
 

@@ -6,6 +6,7 @@
 #include <norvakavlor/assessment/exam_list.h>
 #include <norvakavlor/assessment/question_pool.h>
 #include <norvakavlor/config/check_setup.h>
+#include <norvakavlor/config/diagnostics.h>
 #include <norvakavlor/config/registry.h>
 #include <norvakavlor/crypto/encryption.h>
 #include <norvakavlor/curriculum/courses.h>
@@ -35,6 +36,7 @@ constexpr ClassTable kCreatable[] = {
     // config
     &Registry::classInfo,
     &CheckSetup::classInfo,
+    &Diagnostics::classInfo,
     // crypto
     &Encryption::classInfo,
     // curriculum
@@ -80,7 +82,7 @@ constexpr ClassTable kCreatable[] = {
 
 constexpr ClassTable kFurther[] = {
     &Dictionary::classInfo,
-    // Every keyed collection looks the same to clients, whatever it holds.
+    // All keyed collections look the same to clients.
     &KeyedCollection<std::string>::classInfo,
 };
 

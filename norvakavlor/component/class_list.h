@@ -18,15 +18,15 @@ using ClassTable = const ClassInfo& (*)();
 /// The tables of both, in that order.
 std::vector<const ClassInfo*> allClasses();
 
-/// The table of a creatable class by its name, letter case ignored; null when there is none.
+/// The table of the creatable class with this name, letter case ignored, or null.
 [[gnu::visibility("default")]] const ClassInfo* findCreatableClass(std::string_view name);
 
 /// Creates an object by its programmatic identifier ("NorvaKavlor.TextBooks", letter case ignored). Raises
-/// 429 when there is no such class.
+/// 429 for an unknown class.
 [[gnu::visibility("default")]] Ref<Object> CreateObject(std::string_view programmaticIdentifier);
 
-/// While it lives, clients can create one more class, at the end of the list: a program that tests how
-/// classes are reached brings one of its own. Not for several threads at once, nor out of order.
+/// While it lives, clients can create one more class, last in the list: tests add a class of their own. Use
+/// one thread only, and end them in reverse order.
 class ScopedClass {
 public:
     explicit ScopedClass(ClassTable table);

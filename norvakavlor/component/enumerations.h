@@ -6,8 +6,8 @@
 
 namespace norvakavlor {
 
-/// Named numbers for clients that read the type library or the reference; members that take or hold them are
-/// plain integers, as some keep numbers that have no name.
+/// Named numbers for readers of the type library or the reference. Members that take or hold them are plain
+/// integers, as some keep numbers without a name.
 struct Enumeration {
     struct Member {
         std::string_view name;

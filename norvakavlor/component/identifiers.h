@@ -7,11 +7,11 @@
 #include <string>
 #include <string_view>
 
-/// The identifiers by which Automation knows the library, its classes and their interfaces. They are a table
-/// of constants that kavlor-idl writes, so that they are the same in every build and never change.
+/// Automation's identifiers of the library, its classes and their interfaces: constants that kavlor-idl
+/// writes, so they are the same in every build and never change.
 namespace norvakavlor {
 
-/// In the parts in which Automation holds it.
+/// Split into parts as in Automation.
 struct Uuid {
     uint32_t first = 0;
     uint16_t second = 0;
@@ -34,8 +34,8 @@ struct ClassIdentifiers {
 /// Every class of class_list.h, in the order of the reference.
 std::span<const ClassIdentifiers> classIdentifiers();
 
-/// Of a class by the name in its table. A class that is not in the list (programs that test bring such) has
-/// empty ones, by which nobody finds it.
+/// The identifiers of the class with this name. A class not in the list (tests add some) has empty ones, so
+/// nobody finds it.
 const ClassIdentifiers& identifiersOf(std::string_view className);
 
 } // namespace norvakavlor

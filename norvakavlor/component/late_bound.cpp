@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/text/text.h>
 #include <optional>
@@ -24,10 +25,13 @@ size_t parameterNamed(const Member& member, std::string_view name) {
     return static_cast<size_t>(found - member.parameters.begin());
 }
 
-/// Here the library ends for callers by name, who know errors by their numbers.
+/// Late-bound callers know errors by number, so bad_alloc becomes 7 here, and may ask for the reason.
 template <class Step> auto numbered(Step&& step) {
     try {
         return step();
+    } catch (const Error& error) {
+        noteReason(error.reason());
+        throw;
     } catch (const std::bad_alloc&) {
         throw runtimeError(RuntimeError::OutOfMemory);
     }

@@ -9,8 +9,8 @@
 namespace norvakavlor {
 namespace {
 
-// The reports keep their spacing, the blank before the first one's full stop included, and end in a carriage
-// return alone.
+// The reports keep their spacing, even the blank before the first one's full stop, and end in just a carriage
+// return.
 std::string report(const std::string& name, const std::string& location) {
     if (location.empty())
         return {};
@@ -37,7 +37,7 @@ std::string CheckSetup::Check(const std::string& pAppName, const std::string& re
 
 const ClassInfo& CheckSetup::classInfo() {
     static const ClassInfo info =
-        describe<CheckSetup>("CheckSetup", "Says whether the places of an installation's data are there.")
+        describe<CheckSetup>("CheckSetup", "Checks that an installation's data folders exist.")
             .method("CheckSetup", &CheckSetup::Check, {"pAppName", "RegistrySection"},
                     "A report for each place that is missing or does not answer.");
     return info;

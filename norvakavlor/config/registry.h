@@ -8,7 +8,7 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] Registry;
 
-/// String values of the machine's registry. Nothing here raises: what cannot be read is empty.
+/// String values of the machine's registry. Nothing raises: an unreadable value is empty.
 class Registry final : public Object {
 public:
     int32_t Key = 0;    ///< one of the root keys
@@ -16,13 +16,13 @@ public:
     std::string Value;  ///< name of the value
     std::string Data;   ///< the value's text
 
-    /// The text of a string value up to its first NUL; "" for a missing value and for one of another type.
+    /// A string value's text up to its first NUL; "" if it is missing or of another type.
     std::string fGetstring(int32_t hKey, const std::string& strPath, const std::string& strValue) const;
-    /// Makes the key when it is absent.
+    /// Makes the key if it is absent.
     void fSaveString(int32_t hKey, const std::string& strPath, const std::string& strValue,
                      const std::string& strdata) const;
     void fDeleteValue(int32_t hKey, const std::string& strPath, const std::string& strValue) const;
-    /// Data from the value that Key, SubKey and Value name, and back.
+    /// Data from and to the value that Key, SubKey and Value name.
     void ReadValue();
     void WriteValue() const;
 

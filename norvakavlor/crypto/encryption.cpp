@@ -27,7 +27,7 @@ std::string EncryptPassword(const std::string& text) {
     } catch (const Error& failure) {
         if (isOutOfMemory(failure))
             throw;
-        // The text is stored or compared like a digest, so that nothing opens until hashing works again.
+        // The text is stored or compared like a digest: nothing opens until hashing works again.
         return "EncryptPassword Error: " + failure.description() +
                " fails with error = " + std::to_string(failure.number());
     }
@@ -40,7 +40,7 @@ std::string storedPassword(const std::string& password) {
 bool passwordOpens(const std::string& password, bool inForce, const std::string& storedDigest) {
     if (!inForce)
         return true;
-    // Where hashing fails it gives the same text for every password, so only whole digests count.
+    // Failed hashing gives the same text for every password, so only whole digests count.
     const std::string digest = EncryptPassword(password);
     return digest.size() == kDigestLength && digest == storedDigest;
 }
@@ -50,8 +50,7 @@ std::string Encryption::Encrypt(const std::string& source) const { return Encryp
 const ClassInfo& Encryption::classInfo() {
     static const ClassInfo info =
         describe<Encryption>("Encryption", "Hashes passwords for scripts and pages.")
-            .method("Encrypt", &Encryption::Encrypt, {"Source"},
-                    "The digest that is stored in a password's place.");
+            .method("Encrypt", &Encryption::Encrypt, {"Source"}, "The digest stored instead of a password.");
     return info;
 }
 

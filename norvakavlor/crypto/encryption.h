@@ -7,15 +7,15 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] Encryption;
 
-/// The digest that is stored in the place of a password: MD5 of the text's bytes in the system's code page,
-/// as 32 lower-case hexadecimal digits. When the platform's hashing fails, an error text stands in its place,
-/// which matches no password. Raises 9 for a text of more than 256 characters.
+/// The digest stored instead of a password: MD5 of the text's bytes in the system's code page, as 32
+/// lower-case hexadecimal digits. If the platform's hashing fails, an error text that matches no password.
+/// Raises 9 for a text of more than 256 characters.
 std::string EncryptPassword(const std::string& text);
 
-/// What a class that holds a password stores when it is set: its digest, or "" for no password.
+/// What to store for a new password: its digest, or "" for none.
 std::string storedPassword(const std::string& password);
 
-/// Does a password open what is protected by a stored digest? Any does while no password is in force.
+/// Does a password match a stored digest? If none is in force, any does.
 bool passwordOpens(const std::string& password, bool inForce, const std::string& storedDigest);
 
 /// Hashes passwords for scripts and pages.

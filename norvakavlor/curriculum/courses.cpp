@@ -18,15 +18,15 @@ constexpr auto kCourseFields = fields( //
     always("id", &Course::ID),         //
     always("className", &Course::Name));
 
-/// The counter after a member of this ID was read: one more than the ID, which need not be a whole number,
-/// rounded to the nearest one. It is never lowered. Raises 13 and 6 as the conversions do.
+/// Sets the counter to ID + 1 after a member was read; a fraction is rounded to the nearest whole number.
+/// Never lowers it. Raises 13 and 6 as the conversions do.
 void raiseCounter(int32_t& counter, const std::string& id) {
     const double number = toDouble(id);
     if (number >= counter)
         counter = toInt32(number + 1);
 }
 
-/// The counter's number, and the counter moved on. Raises 6 when there is no next number.
+/// Returns the counter's number and moves it on. Raises 6 if there is no next one.
 int32_t takeNumber(int32_t& counter) {
     const int32_t number = counter;
     counter = toInt32(counter + 1.0);
@@ -45,7 +45,7 @@ bool Course::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
     for (const xml::Node element : xml::children(node.child("sectionList"), "section")) {
         auto section = New<CourseSection>();
         section->LoadFromXMLNode(element);
-        // Unlike a course's, a section's ID may be a name, which the counter passes over.
+        // Unlike a course's, a section's ID may be a name; the counter ignores it.
         if (isNumeric(section->ID))
             raiseCounter(NewSectionID, section->ID);
         Sections->Add(section, section->ID);
@@ -58,7 +58,7 @@ bool Course::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
         } else if (const auto* found = textBooks->textBooks->find(id)) {
             TextBook = *found;
         } else {
-            // The plain number, without the base that every other object error has: callers test for it.
+            // The plain number, without other object errors' base: callers test for it.
             throw Error(641, "Course:LoadFromXMLNode", "Invalid textbook reference");
         }
     }
@@ -83,7 +83,7 @@ int32_t Course::AddSection(const std::string& sectionName) {
 }
 
 Ref<KeyedCollection<CourseSection>> Course::GetSections() const {
-    // Under the keys that they have: a renamed section may bear the ID of another one.
+    // Keep the keys: a renamed section may have another one's ID.
     return Sections->copy();
 }
 
@@ -103,7 +103,7 @@ bool Courses::Load(const std::string& location, TextBooks* textBooks) {
 }
 
 bool Courses::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
-    // Only class elements count here; other children are passed over.
+    // Only class elements count here; other children are ignored.
     for (const xml::Node element : xml::children(node, "class")) {
         auto course = New<Course>();
         if (!course->LoadFromXMLNode(element, textBooks))
@@ -115,8 +115,7 @@ bool Courses::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Courses::Save(const std::string& location) const {
-    saveAs(kCoursesDocument, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kCoursesDocument, location, *CourseMembers, "class");
     return true;
 }
 
@@ -156,7 +155,7 @@ const ClassInfo& Course::classInfo() {
             .method("LoadFromXMLNode", &Course::LoadFromXMLNode, {"node", {"textBooks", optional}},
                     "Reads a class element.")
             .method("SaveToXMLNode", &Course::SaveToXMLNode, {"document", "node"}, "Fills a class element.")
-            .method("AddSection", &Course::AddSection, {"sectionName"}, "Adds a section; gives its number.")
+            .method("AddSection", &Course::AddSection, {"sectionName"}, "Adds a section; returns its ID.")
             .method("GetSections", &Course::GetSections, {}, "A new collection of the same sections.")
             .method("SetTextBook", &Course::SetTextBook, {"theTextBook"}, "Shares a textbook; always True.")
             .method("SetTextBookID", &Course::SetTextBookID, {"id"},
@@ -169,14 +168,14 @@ const ClassInfo& Courses::classInfo() {
         describe<Courses>("Courses", "The courses of an installation, one document.")
             .readOnly("Courses", &Courses::CourseMembers, "The courses, keyed by ID, in document order.")
             .method("Load", &Courses::Load, {"location", {"textBooks", optional}},
-                    "Adds a document's courses; False when it cannot be had or does not parse.")
+                    "Adds a document's courses; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &Courses::LoadFromXMLNode, {"node", {"textBooks", optional}},
                     "Adds the courses of a classes element.")
             .method("Save", &Courses::Save, {"location"}, "Stores the courses as one document.")
             .method("SaveToXMLNode", &Courses::SaveToXMLNode, {"document", "node"},
                     "Fills a classes element.")
-            .method("Exists", &Courses::Exists, {"id"}, "Is there a course of this ID?")
-            .method("AddCourse", &Courses::AddCourse, {"name"}, "Adds a course; gives its ID.");
+            .method("Exists", &Courses::Exists, {"id"}, "Is this ID among the courses?")
+            .method("AddCourse", &Courses::AddCourse, {"name"}, "Adds a course and returns its ID.");
     return info;
 }
 

@@ -7,12 +7,11 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] ModuleList;
 
-/// The distinct modules of a pool in the order in which they were first met. Letter case is ignored here,
-/// while a pool compares modules exactly when it is asked for one's members: those under a second spelling
-/// are reached only by who knows it.
+/// The distinct modules of a pool, in order of first use. Letter case is ignored here, but a pool compares
+/// exactly when asked for a module's members: the caller must know a second spelling to get those under it.
 class ModuleList {
 public:
-    /// Adds a module unless it is there.
+    /// Adds a module if it is new.
     void add(const std::string& module) {
         if (!modules_->contains(module))
             modules_->Add(module, module);

@@ -29,7 +29,7 @@ bool Reference::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
     if (const xml::Node reference = node.child("textBookRef")) {
         const std::string id = reference.text();
         if (!textBooks) {
-            // Always a new one: several references to one unknown textbook do not share it.
+            // Always a new one: references to one unknown textbook do not share it.
             TextBook = New<norvakavlor::TextBook>();
             TextBook->ID = id;
         } else if (const auto* found = textBooks->textBooks->find(id)) {
@@ -87,8 +87,7 @@ bool Objectives::LoadFromXMLNode(xml::Node node, TextBooks* textBooks) {
 }
 
 bool Objectives::Save(const std::string& location) const {
-    saveAs(kObjectivesDocument, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kObjectivesDocument, location, *ObjectiveMembers, "objective");
     return true;
 }
 
@@ -118,7 +117,7 @@ const ClassInfo& Objective::classInfo() {
     static const ClassInfo info =
         describe<Objective>("Objective", "One skill that is taught and assessed.")
             .property("ID", &Objective::ID, "Key in Objectives.")
-            .property("Module", &Objective::Module, "The group that it belongs to.")
+            .property("Module", &Objective::Module, "The group it belongs to.")
             .property("SkillSet", &Objective::SkillSet, "Label of the skill set.")
             .property("Label", &Objective::Label, "Display label.")
             .property("References", &Objective::References, "References into textbooks, in document order.")
@@ -135,13 +134,13 @@ const ClassInfo& Objectives::classInfo() {
             .readOnly("Objectives", &Objectives::ObjectiveMembers,
                       "The objectives, keyed by ID, in document order.")
             .method("Load", &Objectives::Load, {"location", {"textBooks", optional}},
-                    "Adds a document's objectives; False when it cannot be had or does not parse.")
+                    "Adds a document's objectives; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &Objectives::LoadFromXMLNode, {"node", {"textBooks", optional}},
                     "Adds the objectives of an objectiveList element.")
             .method("Save", &Objectives::Save, {"location"}, "Stores the objectives as one document.")
             .method("SaveToXMLNode", &Objectives::SaveToXMLNode, {"document", "node"},
                     "Fills an objectiveList element.")
-            .method("Exists", &Objectives::Exists, {"objectiveID"}, "Is there an objective of this ID?");
+            .method("Exists", &Objectives::Exists, {"objectiveID"}, "Is this ID among the objectives?");
     return info;
 }
 

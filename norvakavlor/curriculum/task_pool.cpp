@@ -13,7 +13,7 @@ Error loadError(int code, const std::string& description) {
     return objectError(code, kTaskPoolSource, std::string(kTaskPoolSource) + ": " + description);
 }
 
-/// Every child of a pool is a task, whatever its name; a comment is one with empty fields.
+/// Every child of a pool is a task, whatever its name; a comment gives empty fields.
 Ref<Task> readTask(xml::Node node, Objectives* objectives) {
     auto task = New<Task>();
     task->ID = node.child("id").text();
@@ -25,7 +25,7 @@ Ref<Task> readTask(xml::Node node, Objectives* objectives) {
             throw loadError(621, "Invalid Objective ID");
         task->Objective = *found;
     }
-    // A pool is given no textbooks, so each reference gets one of its own that has its ID alone.
+    // Pools get no textbooks, so each reference gets its own one with only an ID.
     loadReferences(*task->References, node, nullptr);
     return task;
 }
@@ -74,7 +74,10 @@ Ref<KeyedCollection<Task>> TaskPool::GetTasksByModule(const std::string& moduleN
 bool TaskPool::Load(const std::string& location, Objectives* objectives) {
     auto loaded = LoadedMembers<Task>::from(kTaskPoolDocument.kind, location,
                                             [&](xml::Node node) { return readTask(node, objectives); });
-    return loaded && loaded->addEach([this](const Ref<Task>& task) { add(task); });
+    if (!loaded)
+        return false;
+    Tasks->reserve(static_cast<size_t>(Tasks->Count()) + loaded->count());
+    return loaded->addEach([this](const Ref<Task>& task) { add(task); });
 }
 
 bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
@@ -84,15 +87,16 @@ bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {
 }
 
 void TaskPool::add(const Ref<Task>& task) {
-    if (Tasks->contains(task->ID))
+    if (!Tasks->tryAdd(task, task->ID))
         throw loadError(622, "Duplicate task ID '" + task->ID + "'");
-    Tasks->Add(task, task->ID);
     if (task->Objective)
         modules_.add(task->Objective->Module);
 }
 
 bool TaskPool::Save(const std::string& location) const {
-    saveAs(kTaskPoolDocument, location, [this](xml::Document&, xml::Node root) { SaveToXMLNode(root); });
+    saveEach(kTaskPoolDocument, location, *Tasks, [](const Task& task, xml::Document&, xml::Node root) {
+        task.SaveToXMLNode(root.append("task"));
+    });
     return true;
 }
 
@@ -106,8 +110,7 @@ const ClassInfo& Task::classInfo() {
         describe<Task>("Task", "A skill to be performed.")
             .property("ID", &Task::ID, "Key in TaskPool.")
             .property("TaskName", &Task::TaskName, "The task's name.")
-            .property("Objective", &Task::Objective,
-                      "The objective that it belongs to; shared, may be Nothing.")
+            .property("Objective", &Task::Objective, "Its objective; shared, may be Nothing.")
             .property("BaseHREF", &Task::BaseHREF, "Base address of the task's content.")
             .property("CompletionDate", &Task::CompletionDate,
                       "When the student completed it; the zero date if not.")
@@ -123,11 +126,11 @@ const ClassInfo& TaskPool::classInfo() {
     static const ClassInfo info =
         describe<TaskPool>("TaskPool", "The tasks of a title, one document.")
             .readOnly("Tasks", &TaskPool::Tasks, "The tasks, keyed by ID, in document order.")
-            .method("GetModules", &TaskPool::GetModules, {}, "The tasks' modules, in the order first met.")
+            .method("GetModules", &TaskPool::GetModules, {}, "The tasks' modules, in order of first use.")
             .method("GetTasksByModule", &TaskPool::GetTasksByModule, {"moduleName"},
                     "Clones of a module's tasks.")
             .method("Load", &TaskPool::Load, {"location", {"objectives", optional}},
-                    "Adds a document's tasks; False when it cannot be had or does not parse.")
+                    "Adds a document's tasks; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &TaskPool::LoadFromXMLNode, {"poolNode", {"objectives", optional}},
                     "Adds the tasks of a taskPool element.")
             .method("Save", &TaskPool::Save, {"location"}, "Stores the tasks as one document.")

@@ -12,21 +12,21 @@ namespace norvakavlor {
 class [[gnu::visibility("default")]] Task;
 class [[gnu::visibility("default")]] TaskPool;
 
-/// A skill to be performed. Its module is that of its objective.
+/// A skill to be performed. Its module is its objective's.
 class Task final : public Object {
 public:
     std::string ID; ///< key in TaskPool
     std::string TaskName;
-    Ref<norvakavlor::Objective> Objective; ///< shared with the objectives it was found in; may be Nothing
+    Ref<norvakavlor::Objective> Objective; ///< shared with the Objectives; may be Nothing
     std::string BaseHREF;                  ///< base address of the task's content
-    Date CompletionDate; ///< when the student completed it; in no pool document, lessons use it
+    Date CompletionDate;                   ///< when the student completed it; stored in lessons, not in pools
     NotNull<KeyedCollection<Reference>> References; ///< no keys; clones share it
 
     /// A new task with the same fields, sharing Objective and References.
     Ref<Task> Clone() const;
     /// Fills a task element.
     void SaveToXMLNode(xml::Node node) const;
-    /// Renames the objective in place, for everyone who shares it; without one, makes one of this ID.
+    /// Renames the objective in place, for all who share it; without one, makes one with this ID.
     void SetObjectiveID(const std::string& objectiveID);
 
     static const ClassInfo& classInfo();
@@ -38,21 +38,19 @@ public:
     const Ref<KeyedCollection<Task>> Tasks =
         New<KeyedCollection<Task>>(); ///< live; keyed by ID, in document order
 
-    /// The modules of the tasks' objectives as loading met them: a new collection.
+    /// A new collection of the objectives' modules, in the order loaded.
     Ref<KeyedCollection<std::string>> GetModules() const;
-    /// Clones of the tasks whose objective's module is exactly this one, keyed by ID. Raises 91 when any task
-    /// has no objective, also when others match.
+    /// Clones of the tasks whose objective's module is exactly this one, keyed by ID. Raises 91 if any task
+    /// has no objective, even if others match.
     Ref<KeyedCollection<Task>> GetTasksByModule(const std::string& moduleName) const;
 
-    /// Adds the tasks of the document at a location. False, with nothing changed, when it cannot be had or
-    /// does not parse. Raises object error 621 for an objective that `objectives` lacks (any, without
-    /// `objectives`) and 622 for a repeated ID; the tasks before it stay. Their references' textbooks have
-    /// their IDs alone.
+    /// Adds a document's tasks. False, and nothing changed, if it is missing, unreachable or ill-formed.
+    /// Raises object error 621 for an objective that `objectives` lacks (any, without `objectives`) and 622
+    /// for a repeated ID; the tasks before it stay. Textbooks of references have only IDs.
     bool Load(const std::string& location, Objectives* objectives = nullptr);
     bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives = nullptr);
 
-    /// Stores the pool. True whenever no error was raised; raises 70, 76, 61 or 57 when a local file cannot
-    /// be written.
+    /// Stores the pool. True unless it raises: 70, 76, 61 or 57 if a local file cannot be written.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Node poolNode) const;
 

@@ -38,8 +38,7 @@ bool TextBooks::Load(const std::string& location) {
 bool TextBooks::LoadFromXMLNode(xml::Node node) { return loadMembers(*textBooks, node); }
 
 bool TextBooks::Save(const std::string& location) const {
-    saveAs(kTextBooksDocument, location,
-           [this](xml::Document& document, xml::Node root) { SaveToXMLNode(document, root); });
+    saveMembersAs(kTextBooksDocument, location, *textBooks, "textBook");
     return true;
 }
 
@@ -54,13 +53,13 @@ const ClassInfo& TextBooks::classInfo() {
         describe<TextBooks>("TextBooks", "The textbooks of an installation, one document.")
             .readOnly("textBooks", &TextBooks::textBooks, "The textbooks, keyed by ID, in document order.")
             .method("Load", &TextBooks::Load, {"location"},
-                    "Adds a document's textbooks; False when it cannot be had or does not parse.")
+                    "Adds a document's textbooks; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &TextBooks::LoadFromXMLNode, {"node"},
                     "Adds the textbooks of a textBookList element.")
             .method("Save", &TextBooks::Save, {"location"}, "Stores the textbooks as one document.")
             .method("SaveToXMLNode", &TextBooks::SaveToXMLNode, {"document", "node"},
                     "Fills a textBookList element.")
-            .method("Exists", &TextBooks::Exists, {"textBookID"}, "Is there a textbook of this ID?");
+            .method("Exists", &TextBooks::Exists, {"textBookID"}, "Is this ID among the textbooks?");
     return info;
 }
 

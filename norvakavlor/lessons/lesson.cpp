@@ -25,12 +25,12 @@ constexpr auto kLessonFields = fields(             //
     always("title", &Lesson::Title),               //
     always("source", &Lesson::Source));
 
-// Older documents have these in lower case; they are read so and written in upper case.
+// Older documents have these in lower case; they are written in upper case.
 constexpr auto kOlderExternalID = attribute("external_id", &Lesson::ExternalID);
 constexpr auto kOlderCompleted = attribute("completed", &Lesson::Completed);
 
-/// A lesson's own copy of a pool's task; with its ID alone when there is no pool. Raises 5 for a task that
-/// the pool lacks.
+/// The lesson's own copy of a pool's task; only its ID without a pool. Raises 5 for a task that the pool
+/// lacks.
 Ref<Task> taskOf(TaskPool* pool, const std::string& id) {
     if (pool)
         return pool->Tasks->Item(id)->Clone();
@@ -51,7 +51,7 @@ bool LessonAssignment::SaveToXMLNode(xml::Node objNode) const {
 }
 
 bool Lesson::Load(const std::string& filename, TaskPool* taskPool) {
-    std::string from = filename; // which may be LessonFilename, and loading changes that
+    std::string from = filename; // may be LessonFilename, which loading changes
     if (!loadFrom(*this, lessonKind(LessonObjType), filename, taskPool, filename))
         return false;
     loadedFrom_ = std::move(from);
@@ -59,9 +59,9 @@ bool Lesson::Load(const std::string& filename, TaskPool* taskPool) {
 }
 
 bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std::string& filename) {
-    // On the web the name stays as it is; a local one without extension gets its dot.
+    // A web name stays as it is; a local one without extension gets a dot.
     LessonFilename = IsURL(filename) ? URLFileName(filename) : documentFileName(filename);
-    // What is read now did not come from there; Load names the new place once all is read.
+    // The old place no longer fits; Load sets the new one once all is read.
     loadedFrom_.clear();
     standsInFor_.clear();
     if (!lessonNode.attribute("EXTERNAL_ID"))
@@ -88,7 +88,7 @@ void Lesson::StandInFor(const std::string& copyLocation) {
     standsInFor_ = copyLocation;
 }
 
-/// What could not be read when the menu was loaded may be a student's finished lesson.
+/// The copy that the menu could not read may be a student's finished lesson.
 void Lesson::makeWayForStandIn() const {
     switch (lookFor(lessonKind(LessonObjType), standsInFor_)) {
     case Presence::Nothing:
@@ -114,7 +114,7 @@ bool Lesson::Save(const std::string& filename, bool deleteOldIfChanged) {
     const bool isStale = deleteOldIfChanged && accepted && leavesStaleCopy(loadedFrom_, filename);
     if (accepted && takesCopysPlace)
         standsInFor_.clear();
-    // Only now: a caller may have given this very member as the location.
+    // Only now: the caller may have passed this member as the location.
     LessonFilename = std::move(fileName);
     if (isStale) {
         Delete(loadedFrom_);
@@ -127,7 +127,7 @@ bool Lesson::SaveToXMLNode(xml::Node lessonNode) const {
     writeFields(kLessonFields, lessonNode, *this);
     const xml::Node taskList = lessonNode.append("taskList");
     for (const Ref<Task>& task : *Tasks) {
-        // The zero date is written too, as the time that it is: "12:00:00 AM".
+        // The zero date is written too, as a time: "12:00:00 AM".
         taskList.append("taskRef", task->ID).setAttribute("completed", toText(task->CompletionDate));
     }
     for (const Ref<LessonAssignment>& assignment : *LessonAssignments) {
@@ -144,7 +144,7 @@ bool Lesson::Delete(const std::string& filename) const {
 Ref<KeyedCollection<TitleFilename>> Lesson::GetLessons(const std::string& directory,
                                                        int32_t lessonType) const {
     std::string parameters = "&LessonType=" + std::to_string(lessonType);
-    // The one listing that carries the directory's extra query.
+    // Only this listing sends the directory's extra query.
     AppendQuery(parameters, URLExtraQuery(directory));
     return listDocuments(
         lessonKind(LessonObjType), directory,
@@ -163,11 +163,12 @@ Ref<KeyedCollection<Lesson>> Lesson::GetStudentLessons(const std::string& direct
     const auto wanted = [&](const Lesson& lesson) {
         return completed.isAbsent() || completed.toBoolean() == lesson.CalcLessonComplete();
     };
-    // On the web a directory ends at its last slash, with or without a name behind it.
+    // On the web a directory ends at its last slash; a name may follow it.
     const std::string folder =
         EnsureTrailingSlash(IsURL(directory) ? directory.substr(0, directory.rfind('/') + 1) : directory);
     auto lessons = New<KeyedCollection<Lesson>>();
     const auto copies = GetLessons(directory, static_cast<int32_t>(LessonTypes::Student));
+    LeftOut leftOut("lessons");
     for (const Ref<TitleFilename>& copy : *copies) {
         if (!belongs(copy->Filename))
             continue;
@@ -175,9 +176,11 @@ Ref<KeyedCollection<Lesson>> Lesson::GetStudentLessons(const std::string& direct
         lesson->LessonObjType = LessonObjType;
         bool loaded = false;
         ignoringErrors([&] { loaded = lesson->Load(folder + copy->Filename, taskPool); });
+        leftOut.count(loaded);
         if (loaded && wanted(*lesson))
             lessons->Add(lesson);
     }
+    leftOut.note();
     return lessons;
 }
 
@@ -221,7 +224,7 @@ const ClassInfo& Lesson::classInfo() {
             .property("Completed", &Lesson::Completed, "The completed flag stored in the document.")
             .property("Source", &Lesson::Source, "One of LessonSources.")
             .method("Load", &Lesson::Load, {"filename", {"TaskPool", optional}},
-                    "Loads a document; False when it cannot be had or does not parse.")
+                    "Loads a document; False if it is missing or ill-formed.")
             .method("LoadFromXMLNode", &Lesson::LoadFromXMLNode,
                     {"lessonNode", {"TaskPool", optional}, {"filename", optional}}, "Reads a lesson element.")
             .method("Save", &Lesson::Save, {"filename", {"deleteOldIfChanged", optional}},
@@ -238,7 +241,7 @@ const ClassInfo& Lesson::classInfo() {
                     "Has every task a completion date?")
             .method("CalcLessonFileComplete", &Lesson::CalcLessonFileComplete,
                     {"filename", {"TaskPool", optional}},
-                    "The same of a document; True for one that cannot be read.");
+                    "The same for a document; True if it cannot be read.");
     return info;
 }
 

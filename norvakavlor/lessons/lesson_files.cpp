@@ -26,7 +26,7 @@ std::string lessonKind(int16_t objType) {
 }
 
 std::string studentCopyName(std::string_view fileName, std::string_view studentID) {
-    // Where ".xml" should stand there may be anything, letters of several bytes among it.
+    // The name may end in anything instead of ".xml", even letters of several bytes.
     constexpr auto continuesLetter = [](char byte) {
         return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
     };

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// How lessons are told by their file names: authored lessons end in "_kvl.xml", a student's copy is the base
-/// name, "_kvl_", the student's identifier and ".xml". Every comparison is exact.
+/// The file names of lessons: authored ones end in "_kvl.xml"; a student's copy is the base name, "_kvl_",
+/// the student's identifier and ".xml". Every comparison is exact.
 namespace norvakavlor {
 
 /// Which lesson files a listing selects.
@@ -23,11 +23,11 @@ enum class LessonSources : int16_t {
     LessonSourceExternal = 3,
 };
 
-/// The object type of what belongs to a textbook: it has object kinds of its own on the server.
+/// The object type of a textbook's lessons and menus: the server has object kinds for them.
 inline constexpr int16_t kTextbookObjType = 2;
 
-/// Does a file name belong to a type of lesson? A type that is none of LessonTypes selects nothing.
-bool isLessonFile(std::string_view fileName, int32_t lessonType);
+/// Does a file name belong to a type of lesson? An unknown type selects nothing.
+[[gnu::visibility("default")]] bool isLessonFile(std::string_view fileName, int32_t lessonType);
 
 /// Menus end in "_LM.xml", in any letter case.
 bool isLessonMenuFile(std::string_view fileName);
@@ -36,6 +36,7 @@ bool isLessonMenuFile(std::string_view fileName);
 std::string lessonKind(int16_t objType);
 
 /// "x_kvl.xml", "SID00001" -> "x_kvl_SID00001.xml".
-std::string studentCopyName(std::string_view fileName, std::string_view studentID);
+[[gnu::visibility("default")]] std::string studentCopyName(std::string_view fileName,
+                                                           std::string_view studentID);
 
 } // namespace norvakavlor

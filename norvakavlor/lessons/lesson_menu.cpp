@@ -22,21 +22,22 @@ Ref<KeyedCollection<TitleFilename>> LessonMenu::GetLessonMenus(const std::string
 
 bool LessonMenu::Load(const std::string& filename, const std::optional<std::string>& directoryList,
                       TaskPool* taskPool, const std::string& studentID, const std::string& saveDir) {
-    // A load names both: every menu is a "LessonMenu", and its type follows; a save has the first alone.
+    // A load sends ObjName ("LessonMenu" for every menu) and Type; a save sends ObjName alone.
     const auto document = readDocument(std::string(kLessonMenuDocument.kind) + "&Type=" + kind(), filename);
     if (!document)
         return false;
-    const xml::Node root = document->root();
-    readFields(kLessonMenuFields, root, *this);
-    for (const xml::Node element : xml::children(root.child("tutorialList"), "tutorial")) {
-        auto tutorial = New<Tutorial>();
-        if (LessonMenuObjType == kTextbookObjType)
-            tutorial->LessonObjType = kTextbookObjType;
-        if (!tutorial->LoadFromXMLNode(element, directoryList, taskPool, studentID, saveDir))
-            return false;
-        Tutorials->Add(tutorial);
-    }
-    return true;
+    return document->read([&](xml::Node root) {
+        readFields(kLessonMenuFields, root, *this);
+        for (const xml::Node element : xml::children(root.child("tutorialList"), "tutorial")) {
+            auto tutorial = New<Tutorial>();
+            if (LessonMenuObjType == kTextbookObjType)
+                tutorial->LessonObjType = kTextbookObjType;
+            if (!tutorial->LoadFromXMLNode(element, directoryList, taskPool, studentID, saveDir))
+                return false;
+            Tutorials->Add(tutorial);
+        }
+        return true;
+    });
 }
 
 bool LessonMenu::Save(const std::string& filename) const {
@@ -63,7 +64,7 @@ const ClassInfo& LessonMenu::classInfo() {
                      {"TaskPool", optional},
                      {"StudentID", optional},
                      {"saveDir", optional}},
-                    "Loads a menu with its lessons; False when something does not load.")
+                    "Loads a menu with its lessons; False if something does not load.")
             .method("Save", &LessonMenu::Save, {"filename"}, "Stores the menu.");
     return info;
 }

@@ -14,20 +14,20 @@ class LessonMenu final : public Object {
 public:
     std::string Title;
     NotNull<KeyedCollection<Tutorial>> Tutorials; ///< in document order; no keys
-    int16_t LessonMenuObjType = 1; ///< 2: a textbook menu, whose tutorials and lessons are a textbook's too
+    int16_t LessonMenuObjType = 1;                ///< 2: a textbook menu; its tutorials and lessons are, too
 
-    /// The menus of a directory: local names end in "_lm.xml" in any letter case.
+    /// A directory's menus; local names end in "_lm.xml" in any letter case.
     Ref<KeyedCollection<TitleFilename>> GetLessonMenus(const std::string& directory) const;
 
-    /// Loads a menu and, as Tutorial::LoadFromXMLNode says, its lessons. False, with nothing changed, when
-    /// the menu cannot be had or does not parse; False, too, when a lesson does not load: the tutorials
-    /// before stay.
+    /// Loads a menu and its lessons (see Tutorial::LoadFromXMLNode). False, and nothing changed, if the menu
+    /// is missing, unreachable or ill-formed. False also if a lesson does not load; the tutorials before it
+    /// stay.
     bool Load(const std::string& filename, const std::optional<std::string>& directoryList = {},
               TaskPool* taskPool = nullptr, const std::string& studentID = {},
               const std::string& saveDir = {});
 
-    /// Stores the menu; tutorials keep the files of their LessonTitleFiles alone. True whenever no error was
-    /// raised; raises 70, 76, 61 or 57 when a local file cannot be written.
+    /// Stores the menu; tutorials keep only the files in LessonTitleFiles. True unless it raises: 70, 76, 61
+    /// or 57 if a local file cannot be written.
     bool Save(const std::string& filename) const;
 
     static const ClassInfo& classInfo();

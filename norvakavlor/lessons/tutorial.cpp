@@ -1,6 +1,7 @@
 #include <norvakavlor/lessons/tutorial.h>
 
 #include <norvakavlor/lessons/lesson_files.h>
+#include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/text/text.h>
@@ -15,7 +16,7 @@ constexpr std::string_view kNoExpand = "noexpand";
 constexpr std::string_view kSingle = "single";
 constexpr std::string_view kNormal = "normal";
 
-/// The word is compared exactly: "NoExpand" is a normal tutorial.
+/// Compares exactly: "NoExpand" is a normal tutorial.
 TutorialTypes tutorialType(std::string_view word) {
     if (word == kNoExpand)
         return TutorialTypes::TutorialNoExpand;
@@ -63,18 +64,20 @@ bool Tutorial::LoadFromXMLNode(xml::Node objNode, const std::optional<std::strin
     return true;
 }
 
-/// Null when the lesson does not load.
+/// Null if the lesson does not load.
 Ref<Lesson> Tutorial::loadLesson(const std::string& location, TaskPool* taskPool) const {
     auto lesson = New<Lesson>();
     lesson->LessonObjType = LessonObjType;
     return lesson->Load(location, taskPool) ? lesson : nullptr;
 }
 
-/// The lesson from the first directory that has its file; null when none has, or when it does not load.
+/// The lesson from the first directory that has its file; null if none has, or if it does not load.
 Ref<Lesson> Tutorial::loadFirst(const std::string& fileName, const std::string& directoryList,
                                 TaskPool* taskPool) {
-    if (holdsSeparator(fileName))
+    if (holdsSeparator(fileName)) {
+        noteReason(fileName + ": the name of a lesson file must not lead out of its folder");
         return nullptr;
+    }
     for (const std::string& piece : splitDirectories(directoryList)) {
         const std::string directory = EnsureTrailingSlash(piece);
         auto titleFile = New<TitleFilename>();
@@ -83,6 +86,7 @@ Ref<Lesson> Tutorial::loadFirst(const std::string& fileName, const std::string& 
         LessonTitleFiles->Add(titleFile);
         return loadLesson(directory + fileName, taskPool);
     }
+    noteReason(fileName + ": this lesson is in none of the folders " + directoryList);
     return nullptr;
 }
 
@@ -114,7 +118,7 @@ const ClassInfo& Tutorial::classInfo() {
             .property("LessonTitleFiles", &Tutorial::LessonTitleFiles, "The lesson files that were found.")
             .property("Lessons", &Tutorial::Lessons, "The loaded lessons, in the order of their files.")
             .property("BaseHREF", &Tutorial::BaseHREF, "Base address of the content.")
-            .property("Spacer", &Tutorial::Spacer, "Is it a spacer line and no real tutorial?")
+            .property("Spacer", &Tutorial::Spacer, "Is it a spacer line, not a tutorial?")
             .property("TutorialType", &Tutorial::TutorialType, "One of TutorialTypes.")
             .property("LessonObjType", &Tutorial::LessonObjType, "2 for textbook lessons.")
             .method("LoadFromXMLNode", &Tutorial::LoadFromXMLNode,
@@ -123,7 +127,7 @@ const ClassInfo& Tutorial::classInfo() {
                      {"TaskPool", optional},
                      {"StudentID", optional},
                      {"saveDir", optional}},
-                    "Reads a tutorial element and loads its lessons; False when one does not load.")
+                    "Reads a tutorial element and loads its lessons; False if one does not load.")
             .method("SaveToXMLNode", &Tutorial::SaveToXMLNode, {"tutorialNode"},
                     "Fills a tutorial element; always True.");
     return info;

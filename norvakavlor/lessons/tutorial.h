@@ -18,24 +18,24 @@ public:
     std::string Title;
     NotNull<KeyedCollection<TitleFilename>> LessonTitleFiles; ///< no keys
     NotNull<KeyedCollection<Lesson>> Lessons;                 ///< in the order of their files; no keys
-    std::string BaseHREF;                                     ///< base address of the content; in no document
+    std::string BaseHREF;                                     ///< base address of the content; not stored
     bool Spacer = false;       ///< a spacer line in the menu, not a real tutorial
     int16_t TutorialType = 0;  ///< one of TutorialTypes
     int16_t LessonObjType = 1; ///< 2: textbook lessons
 
-    /// Reads a tutorial element and loads its lessons. Without a directory list each lesson has its file name
-    /// alone. With one, the pieces between ";" are tried in order; a lesson found in none, or whose name
-    /// holds a separator, or that does not load, ends with False, the lessons before it staying.
+    /// Reads a tutorial element and loads its lessons. Without a directory list each lesson has only its file
+    /// name. With one, the pieces between ";" are tried in order. False if a lesson is found in none, has a
+    /// separator in its name or does not load; the lessons before it stay.
     ///
-    /// With a `studentID`, the student's own copy in `saveDir` (a folder or a web directory) takes the
-    /// authored lesson's place when it loads; when not, the authored lesson stays under the copy's file name,
-    /// so that saving it makes the copy. Save it without deleting the old file then: that is the authored
-    /// lesson, which is everybody's. Raises what loading a lesson raises.
+    /// With a `studentID`, the student's own copy in `saveDir` (a folder or a web directory) replaces the
+    /// authored lesson if it loads. If not, the authored lesson stays but gets the copy's file name, so
+    /// saving it makes the copy. Save it without deleting the old file: that is the authored lesson, shared
+    /// by all. Raises what loading a lesson raises.
     bool LoadFromXMLNode(xml::Node objNode, const std::optional<std::string>& directoryList = {},
                          TaskPool* taskPool = nullptr, const std::string& studentID = {},
                          const std::string& saveDir = {});
-    /// Fills a tutorial element from LessonTitleFiles: a tutorial loaded without a directory list has none
-    /// and loses its files. Always True.
+    /// Fills a tutorial element from LessonTitleFiles. Without a directory list Load fills none, so the files
+    /// are lost. Always True.
     bool SaveToXMLNode(xml::Node tutorialNode) const;
 
     static const ClassInfo& classInfo();

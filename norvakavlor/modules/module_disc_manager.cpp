@@ -9,7 +9,7 @@ bool ModuleDiscManager::LoadConfigFile(const std::string& xmlFileName) {
     const auto document = readLocalDocument(xmlFileName);
     if (!document)
         return false;
-    // Both carry over from one element to the next, so that a file that serves several modules is named once.
+    // Both carry over to the next element, so a file for several modules is named once.
     std::string name;
     std::string file;
     for (const xml::Node module : xml::children(document->root(), "module")) {
@@ -32,7 +32,7 @@ const ClassInfo& ModuleDiscManager::classInfo() {
         describe<ModuleDiscManager>("ModuleDiscManager", "Which file serves which module of the curriculum.")
             .property("moduleHash", &ModuleDiscManager::moduleHash, "Module name to file.")
             .method("LoadConfigFile", &ModuleDiscManager::LoadConfigFile, {"xmlFileName"},
-                    "Adds the modules of a configuration file; False when it does not parse.")
+                    "Adds the modules of a configuration file; False if it does not parse.")
             .method("GetFileForModule", &ModuleDiscManager::GetFileForModule, {"moduleName"},
                     "The file of a module, or \"Error\".");
     return info;

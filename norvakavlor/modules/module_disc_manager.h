@@ -7,14 +7,14 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] ModuleDiscManager;
 
-/// Which file serves which module of the curriculum, where the material comes on separate media.
+/// Which file serves which module of the curriculum, if the material comes on separate media.
 class ModuleDiscManager final : public Object {
 public:
     NotNull<Dictionary> moduleHash; ///< live: module name, compared exactly -> file
 
-    /// Adds the modules of a local configuration file. False, with nothing changed, when it is missing or
-    /// does not parse. An element without name or file takes that of the element before it. Raises 457 for a
-    /// module that is there; the modules before it stay.
+    /// Adds the modules of a local configuration file. False, and nothing changed, if it is missing or
+    /// ill-formed. An element without name or file uses the one before it. Raises 457 for a module already
+    /// there; the modules before it stay.
     bool LoadConfigFile(const std::string& xmlFileName);
 
     /// The file of a module, or "Error".

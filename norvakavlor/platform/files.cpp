@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kSeparators = "/\\";
 
-/// A file written before text was UTF-8 is in the western code page.
+/// Files from before UTF-8 are in the western code page.
 std::string asUtf8(const std::string& line) {
     return xml::isWellFormedUtf8(line) ? line : xml::decodeReply(line, "text/plain; charset=windows-1252");
 }
@@ -35,7 +35,7 @@ std::vector<std::string> listFiles(const std::string& folder) {
 }
 
 void deleteFile(const std::string& path, bool force) {
-    // The platform would take these for patterns and delete every match.
+    // The platform would treat these as patterns and delete every match.
     if (fileNameOf(path).find_first_of("*?") != std::string_view::npos)
         throw runtimeError(RuntimeError::FileNotFound);
     deleteOneFile(path, force);

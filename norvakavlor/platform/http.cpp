@@ -44,7 +44,7 @@ void follow(const HttpExchange& reply, HttpRequest& request) {
     request.url = target;
 }
 
-/// A value with a line break would begin a header of its own.
+/// A value with a line break would begin another header.
 void checkHeaders(const HttpRequest& request) {
     for (const auto& [name, value] : request.headers) {
         for (const std::string& text : {name, value}) {

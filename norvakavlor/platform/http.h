@@ -10,7 +10,7 @@ namespace norvakavlor::platform {
 
 struct HttpRequest {
     std::string method = "POST";
-    /// As built: what no request line may hold is percent-encoded on the way out, nothing else.
+    /// As built: sending percent-encodes only what a request line must not hold.
     std::string url;
     std::vector<std::pair<std::string, std::string>> headers;
     std::string body;
@@ -18,20 +18,20 @@ struct HttpRequest {
 
 struct HttpReply {
     int status = 0;
-    /// What the request itself got, or its repeat after a 307 or 308: the status above, unless a 301, 302 or
-    /// 303 turned the request into a GET; then that one.
+    /// The status of the request itself, or of its repeat after a 307 or 308: the one above, unless a 301,
+    /// 302 or 303 turned the request into a GET; then that one.
     int ownStatus = 0;
     std::string text; ///< decoded to UTF-8
 };
 
-/// Sends one request on a connection of its own and waits for the whole reply, whatever its status is.
-/// At most 5 redirects are followed. Raises kTransportErrorNumber with a clear text when no whole reply
-/// came: refused, hung up, cut off, silent, too large, too slow, no web address.
+/// Sends one request on its own connection and waits for the whole reply, whatever its status. Follows at
+/// most 5 redirects. Raises kTransportErrorNumber with a clear text if no whole reply came: refused, hung up,
+/// cut off, silent, too large, too slow, no web address.
 HttpReply sendHttp(const HttpRequest& request);
 
 inline constexpr unsigned kTransportErrorNumber = 0x800C0005; ///< the resource could not be reached
 
-/// The bounds that every request obeys.
+/// The limits of every request.
 struct HttpLimits {
     std::chrono::milliseconds connect = std::chrono::seconds(30);
     std::chrono::milliseconds idle = std::chrono::seconds(60);
@@ -40,7 +40,7 @@ struct HttpLimits {
 };
 const HttpLimits& httpLimits();
 
-/// Other bounds while it lives; for tests.
+/// Other limits while it lives; for tests.
 class ScopedHttpLimits {
 public:
     explicit ScopedHttpLimits(const HttpLimits& limits);

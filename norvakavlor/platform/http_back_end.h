@@ -18,23 +18,23 @@ struct HttpExchange {
     std::string body;
 };
 
-/// How requests name their sender.
+/// The sender's name in requests.
 inline constexpr std::string_view kUserAgent = "NorvaKavlor";
 
-/// What each platform brings to sendHttp: one request on a connection of its own, and its whole reply. The
-/// url is an http or https address that needs no further encoding, headers hold no line breaks. Raises a
-/// transportError when no whole reply came within the limits.
+/// Each platform provides this for sendHttp: one request on its own connection, and its whole reply. The url
+/// is an encoded http or https address; headers hold no line breaks. Raises a transportError if no whole
+/// reply came within the limits.
 HttpExchange exchangeOnce(const HttpRequest& request, const HttpLimits& limits);
 
-/// What a request line names: the url behind its host, "/" at least.
+/// The target in a request line: the url after its host, at least "/".
 std::string requestTarget(std::string_view url);
 
 /// The length that a reply must have, from the values of its Content-Length headers; nothing if it has none.
-/// Raises a transportError if they are no decimal number of 64 bits or differ: where such a reply ends nobody
-/// can tell.
+/// Raises a transportError if they differ or are not a 64-bit decimal number: the reply's end is unknown
+/// then.
 std::optional<uint64_t> contentLength(const std::vector<std::string>& values, std::string_view url);
 
-/// Why no whole reply came. Both products say it in the same words; the platform's own may follow.
+/// Why no whole reply came. Both products use the same words; the platform's own may follow.
 namespace transport_reason {
 inline constexpr std::string_view kNoAddress = "it is no web address";
 inline constexpr std::string_view kUnknownHost = "its name is not known";
@@ -52,8 +52,8 @@ inline constexpr std::string_view kBadRedirect = "it redirects to what is no web
 inline constexpr std::string_view kOther = "the transfer failed";
 } // namespace transport_reason
 
-/// "127.0.0.1:8080 cannot be reached: the reply was cut off." Only the host is named: the rest of a url may
-/// hold what is nobody's business.
+/// "127.0.0.1:8080 cannot be reached: the reply was cut off." It names only the host: the rest of a url may
+/// hold secrets.
 Error transportError(std::string_view url, std::string_view reason, std::string_view detail = {});
 
 } // namespace norvakavlor::platform

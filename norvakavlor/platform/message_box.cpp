@@ -22,7 +22,7 @@ void showMessage(const std::string& text, const std::string& title) {
     try {
         notifier(text, title);
     } catch (const std::exception&) {
-        // What a message reports has happened already; a host that fails to show it must not undo that.
+        // The message reports what has already happened; failing to show it must not undo that.
         showOnPlatform(text, title);
     }
 }

@@ -6,13 +6,13 @@
 namespace norvakavlor::platform {
 
 /// Shows a text under a title with an OK button and returns when it is dismissed; never raises. On Windows a
-/// message box, or the event log in a window station that nobody sees; natively the notifier, else stderr.
+/// message box, or the event log if nobody sees the window station; natively the notifier, else stderr.
 void showMessage(const std::string& text, const std::string& title = "");
 
-/// Shows messages in the place of the platform's own way.
+/// Shows messages instead of the platform.
 using Notifier = std::function<void(const std::string& text, const std::string& title)>;
 
-/// Installs a host's notifier (an empty one restores the platform's way) and gives back the one before.
+/// Installs a host's notifier (an empty one restores the platform's way); returns the old one.
 [[gnu::visibility("default")]] Notifier setNotifier(Notifier notifier);
 
 } // namespace norvakavlor::platform

@@ -4,8 +4,8 @@
 
 namespace norvakavlor::platform {
 
-/// What each platform brings to showMessage: its own way to show a text. It may raise nothing and must not
-/// wait where nobody can dismiss it.
+/// Each platform provides this for showMessage: its own way to show a text. It must not raise, or wait if
+/// nobody can dismiss it.
 void showOnPlatform(const std::string& text, const std::string& title);
 
 } // namespace norvakavlor::platform

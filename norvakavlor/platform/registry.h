@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <string>
 
-/// String values of the machine's registry by root key, path and name. Natively they live in the settings
-/// file (settings.h). Nothing here raises.
+/// String values of the machine's registry by root key, path and name. Natively they are in the settings file
+/// (settings.h). Nothing here raises.
 namespace norvakavlor::platform {
 
-/// "" when the value is missing or not a string.
+/// "" if the value is missing or not a string.
 std::string readRegistry(uint32_t root, const std::string& path, const std::string& name);
-/// Creates the key when it is absent; a failure is not reported.
+/// Creates a missing key; failures are not reported.
 void writeRegistry(uint32_t root, const std::string& path, const std::string& name, const std::string& data);
 void deleteRegistry(uint32_t root, const std::string& path, const std::string& name);
 

@@ -12,7 +12,7 @@ constexpr std::string_view kEnding = ".nktmp";
 constexpr std::string_view kDigits = "0123456789abcdef";
 constexpr size_t kUniqueDigits = 16;
 
-/// File systems allow names of 255 bytes: of a long target only whole characters at the beginning fit.
+/// File systems allow names of 255 bytes: of a long target only the first whole characters fit.
 std::string beginningFor(std::string_view target) {
     constexpr size_t kLongestPart = 200;
     size_t length = std::min(target.size(), kLongestPart);

@@ -8,8 +8,8 @@
 namespace norvakavlor::platform {
 namespace {
 
-/// The first byte of an IPv4 address, which need not be written as four decimal numbers: "127.1", "0x7f.1"
-/// and "2130706433" are understood as well. Nothing for what is none.
+/// The first byte of an IPv4 address; also understands "127.1", "0x7f.1" and "2130706433". Nothing if it is
+/// not an address.
 std::optional<unsigned long> firstByte(std::string_view address) {
     unsigned long first = 0;
     int parts = 0;
@@ -29,7 +29,7 @@ std::optional<unsigned long> firstByte(std::string_view address) {
     return parts == 1 ? first >> 24 : first;
 }
 
-/// 0.0.0.0 is no loopback address, and yet a connection to it stays here.
+/// 0.0.0.0 is not a loopback address, but connections to it stay here.
 bool isOwnVersion4(std::string_view address) {
     const auto byte = firstByte(address);
     return byte == 127 || byte == 0;

@@ -6,18 +6,18 @@
 
 namespace norvakavlor::platform {
 
-/// Brought by each platform: the names that this machine has in a network, without asking the network.
+/// Each platform provides: this machine's network names, without asking the network.
 std::vector<std::string> ownHostNames();
 
-/// Brought by each platform: the number that the system gave this machine when it was set up; "" when it gave
+/// Each platform provides: the number that the system gave this machine when it was set up; "" if it gave
 /// none.
 std::string machineNumber();
 
 /// Tells this machine from others, in one line of text.
 std::string machineIdentity();
 
-/// Does the host of a web address, with or without its port, lead back to this machine? So do "localhost",
-/// loopback addresses in any spelling, and the machine's own names, whatever domain follows them.
+/// Is a web address's host, with or without port, this machine? True for "localhost", loopback addresses in
+/// any spelling, and the machine's own names, whatever domain follows.
 bool isThisMachine(std::string_view host);
 
 } // namespace norvakavlor::platform

@@ -9,7 +9,7 @@ namespace {
 
 constexpr auto kNotFound = std::string_view::npos;
 
-/// The length of "http://" or "https://" at the start; 0 when neither is there.
+/// The length of "http://" or "https://" at the start; 0 if neither.
 size_t schemeLength(std::string_view url) {
     for (const std::string_view scheme : {"http://", "https://"}) {
         if (equalIgnoringCase(url.substr(0, scheme.size()), scheme))
@@ -28,7 +28,7 @@ bool hasScheme(std::string_view location) {
     return colon != kNotFound && colon < location.find_first_of("/?#");
 }
 
-/// A path with its "." and ".." segments carried out; it begins with "/".
+/// A path with its "." and ".." segments resolved; it begins with "/".
 std::string withoutDotSegments(std::string_view path) {
     std::vector<std::string_view> segments;
     for (size_t start = 1; start <= path.size();) {

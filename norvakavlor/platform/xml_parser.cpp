@@ -65,8 +65,9 @@ std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error) 
     return parse(utf8, error, {});
 }
 
-std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember) {
-    return parse(utf8, nullptr, onMember);
+std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember,
+                                          ParseError* error) {
+    return parse(utf8, error, onMember);
 }
 
 } // namespace norvakavlor::platform

@@ -1,27 +1,33 @@
 #pragma once
 
 #include <norvakavlor/xml/document.h>
+#include <norvakavlor/xml/prolog.h>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 namespace norvakavlor::platform {
 
-/// Where and why a text does not parse; line and column count from 1.
+/// Where and why a text does not parse; line and column start at 1.
 struct ParseError {
     size_t line = 0;
     size_t column = 0;
     std::string reason;
 };
 
-/// Parses UTF-8 text; an encoding declaration inside it is ignored, as the text is decoded already. Nothing
-/// when it is not well-formed, is of another version than 1.x, holds a document type declaration, or goes
-/// beyond a bound (64 MiB, depth 200, 1,000 attributes an element); `error`, when given, then says where and
-/// why. Raises std::bad_alloc alone.
+/// Parses UTF-8 text; ignores an encoding declaration in it, as the text is already decoded. Nothing if it is
+/// ill-formed, not version 1.x, holds a document type declaration, or exceeds a limit (64 MiB, depth 200,
+/// 1,000 attributes an element); then `error`, if given, says where and why. Raises only std::bad_alloc.
 std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error = nullptr);
 
 /// The same, one child of the root at a time: each is handed over, then forgotten. The document has its root
 /// without children; it tells whether the text parsed to its end, which was not known before.
-std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember);
+std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember,
+                                          ParseError* error = nullptr);
+
+/// Where an element begins in a text that parses: `steps` are positions among the elements of one parent,
+/// from 0, beginning with the children of the root. Nothing if the platform's parser does not tell places.
+std::optional<xml::Position> positionOf(std::string_view utf8, std::span<const size_t> steps);
 
 } // namespace norvakavlor::platform

@@ -6,8 +6,7 @@ namespace norvakavlor {
 
 const ClassInfo& FileSystemObjectHandle::classInfo() {
     static const ClassInfo info =
-        describe<FileSystemObjectHandle>("FileSystemObjectHandle",
-                                         "Holds one file-system object that is shared.")
+        describe<FileSystemObjectHandle>("FileSystemObjectHandle", "Holds a shared file-system object.")
             .property("fsoHandle", &FileSystemObjectHandle::fsoHandle, "The file-system object.");
     return info;
 }

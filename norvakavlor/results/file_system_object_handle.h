@@ -7,7 +7,7 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] FileSystemObjectHandle;
 
-/// Holds one file-system object for all who share this handle.
+/// Holds a file-system object; sharing the handle shares it.
 class FileSystemObjectHandle final : public Object {
 public:
     /// The platform's own object on Windows; elsewhere one with the members that this library's clients use.

@@ -16,7 +16,8 @@ void GradiumExam::SetTheExam(const Ref<Exam>& exam) { exam_ = exam; }
 
 bool GradiumExam::Load(const std::string& filename, QuestionPool* thePool, const std::string& iniLocation) {
     const auto document = fetch(filename, iniLocation);
-    return document && LoadFromXMLNode(courseOf(*document), thePool, filename);
+    return document &&
+           document->read([&](xml::Node root) { return LoadFromXMLNode(courseOf(root), thePool, filename); });
 }
 
 bool GradiumExam::LoadFromXMLNode(xml::Node gradiumExamNode, QuestionPool* thePool, const std::string& url) {
@@ -38,7 +39,7 @@ bool GradiumExam::SaveToXMLNode(xml::Node gradiumExamNode) {
     return theExam()->SaveToXMLNode(gradiumExamNode.append("EXAM_LIST").append("EXAM"));
 }
 
-/// The gradebook takes the leading "&" and unescaped values, and relies on both.
+/// The gradebook relies on the leading "&" and on unescaped values.
 std::string GradiumExam::buildSubmitBody() {
     const Exam& exam = *theExam();
     std::string body = "&student_id=" + StudentID + "&exam_id=" + exam.ID +
@@ -48,7 +49,7 @@ std::string GradiumExam::buildSubmitBody() {
     for (const Ref<Question>& question : *exam.Questions) {
         const std::string n = std::to_string(counter++);
         const int16_t score =
-            question->Correct == -1 ? int16_t{0} : question->Correct; // not answered counts nothing
+            question->Correct == -1 ? int16_t{0} : question->Correct; // not answered counts as 0
         body.append("&question_id" + n + "=" + question->ID)
             .append("&document_score" + n + "=" + std::to_string(score))
             .append("&attempts" + n + "=" + std::to_string(question->Attempts))
@@ -59,7 +60,7 @@ std::string GradiumExam::buildSubmitBody() {
 
 bool GradiumExam::SaveOtherExam(const std::string& filename, const Ref<Exam>& theOtherExam,
                                 bool suppressServerErrorMsg) {
-    /// Puts the kept exam back however the save ends.
+    /// Puts the kept exam back, also after an error.
     struct Restore {
         Ref<Exam>& place;
         Ref<Exam> kept;
@@ -87,7 +88,7 @@ const ClassInfo& GradiumExam::classInfo() {
                 .method("LoadFromXMLNode", &GradiumExam::LoadFromXMLNode,
                         {"gradiumExamNode", {"thePool", optional}, "URL"}, "Reads a COURSE element.")
                 .method("Save", &GradiumExam::Save, {"filename", {"suppressServerErrorMsg", optional}},
-                        "Submits the results, or stores the record when there is a file name.")
+                        "Submits the results, or with a file name stores the record.")
                 .method("SaveToXMLNode", &GradiumExam::SaveToXMLNode, {"gradiumExamNode"},
                         "Fills a COURSE element; always True.")
                 .method("SaveOtherExam", &GradiumExam::SaveOtherExam,

@@ -8,35 +8,33 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] GradiumExam;
 
-/// An exam that was launched from the gradebook, with the student, the course and the address for its
-/// results.
+/// An exam launched from the gradebook, with its student, its course and the address for results.
 class GradiumExam final : public GradiumRecord {
 public:
-    /// The exam; made on first use when a client has set none.
+    /// The exam. First use makes one if the client set none.
     const Ref<Exam>& theExam();
     void SetTheExam(const Ref<Exam>& exam);
 
-    /// Loads a launch document from an address, to which the access key is appended on the way, or a local
-    /// record. `iniLocation` is the title file that chooses the key, or "none". True without an exam in the
-    /// document, too. False when it does not parse: nothing has changed then but the access key. Raises when
-    /// no reply came, and what loading an exam raises.
+    /// Loads a local record, or a launch document from an address; the request appends the access key.
+    /// `iniLocation` is the title file that chooses the key, or "none". True also if the document has no
+    /// exam. False if it does not parse; only the access key has changed then. Raises if no reply came, and
+    /// as loading an exam does.
     bool Load(const std::string& filename, QuestionPool* thePool, const std::string& iniLocation);
     /// The same from a COURSE element; `url` gives the exam's file name.
     bool LoadFromXMLNode(xml::Node gradiumExamNode, QuestionPool* thePool, const std::string& url);
 
-    /// With an empty `filename`, posts the results to SubmitHost: True when the gradebook accepted them. A
-    /// refusal is shown, or kept in ServerErrorStr when the message is suppressed; a failing connection gives
-    /// False in silence. Nothing else changes then, so that the client can submit again or save the record to
-    /// a file. Otherwise stores the record in a local file or at a web address; raises as saving a document
-    /// does.
+    /// Without a `filename`, posts the results to SubmitHost: True if the gradebook accepted them. A refusal
+    /// is shown, or kept in ServerErrorStr if the message is suppressed; a failing connection gives False
+    /// silently. Nothing else changes, so the client can submit again or save to a file. With a `filename`,
+    /// stores the record in that file or at that web address; raises as saving a document does.
     bool Save(const std::string& filename, bool suppressServerErrorMsg = false);
     /// Fills a COURSE element. Always True.
     bool SaveToXMLNode(xml::Node gradiumExamNode);
-    /// Save with another exam in theExam's place, which comes back also when it raises.
+    /// Saves another exam instead of theExam, which is restored even after an error.
     bool SaveOtherExam(const std::string& filename, const Ref<Exam>& theOtherExam,
                        bool suppressServerErrorMsg = false);
 
-    /// Deletes a local record, a read-only one too. False for a web address and when it cannot be deleted.
+    /// Deletes a local record, even a read-only one. False on failure and for a web address.
     bool Delete(const std::string& filename) const;
 
     /// Replaces the exam's preferences.

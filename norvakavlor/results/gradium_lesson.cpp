@@ -15,7 +15,9 @@ void GradiumLesson::SetTheLesson(const Ref<Lesson>& lesson) { lesson_ = lesson; 
 
 bool GradiumLesson::Load(const std::string& filename, TaskPool* taskPool, const std::string& iniLocation) {
     const auto document = fetch(filename, iniLocation);
-    return document && LoadFromXMLNode(courseOf(*document), taskPool, filename);
+    return document && document->read([&](xml::Node root) {
+        return LoadFromXMLNode(courseOf(root), taskPool, filename);
+    });
 }
 
 bool GradiumLesson::LoadFromXMLNode(xml::Node gradiumLessonNode, TaskPool* taskPool, const std::string& url) {
@@ -34,11 +36,11 @@ bool GradiumLesson::Save(const std::string& filename, bool suppressServerErrorMs
 
 bool GradiumLesson::SaveToXMLNode(xml::Node gradiumLessonNode) {
     writeCourse(gradiumLessonNode);
-    // Not where reading looks for it: readers of these records take the lesson from "EXAM".
+    // Load looks elsewhere, but readers of these records expect the lesson in "EXAM".
     return theLesson()->SaveToXMLNode(gradiumLessonNode.append("EXAM"));
 }
 
-/// Unlike an exam's, this body begins without "&"; the values are unescaped here, too.
+/// Unlike an exam's, this body has no leading "&"; its values are unescaped, too.
 std::string GradiumLesson::buildSubmitBody() {
     const Lesson& lesson = *theLesson();
     std::string body = "studentName=" + StudentFirstName + StudentLastName + "&student_id=" + StudentID +
@@ -68,7 +70,7 @@ const ClassInfo& GradiumLesson::classInfo() {
                 .method("LoadFromXMLNode", &GradiumLesson::LoadFromXMLNode,
                         {"gradiumLessonNode", {"TaskPool", optional}, "URL"}, "Reads a COURSE element.")
                 .method("Save", &GradiumLesson::Save, {"filename", {"suppressServerErrorMsg", optional}},
-                        "Submits the results, or stores the record when there is a file name.")
+                        "Submits the results, or with a file name stores the record.")
                 .method("SaveToXMLNode", &GradiumLesson::SaveToXMLNode, {"gradiumLessonNode"},
                         "Fills a COURSE element; always True.")
                 .method("Delete", &GradiumLesson::Delete, {"filename"}, "Deletes a local record."));

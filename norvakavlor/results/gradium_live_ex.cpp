@@ -14,14 +14,14 @@ namespace {
 constexpr auto kHostFields = fields(                      //
     always("SUBMIT_HOST_V3", &GradiumLiveEx::SubmitHost), //
     always("SUBMIT_HOST_V3_BACKUP", &GradiumLiveEx::SubmitBackupHost));
-// The older name is read before the newer one, which wins, and is never written.
+// The older name is read first, so the newer one wins; it is never written.
 constexpr auto kOlderSubmitHost = always("SUBMIT_HOST", &GradiumLiveEx::SubmitHost);
 constexpr auto kExerciseFields = fields(            //
     always("id", &GradiumLiveEx::ExamID),           //
     always("courseId", &GradiumLiveEx::CourseID),   //
     always("studentId", &GradiumLiveEx::StudentID), //
     always("assignmentId", &GradiumLiveEx::assignmentID));
-// Launches come with an empty one, which says as little as none.
+// Launches come with an empty score; it counts as missing.
 constexpr auto kScore = always("score", &GradiumLiveEx::Score);
 
 constexpr std::string_view kExercise = "liveExercise";
@@ -48,10 +48,10 @@ std::string testTime(const CivilTime& time) {
 bool GradiumLiveEx::Load(const std::string& filename, const std::string& iniLocation) {
     accessKey_ = gradebookAccessKey(iniLocation);
     const auto document = readLaunchDocument(filename, accessKey_);
-    if (!document || document->root().name() != kLaunchRoot)
+    if (!document || !isOfKind(*document, {{}, kLaunchRoot}))
         return false;
-    theXML = document->toText();
-    return LoadFromXMLNode(document->root(), filename);
+    theXML = document->tree().toText();
+    return document->read([&](xml::Node root) { return LoadFromXMLNode(root, filename); });
 }
 
 bool GradiumLiveEx::LoadFromXMLNode(xml::Node rootNode, const std::string&) {
@@ -91,8 +91,7 @@ bool GradiumLiveEx::submit() const {
         const bool useBackup = attempt == 3 || attempt == 5;
         if (trySubmit(useBackup ? SubmitBackupHost : SubmitHost, body))
             return true;
-        // No clock runs here: the user's answer to this box is the pause. It is shown after the last try,
-        // too.
+        // Nothing waits: the user's answer to this box is the pause. It comes after the last try, too.
         showRefusal("Sending results to Gradium failed.  I'll try again in 10 seconds.\r\n\r\n"
                     "Please do not close the application during this time.",
                     kTitle);
@@ -111,7 +110,7 @@ bool GradiumLiveEx::trySubmit(const std::string& host, const std::string& body) 
     return false;
 }
 
-/// The gradebook takes the leading "&" and unescaped values, and relies on both.
+/// The gradebook relies on the leading "&" and on unescaped values.
 std::string GradiumLiveEx::buildSubmitBody() const {
     const CivilTime time = civilTime(parseDate(CompletionDate).value_or(now()));
     return "&student_id=" + StudentID + "&exercise_id=" + ExamID + "&assignment_id=" + assignmentID +
@@ -126,7 +125,7 @@ const ClassInfo& GradiumLiveEx::classInfo() {
             .property("CourseID", &GradiumLiveEx::CourseID, "ID of the course.")
             .property("ExamID", &GradiumLiveEx::ExamID, "The exercise.")
             .property("assignmentID", &GradiumLiveEx::assignmentID, "The gradebook's assignment.")
-            .property("courseName", &GradiumLiveEx::courseName, "Name of the course; in no document.")
+            .property("courseName", &GradiumLiveEx::courseName, "Name of the course; not stored.")
             .property("Score", &GradiumLiveEx::Score, "The result, a percentage.")
             .property("CompletionDate", &GradiumLiveEx::CompletionDate, "Date of the test as text.")
             .property("SubmitHost", &GradiumLiveEx::SubmitHost, "Address that the result is posted to.")
@@ -139,7 +138,7 @@ const ClassInfo& GradiumLiveEx::classInfo() {
             .method("LoadFromXMLNode", &GradiumLiveEx::LoadFromXMLNode, {"rootNode", {"URL", optional}},
                     "Reads an ORBEX_INPUTS element; always True.")
             .method("Save", &GradiumLiveEx::Save, {"filename"},
-                    "Submits the result, or stores the launch document when there is a file name.")
+                    "Submits the result, or with a file name stores the launch document.")
             .method("SaveToXMLNode", &GradiumLiveEx::SaveToXMLNode, {"rootNode"},
                     "Fills an ORBEX_INPUTS element.")
             .method("Delete", &GradiumLiveEx::Delete, {"filename"}, "Deletes a local launch file.");

@@ -14,7 +14,7 @@ constexpr auto kRecordCourseFields = fields(                           //
     always("SUBMIT_HOST_V3", &GradiumRecord::SubmitHost),              //
     always("SUBMIT_HOST_V3_BACKUP", &GradiumRecord::SubmitBackupHost), //
     always("CURRENT_LOCATION", &GradiumRecord::CurrentLocation));
-// The older name is read before the newer one, which wins, and is never written.
+// The older name is read first, so the newer one wins; it is never written.
 constexpr auto kRecordOlderSubmitHost = always("SUBMIT_HOST", &GradiumRecord::SubmitHost);
 constexpr auto kStudentFields = fields(                        //
     attribute("ID", &GradiumRecord::StudentID),                //
@@ -30,17 +30,17 @@ constexpr std::string_view kInstructor = "INSTRUCTOR";
 
 } // namespace
 
-std::optional<xml::Document> GradiumRecord::fetch(const std::string& location,
-                                                  const std::string& iniLocation) {
+std::optional<SourceDocument> GradiumRecord::fetch(const std::string& location,
+                                                   const std::string& iniLocation) {
     accessKey_ = gradebookAccessKey(iniLocation);
     auto document = readLaunchDocument(location, accessKey_);
     if (document)
-        theXML = document->toText();
+        theXML = document->tree().toText();
     return document;
 }
 
-xml::Node GradiumRecord::courseOf(const xml::Document& document) {
-    return document.node().selectSingleNode("/ORBEX_INPUTS/COURSE_LIST/COURSE");
+xml::Node GradiumRecord::courseOf(xml::Node root) {
+    return root.selectSingleNode("/ORBEX_INPUTS/COURSE_LIST/COURSE");
 }
 
 void GradiumRecord::readCourse(xml::Node course) {
@@ -67,7 +67,7 @@ bool GradiumRecord::submit(const std::string& body, bool suppressMessage) {
     if (suppressMessage) {
         ServerErrorStr = submission.reply;
     } else {
-        // The two lines are parted by a carriage return alone.
+        // Only a carriage return separates the two lines.
         showRefusal("Save to Gradium Server failed - SubmitHost = '" + SubmitHost +
                     "'\rGradium Server Response - '" + submission.reply + "'");
     }

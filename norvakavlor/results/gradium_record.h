@@ -1,6 +1,7 @@
 #pragma once
 
 #include <norvakavlor/runtime/describe.h>
+#include <norvakavlor/store/reading.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <string>
@@ -9,15 +10,14 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] GradiumRecord;
 
-/// What an exam and a lesson that the gradebook launched have in common: who the student and the instructor
-/// are, which course it is, where results go. Records and launch documents have one format, so that one
-/// reader serves both.
+/// What launched exams and lessons share: student, instructor, course, and where results go. Records and
+/// launch documents have one format, so one reader serves both.
 class GradiumRecord : public Object {
 public:
     std::string CourseID;
     std::string courseName;
     std::string SubmitHost;       ///< address that results are posted to
-    std::string SubmitBackupHost; ///< kept, and never posted to
+    std::string SubmitBackupHost; ///< kept, but never posted to
     std::string CurrentLocation;
     std::string StudentID;
     std::string StudentFirstName;
@@ -29,26 +29,26 @@ public:
     std::string ServerErrorStr; ///< the gradebook's reply to the last refused submission without a message
 
 protected:
-    /// Chooses the access key, then fetches a launch document or reads a record, and keeps its text. Nothing,
-    /// with only the key chosen, when nothing parses.
-    std::optional<xml::Document> fetch(const std::string& location, const std::string& iniLocation);
-    /// The COURSE element of such a document; a null node when it has none.
-    static xml::Node courseOf(const xml::Document& document);
+    /// Chooses the access key, then reads a launch document or record and keeps its text. If it does not
+    /// parse, returns nothing and only the key has changed.
+    std::optional<SourceDocument> fetch(const std::string& location, const std::string& iniLocation);
+    /// The COURSE element of such a document; a null node if it has none.
+    static xml::Node courseOf(xml::Node root);
 
-    /// Reads the fields of a COURSE element; what it lacks stays as it is.
+    /// Reads a COURSE element; fields that it lacks keep their values.
     void readCourse(xml::Node course);
-    /// Writes them, also the empty ones.
+    /// Writes them, empty ones too.
     void writeCourse(xml::Node course) const;
 
-    /// Makes the document of a record and gives its COURSE element, still empty.
+    /// Makes a record's document; returns its COURSE element, still empty.
     static xml::Node newCourse(xml::Document& document);
 
-    /// Posts the results to SubmitHost, once: a refusal is shown, or kept in ServerErrorStr when
-    /// `suppressMessage` is set, and gives False; a failing connection gives False in silence. A submission
-    /// that failed has changed nothing else, so that it can be made again.
+    /// Posts the results to SubmitHost once. A refusal gives False and is shown, or kept in ServerErrorStr if
+    /// `suppressMessage` is set; a failing connection gives False silently. A failure changes nothing else,
+    /// so the caller can submit again.
     bool submit(const std::string& body, bool suppressMessage);
 
-    /// The key that was chosen by the last load; it goes with every submission and stands nowhere else.
+    /// The key that the last load chose; every submission sends it, and no document holds it.
     const std::string& accessKey() const { return accessKey_; }
 
 private:
@@ -60,7 +60,7 @@ template <class Class> Description<Class>& describeRecord(Description<Class>& de
     return description.property("CourseID", &Class::CourseID, "ID of the course.")
         .property("courseName", &Class::courseName, "Name of the course.")
         .property("SubmitHost", &Class::SubmitHost, "Address that results are posted to.")
-        .property("SubmitBackupHost", &Class::SubmitBackupHost, "Kept, and never posted to.")
+        .property("SubmitBackupHost", &Class::SubmitBackupHost, "Kept, but never posted to.")
         .property("CurrentLocation", &Class::CurrentLocation, "Location that the gradebook names.")
         .property("StudentID", &Class::StudentID, "ID of the student.")
         .property("StudentFirstName", &Class::StudentFirstName, "First name of the student.")

@@ -23,12 +23,12 @@ constexpr auto kLiveExResultsFields = fields(                    //
 
 constexpr auto kAttempts = attribute("attempts", &LiveExScore::Attempts);
 
-/// "true" in any letter case, or the number that Basic has for it.
+/// "true" in any letter case, or -1, Basic's number for it.
 bool isTrue(std::string_view text) { return upperCase(text) == "TRUE" || text == "-1"; }
 
 Ref<LiveExScore> readScore(xml::Node element) {
     auto score = New<LiveExScore>();
-    // By way of a number, so that "07" and "7" are one step.
+    // Through a number, so that "07" and "7" are one step.
     score->ID = std::to_string(toInt16(element.text()));
     if (const auto correct = element.attribute("correct"))
         score->Correct = isTrue(*correct);
@@ -48,9 +48,9 @@ Ref<LiveExScore> LiveExScore::Clone() const {
 }
 
 bool LiveExResults::Load(const std::string& filename) {
-    std::string from = filename; // which may be a member that loading changes
-    // Not there while the record is read: when that raises, this is no whole record, and no save of it may
-    // delete one.
+    std::string from = filename; // may be a member that loading changes
+    // Empty while the record is read: if that raises, the record is not whole, and no save of it may delete
+    // another.
     std::string former = std::exchange(origFilename, {});
     const bool loaded = loadFrom(*this, kLiveExResultsDocument.kind, from, from);
     origFilename = std::move(loaded ? from : former);
@@ -72,12 +72,12 @@ bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
     const Ref<GradiumLiveEx> launch = GetGradiumLiveEx();
     xml::Document document;
     const xml::Node root = document.createRoot(kLiveExResultsDocument.root);
-    // The result of a launched exercise is with the gradebook once that accepted it, and its record is empty.
-    // Until then the record keeps its scores, so that loading it later can submit again.
+    // Once the gradebook has accepted a launched exercise, its record is stored empty. Until then the record
+    // keeps its scores, so that it can be loaded and submitted again.
     if (!launch || !submitTo(*launch))
         SaveToXMLNode(root);
 
-    // Spelled so: support staff search for it.
+    // Support staff search for this spelling.
     constexpr std::string_view kLead = "Gradium server repored an error: ";
     if (!writeDocument(kLiveExResultsDocument.kind, filename, document, kLead))
         return false;
@@ -90,7 +90,7 @@ bool LiveExResults::Save(const std::string& filename, bool deleteOldIfChanged) {
     return true;
 }
 
-/// Did the gradebook accept the percentage? The launch file goes then, a read-only one too.
+/// Did the gradebook accept the percentage? Then the launch file is deleted, even if read-only.
 bool LiveExResults::submitTo(GradiumLiveEx& launch) const {
     launch.Score = CalcScore();
     if (!launch.submit())
@@ -114,7 +114,7 @@ bool LiveExResults::Delete(const std::string& filename) const {
     return true;
 }
 
-/// "" when no results directory is configured, and for an exercise whose name would lead out of it.
+/// "" if no results directory is set, or if the exercise's name would lead out of it.
 std::string LiveExResults::pendingLaunchFile() const {
     auto registry = New<Registry>();
     registry->Key = registry->HKEY_LOCAL_MACHINE();
@@ -132,7 +132,7 @@ Ref<GradiumLiveEx> LiveExResults::GetGradiumLiveEx() const {
         return nullptr;
     auto launch = New<GradiumLiveEx>();
     bool loaded = false;
-    // A launch that cannot be looked up is none.
+    // If it does not load, none is waiting.
     ignoringErrors([&] { loaded = launch->Load(launchFile, "none"); });
     return loaded ? launch : nullptr;
 }
@@ -143,7 +143,7 @@ double LiveExResults::CalcScore() const {
         if (score->Correct)
             correct = toInt16(correct + 1.0);
     }
-    // Nothing divided by nothing overflows, as Basic has it.
+    // In Basic, 0 / 0 overflows.
     if (Scores->empty())
         throw runtimeError(RuntimeError::Overflow);
     return static_cast<double>(correct) / Scores->Count() * 100;
@@ -170,7 +170,7 @@ const ClassInfo& LiveExResults::classInfo() {
             .property("ExamFileName", &LiveExResults::ExamFileName, "File name of the record last loaded.")
             .property("StudentID", &LiveExResults::StudentID, "The student.")
             .property("origFilename", &LiveExResults::origFilename,
-                      "Where the record was loaded from or first stored.")
+                      "Where it was loaded from or first stored.")
             .method("Load", &LiveExResults::Load, {"filename"},
                     "Loads a record; False when it does not parse.")
             .method("LoadFromXMLNode", &LiveExResults::LoadFromXMLNode, {"examNode", {"filename", optional}},
@@ -181,7 +181,7 @@ const ClassInfo& LiveExResults::classInfo() {
                     "The launch that waits for the result.")
             .method("SaveToXMLNode", &LiveExResults::SaveToXMLNode, {"resultsNode"},
                     "Fills a liveResults element.")
-            .method("CalcScore", &LiveExResults::CalcScore, {}, "Percentage of the steps done right.")
+            .method("CalcScore", &LiveExResults::CalcScore, {}, "Percentage of steps done right.")
             .method("Delete", &LiveExResults::Delete, {"filename"}, "Deletes a record; a failure raises.");
     return info;
 }

@@ -33,39 +33,35 @@ public:
     std::string Title;
     std::string ExamID; ///< the exercise
     std::string CompletionDate;
-    std::string ExamFileName; ///< file name of the record last loaded; ends in "." without extension
+    std::string ExamFileName; ///< file name of the record last loaded; "name." if it has no extension
     std::string StudentID;
-    std::string
-        origFilename; ///< where the record was loaded from or first stored; "" after a Load that raised
+    std::string origFilename; ///< where it was loaded from or first stored; "" after a Load that raised
 
-    /// Loads a record. False, with nothing changed, when it cannot be had or does not parse. Raises 13 or 6
-    /// for a step or number of attempts that is no 16-bit number, 457 for a repeated step; the scores before
-    /// it stay.
+    /// Loads a record. False, and nothing changed, if it is missing, unreachable or ill-formed. Raises 13 or
+    /// 6 if a step or attempt count is not a 16-bit number, 457 for a repeated step; scores before it stay.
     bool Load(const std::string& filename);
     /// The same from a liveResults element; `filename` only gives ExamFileName.
     bool LoadFromXMLNode(xml::Node examNode, const std::string& filename = {});
 
-    /// Stores the record. When the gradebook launched the exercise, its percentage is submitted first, and
-    /// the record is stored without its scores: a client that wants them keeps a record of its own beside.
-    /// When every try failed, it is stored with them.
-    /// The launch file goes once the gradebook has accepted, and stays while it has not, so that saving again
-    /// submits again.
+    /// Stores the record. If the gradebook launched the exercise, the percentage is submitted first and the
+    /// record is stored without its scores; a client that wants them keeps a record of its own. If every try
+    /// failed, the scores are stored too. The launch file is deleted once the gradebook accepts; until then
+    /// saving again submits again.
     ///
-    /// With `deleteOldIfChanged`, the record at origFilename is then deleted when it lies elsewhere; not when
-    /// the save is not proven, as it would be the only one. False when it is not proven that the server took
-    /// the record, which the user has then been shown. Raises 6 when there is no score to submit, and as
-    /// saving a document does.
+    /// `deleteOldIfChanged` then deletes the record at origFilename if that is another place, unless the save
+    /// is not proven: it may be the only copy. False if it is not proven that the server took the record; the
+    /// user has been told. Raises 6 if there is no score to submit, and as saving a document does.
     bool Save(const std::string& filename, bool deleteOldIfChanged = false);
     /// Fills a liveResults element. Always True.
     bool SaveToXMLNode(xml::Node resultsNode) const;
 
-    /// Deletes a record. True; a failure raises: 53 for a missing local file, 70 for a read-only one.
+    /// Deletes a record. Always True; failure raises: 53 for a missing local file, 70 if read-only.
     bool Delete(const std::string& filename) const;
 
-    /// The launch that waits for this exercise's result; Nothing when there is none.
+    /// The launch that waits for this exercise's result, or Nothing.
     Ref<GradiumLiveEx> GetGradiumLiveEx() const;
 
-    /// Percentage of the steps done right, with all its digits. Raises 6 without scores.
+    /// Percentage of steps done right, not rounded. Raises 6 without scores.
     double CalcScore() const;
 
     static const ClassInfo& classInfo();

@@ -14,7 +14,7 @@ bool Security::Login(const std::string& serverPath) const {
     const auto key = requestLoginKey(serverPath);
     if (!key)
         return false;
-    // The string is stored before it is proven and stays when the proof fails.
+    // The string is stored before the check and stays if that fails.
     SetValidationString("LoginKey=" + *key + "&LoginValue=" + EncryptPassword(*key));
     return presentValidationString(serverPath);
 }
@@ -33,13 +33,13 @@ const ClassInfo& Security::classInfo() {
     static const ClassInfo info =
         describe<Security>("Security", "The handshake with the product's server.")
             .method("Login", &Security::Login, {"ServerPath"},
-                    "Runs the handshake; True when the server validates.")
+                    "Runs the handshake; True if the server validates.")
             .method("ValidationString", &Security::ValidationString, {},
-                    "What goes with every request of the thread.")
+                    "Sent with every request of the thread.")
             .method("SetValidationString", &Security::SetValidationString, {"theString"},
                     "Replaces the validation string.")
             .method("ValidateLoginKey", &Security::ValidateLoginKey, {"LoginKey", "LoginValue"},
-                    "A server's check of a pair that a client presents.");
+                    "A server's check of a client's pair.");
     return info;
 }
 

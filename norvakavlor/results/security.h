@@ -7,21 +7,21 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] Security;
 
-/// The handshake with the product's server. What it agrees on, the validation string, goes with every request
-/// of the thread; every Security object shows the same one.
+/// The handshake with the product's server. It agrees on a validation string, which every request of the
+/// thread sends; all Security objects share it.
 class Security final : public Object {
 public:
-    /// Fetches a key from the server of a location, stores the validation string made of it, and presents
-    /// that. True when the server answers exactly "Validated", and for a local path, where nothing is sent.
-    /// False for another answer or status; the validation string stays stored once the key came. Raises when
-    /// no reply came, and 9 for a key of more than 256 characters (an error page, say).
+    /// Fetches a key from the location's server, stores the validation string made from it, and sends that.
+    /// True if the server answers exactly "Validated"; also for a local path, and nothing is sent. False for
+    /// another answer or status; once the key came, the validation string stays. Raises if no reply came, and
+    /// 9 if the key (an error page, say) is over 256 characters.
     bool Login(const std::string& serverPath) const;
 
     std::string ValidationString() const;
     void SetValidationString(const std::string& theString) const;
 
-    /// A server's check of a pair that a client presents: neither is empty, and the value is the key's
-    /// digest. Raises 9 for a key of more than 256 characters.
+    /// A server's check of a client's pair: neither may be empty, and the value must be the key's digest.
+    /// Raises 9 if the key is over 256 characters.
     bool ValidateLoginKey(const std::string& loginKey, const std::string& loginValue) const;
 
     static const ClassInfo& classInfo();

@@ -30,10 +30,16 @@ public:
     using Element = std::conditional_t<std::is_base_of_v<Object, T>, Ref<T>, T>;
 
     /// Appends an item without a key.
-    void Add(Element item) { insert(entries_.size(), std::move(item), std::nullopt); }
+    void Add(Element item) { insert(entries_.size(), std::move(item), {}, false); }
 
     /// Appends an item under a key. Raises 457 when the key is taken; nothing is added then.
-    void Add(Element item, std::string_view key) { insert(entries_.size(), std::move(item), upperCase(key)); }
+    void Add(Element item, std::string_view key) {
+        insert(entries_.size(), std::move(item), upperCase(key), true);
+    }
+    /// The same, but says whether the key was free; nothing is added when it is not.
+    bool tryAdd(Element item, std::string_view key) {
+        return tryInsert(entries_.size(), std::move(item), upperCase(key), true);
+    }
 
     /// The item under a key. Raises 5 when there is none.
     Element& Item(std::string_view key) { return entryUnder(key).item; }
@@ -77,8 +83,7 @@ public:
         auto result = New<KeyedCollection>();
         result->reserve(entries_.size());
         for (const Entry* const entry : entries_)
-            result->insert(result->entries_.size(), entry->item,
-                           entry->keyed ? std::optional(entry->key) : std::nullopt);
+            result->insert(result->entries_.size(), entry->item, entry->key, entry->keyed);
         return result;
     }
 
@@ -185,13 +190,18 @@ private:
         return lastBetween_;
     }
 
-    void insert(size_t position, Element item, std::optional<std::string> key) {
-        const uint32_t hash = key ? hashOf(*key) : 0;
-        if (key && findEntry(*key, hash))
+    /// `keyed`: the item has the key, which is upper-cased; else it has none.
+    void insert(size_t position, Element item, std::string key, bool keyed) {
+        if (!tryInsert(position, std::move(item), std::move(key), keyed))
             throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-        const bool keyed = key.has_value();
-        entries_.insert(position, Entry{std::move(item), std::move(key).value_or(std::string()),
-                                        placeAt(position), hash, keyed});
+    }
+
+    bool tryInsert(size_t position, Element item, std::string key, bool keyed) {
+        const uint32_t hash = keyed ? hashOf(key) : 0;
+        if (keyed && findEntry(key, hash))
+            return false;
+        entries_.insert(position, Entry{std::move(item), std::move(key), placeAt(position), hash, keyed});
+        return true;
     }
 
     void erase(size_t position) { const Entry removed = entries_.remove(position); }
@@ -229,15 +239,14 @@ private:
             position = indexOf(before);
         if (!after.isEmpty())
             position = indexOf(after) + 1;
-        std::optional<std::string> itemKey;
-        if (!key.isEmpty())
-            itemKey = upperCase(key.toText());
+        const bool keyed = !key.isEmpty();
+        std::string itemKey = upperCase(key.toText());
         Element typed = ArgumentTraits<Element>::take(item);
         if constexpr (kHoldsObjects) {
             if (!typed)
                 throw runtimeError(RuntimeError::TypeMismatch);
         }
-        insert(position, std::move(typed), std::move(itemKey));
+        insert(position, std::move(typed), std::move(itemKey), keyed);
     }
     void removeLate(const Value& index) { erase(indexOf(index)); }
     Value itemLate(const Value& index) { return Value(entries_[indexOf(index)].item); }

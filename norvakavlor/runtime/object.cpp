@@ -11,7 +11,7 @@ thread_local Object* waiting = nullptr;
 
 void Object::end(Object* object) noexcept {
     if (isEnding) {
-        object->nextToEnd_ = std::exchange(waiting, object);
+        object->wrapper = std::exchange(waiting, object); // none has one that is not held
         return;
     }
     isEnding = true;
@@ -19,7 +19,7 @@ void Object::end(Object* object) noexcept {
         delete object;
         object = waiting;
         if (object)
-            waiting = object->nextToEnd_;
+            waiting = static_cast<Object*>(object->wrapper);
     }
     isEnding = false;
 }

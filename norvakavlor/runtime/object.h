@@ -29,7 +29,8 @@ public:
     virtual const void* identity() const { return this; }
 
     /// A word for whoever wraps the object for clients (its Automation wrapper), so that an object
-    /// that is handed out twice is the same object there. Not owned.
+    /// that is handed out twice is the same object there. Not owned. Null when nobody holds the object any
+    /// more: its end uses the word then.
     void* wrapper = nullptr;
 
 private:
@@ -41,7 +42,6 @@ private:
     static void end(Object* object) noexcept;
 
     const ClassInfo& (*classInfo_)() = nullptr;
-    Object* nextToEnd_ = nullptr;
     uint32_t references_ = 0;
 };
 

@@ -21,7 +21,10 @@ Number toNumber(const Value::Storage& storage, Number (*fromDouble)(double), Fro
                                 [&](int32_t value) { return fromDouble(value); },
                                 [&](double value) { return fromDouble(value); },
                                 [&](Date value) { return fromDouble(value.days); },
-                                [&](const ExactNumber& value) { return fromDouble(value.number); },
+                                [&](const SharedNumber& shared) {
+                                    const ExactNumber& value = shared;
+                                    return fromDouble(value.number);
+                                },
                                 [&](const std::string& value) { return fromText(value); },
                                 [](const auto&) -> Number { refuseConversion(); }},
                       storage);
@@ -42,7 +45,10 @@ std::string Value::toText() const {
                                 [](double value) { return norvakavlor::toText(value); },
                                 [](Date value) { return norvakavlor::toText(value); },
                                 [](const std::string& value) { return value; },
-                                [](const ExactNumber& value) { return value.text; },
+                                [](const SharedNumber& shared) {
+                                    const ExactNumber& value = shared;
+                                    return value.text;
+                                },
                                 [](const auto&) -> std::string { refuseConversion(); }},
                       storage_);
 }

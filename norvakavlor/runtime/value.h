@@ -6,6 +6,7 @@
 #include <norvakavlor/text/date.h>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -29,6 +30,20 @@ struct ExactNumber {
     friend bool operator==(const ExactNumber&, const ExactNumber&) = default;
 };
 
+/// An exact number out of line: few values are one, and it would make all others half as large again.
+class SharedNumber {
+public:
+    explicit SharedNumber(ExactNumber number)
+        : number_(std::make_shared<const ExactNumber>(std::move(number))) {}
+    operator const ExactNumber&() const { return *number_; }
+    friend bool operator==(const SharedNumber& left, const SharedNumber& right) {
+        return *left.number_ == *right.number_;
+    }
+
+private:
+    std::shared_ptr<const ExactNumber> number_;
+};
+
 /// What a late-bound client passes in and gets back. A missing argument is Empty, Nothing is an object
 /// that is a null Ref. Copies of a Value share its object and its array.
 class Value {
@@ -37,7 +52,7 @@ public:
         friend bool operator==(Null, Null) = default;
     };
     using Storage = std::variant<std::monostate, Null, bool, int16_t, int32_t, double, Date, std::string,
-                                 Ref<Object>, std::shared_ptr<Array>, ExactNumber>;
+                                 Ref<Object>, std::shared_ptr<Array>, SharedNumber>;
 
     Value() = default;
     Value(const Value&) = default;
@@ -62,12 +77,19 @@ public:
     template <class T> Value(const Ref<T>& object) : storage_(Ref<Object>(object)) {}
     template <class T> Value(const NotNull<T>& object) : storage_(Ref<Object>(object.get())) {}
     Value(std::shared_ptr<Array> array) : storage_(std::move(array)) {}
-    Value(ExactNumber number) : storage_(std::move(number)) {}
+    Value(ExactNumber number) : storage_(SharedNumber(std::move(number))) {}
 
     static Value nothing() { return Ref<Object>(); }
 
     const Storage& storage() const { return storage_; }
-    template <class T> const T* as() const { return std::get_if<T>(&storage_); }
+    template <class T> const T* as() const {
+        if constexpr (std::is_same_v<T, ExactNumber>) {
+            const auto* shared = std::get_if<SharedNumber>(&storage_);
+            return shared ? &static_cast<const ExactNumber&>(*shared) : nullptr;
+        } else {
+            return std::get_if<T>(&storage_);
+        }
+    }
 
     bool isEmpty() const { return as<std::monostate>() != nullptr; }
     bool isNull() const { return as<Null>() != nullptr; }

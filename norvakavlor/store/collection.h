@@ -1,11 +1,14 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/members.h>
+#include <norvakavlor/store/reading.h>
 #include <norvakavlor/xml/document.h>
+#include <norvakavlor/xml/path.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,7 +24,9 @@ namespace norvakavlor {
 template <class Class, class... Context>
 bool loadFrom(Class& object, std::string_view kind, const std::string& location, Context&&... context) {
     const auto document = readDocument(kind, location);
-    return document && object.LoadFromXMLNode(document->root(), std::forward<Context>(context)...);
+    return document && document->read([&](xml::Node root) {
+        return object.LoadFromXMLNode(root, std::forward<Context>(context)...);
+    });
 }
 
 /// Builds a new document by calling `fill(document, root)` and stores it. False only when it is not proven
@@ -47,8 +52,10 @@ public:
     static std::optional<LoadedMembers> from(std::string_view kind, const std::string& location, Read read,
                                              std::string_view parameters = {}) {
         LoadedMembers loaded;
+        loaded.location_ = location;
         loaded.document_ = readMembers(
-            kind, location, [&](xml::Node node) { loaded.take(node, read); }, parameters);
+            kind, location, [&](xml::Node node, std::string_view text) { loaded.take(node, text, read); },
+            parameters);
         return loaded.document_ ? std::optional(std::move(loaded)) : std::nullopt;
     }
 
@@ -59,29 +66,38 @@ public:
     /// Hands each member to `add`, in order; what that raises ends it, and the members before stay. Then
     /// raises what reading the next member raised; False when that one stopped the loading.
     template <class Add> bool addEach(Add add) {
-        for (Ref<Member>& member : members_)
-            add(std::exchange(member, nullptr));
-        if (fault_)
-            std::rethrow_exception(fault_);
-        return !stopped_;
+        return document_->read([&](xml::Node) {
+            for (Ref<Member>& member : members_)
+                add(std::exchange(member, nullptr));
+            if (fault_)
+                std::rethrow_exception(fault_);
+            return !stopped_;
+        });
     }
 
 private:
-    template <class Read> void take(xml::Node node, Read& read) {
+    template <class Read> void take(xml::Node node, std::string_view text, Read& read) {
         if (fault_ || stopped_)
             return;
+        const size_t position = elements_;
+        elements_ += node.kind() == xml::NodeKind::Element ? 1 : 0;
         try {
             Ref<Member> member = read(node);
             stopped_ = !member;
             if (member)
                 members_.push_back(std::move(member));
+        } catch (const Error& error) {
+            fault_ =
+                std::make_exception_ptr(locatedIn(text, location_, ofMember(xml::at(node, error), position)));
         } catch (const std::exception&) {
             fault_ = std::current_exception();
         }
     }
 
-    std::optional<xml::Document> document_;
+    std::optional<SourceDocument> document_;
+    std::string location_;
     std::vector<Ref<Member>> members_;
+    size_t elements_ = 0; ///< that were taken
     std::exception_ptr fault_;
     bool stopped_ = false;
 };
@@ -116,12 +132,39 @@ bool loadMembersFrom(KeyedCollection<Member>& members, std::string_view kind, co
     return loaded && loaded->addEach([&](const Ref<Member>& member) { members.Add(member, member->ID); });
 }
 
+/// Stores a document member by member: `append(member, document, root)` appends one to the root.
+/// `begin(root)` may set the root's attributes. False only when it is not proven that the server took it.
+template <class Member, class Append>
+bool saveEach(
+    const DocumentNames& names, const std::string& location, const KeyedCollection<Member>& members,
+    Append append, const std::function<void(xml::Node)>& begin = [](xml::Node) {}) {
+    auto at = members.begin();
+    return writeMembers(names, location, static_cast<size_t>(members.Count()), begin,
+                        [&](xml::Document& document, xml::Node root) {
+                            if (at == members.end())
+                                return false;
+                            append(**at, document, root);
+                            ++at;
+                            return true;
+                        });
+}
+
 /// Appends one element for each member, in order, and lets the member fill it.
 template <class Member>
 void saveMembers(const KeyedCollection<Member>& members, std::string_view element, xml::Document& document,
                  xml::Node node) {
     for (const Ref<Member>& member : members)
         member->SaveToXMLNode(document, node.append(element));
+}
+
+/// The same as a document of its own.
+template <class Member>
+bool saveMembersAs(const DocumentNames& names, const std::string& location,
+                   const KeyedCollection<Member>& members, std::string_view element) {
+    return saveEach(names, location, members,
+                    [&](const Member& member, xml::Document& document, xml::Node root) {
+                        member.SaveToXMLNode(document, root.append(element));
+                    });
 }
 
 } // namespace norvakavlor

@@ -15,22 +15,6 @@
 namespace norvakavlor {
 namespace {
 
-/// Reading treats whatever keeps a document away alike: it is not there.
-template <class Read> std::optional<xml::Document> unlessUnreachable(Read read) {
-    try {
-        return read();
-    } catch (const Error& error) {
-        if (isOutOfMemory(error))
-            throw;
-        return std::nullopt;
-    }
-}
-
-std::optional<xml::Document> fetchDocument(const EndpointRequest& request) {
-    return unlessUnreachable(
-        [&] { return parseReply(askServer(request.url()), namesOf(request.kind).root); });
-}
-
 /// Does a status leave open whether the document is there?
 bool leavesOpen(int status) {
     constexpr int kStatuses[] = {401, 403, 408, 429, 502, 503, 504};
@@ -72,49 +56,29 @@ bool sendDocument(const std::string& url, const xml::Document& document, std::st
         lead);
 }
 
-std::optional<xml::Document> readDocument(std::string_view kind, const std::string& location,
-                                          std::string_view parameters) {
-    if (!IsURL(location))
-        return readLocalDocument(location);
-    return fetchDocument(
-        EndpointRequest::forDocument(kLoadEndpoint, kind, location, std::string(parameters)));
-}
-
-std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::string& directory,
-                                            const std::string& fileName) {
-    if (!IsURL(directory))
-        return readLocalDocument(directory + fileName);
-    return fetchDocument(
-        {.endpoint = kLoadEndpoint, .kind = kind, .location = directory, .fileName = fileName});
-}
-
 bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document,
                    std::string_view lead) {
-    if (!IsURL(location)) {
+    return Operation("save", kind, location).run([&] {
+        if (IsURL(location))
+            return sendDocument(EndpointRequest::forDocument(kSaveEndpoint, kind, location).url(), document,
+                                lead);
         writeLocalDocument(location, document);
         return true;
-    }
-    return sendDocument(EndpointRequest::forDocument(kSaveEndpoint, kind, location).url(), document, lead);
+    });
 }
 
 void deleteDocument(std::string_view kind, const std::string& location) {
-    if (IsURL(location)) {
-        askServer(EndpointRequest::forDocument(kDeleteEndpoint, kind, location).url());
-    } else {
-        platform::deleteFile(location);
-    }
+    Operation("delete", kind, location).run([&] {
+        if (IsURL(location)) {
+            askServer(EndpointRequest::forDocument(kDeleteEndpoint, kind, location).url());
+        } else {
+            platform::deleteFile(location);
+        }
+        return true;
+    });
 }
 
 bool serverDeletes(const EndpointRequest& request) { return serverTook(askServer(request.url())); }
-
-std::optional<xml::Document> readLocalDocument(const std::string& path) {
-    return unlessUnreachable([&] { return parseLocalDocument(path); });
-}
-
-std::optional<xml::Document> parseLocalDocument(const std::string& path) {
-    const std::optional<std::string> text = xml::decodeFile(platform::readFile(path));
-    return text ? platform::parseXml(*text) : std::nullopt;
-}
 
 void writeLocalDocument(const std::string& path, const xml::Document& document) {
     platform::replaceFile(path, document.toText());
@@ -122,6 +86,10 @@ void writeLocalDocument(const std::string& path, const xml::Document& document) 
 
 Presence lookFor(std::string_view kind, const std::string& location) {
     return IsURL(location) ? lookOnServer(kind, location) : lookOnDisk(location);
+}
+
+bool mayBeThere(const std::string& location) {
+    return !IsURL(location) && !platform::isKnownMissing(location);
 }
 
 void setDocumentAside(const std::string& path) {
@@ -168,11 +136,15 @@ Ref<KeyedCollection<TitleFilename>> listDocuments(std::string_view kind, const s
         return rows;
     }
     const LocalListing files = listLocalFiles(location, accepts);
+    LeftOut leftOut("files");
     for (const std::string& fileName : files.fileNames) {
         auto row = New<TitleFilename>();
-        if (row->LoadValues(files.directory, fileName, std::string(kind)))
+        const bool loaded = row->LoadValues(files.directory, fileName, std::string(kind));
+        leftOut.count(loaded);
+        if (loaded)
             rows->Add(row);
     }
+    leftOut.note();
     return rows;
 }
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/store/reading.h>
 #include <norvakavlor/store/title_filename.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
@@ -25,16 +26,6 @@ platform::HttpReply askServer(const std::string& url);
 /// going before (see serverTook). Raises when no reply came, and 57 for more than a load would read.
 bool sendDocument(const std::string& url, const xml::Document& document, std::string_view lead = {});
 
-/// The document at a location. Nothing when it is missing, does not parse or cannot be fetched, or when the
-/// server answers with a page that tells of an error (see parseReply).
-std::optional<xml::Document> readDocument(std::string_view kind, const std::string& location,
-                                          std::string_view parameters = {});
-
-/// The same for a file of a directory, as listings need it: a local directory must end with its separator, of
-/// a web directory the base and the extra query count.
-std::optional<xml::Document> readDocumentIn(std::string_view kind, const std::string& directory,
-                                            const std::string& fileName);
-
 /// Stores a document. False when it is not proven that the server stored it, as sendDocument. Raises when a
 /// local file cannot be written (70, 76, 61, 57), 57 for more than a load would read, and when no reply came.
 bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document,
@@ -48,10 +39,7 @@ void deleteDocument(std::string_view kind, const std::string& location);
 /// Raises when no reply came.
 bool serverDeletes(const EndpointRequest& request);
 
-/// A document of the local disk, whatever the path looks like; nothing when it is missing or does not parse.
-std::optional<xml::Document> readLocalDocument(const std::string& path);
-/// The same for who must tell them apart: nothing when it does not parse. Raises as platform::readFile does.
-std::optional<xml::Document> parseLocalDocument(const std::string& path);
+/// The same of the local disk, whatever the path looks like.
 void writeLocalDocument(const std::string& path, const xml::Document& document);
 
 /// What is at a location, for who must not overwrite on a guess.
@@ -62,6 +50,9 @@ enum class Presence {
     Unknown, ///< no reply, a reply that leaves it open, a local file that cannot be read
 };
 Presence lookFor(std::string_view kind, const std::string& location);
+
+/// Is there a local file of this name, or can that not be told? False for an address.
+bool mayBeThere(const std::string& location);
 
 /// Renames a local file that does not parse to NAME.unreadable, or to NAME.unreadable2 and so on: never over
 /// another file. Raises 53 when it is gone, 70 or 57 when it cannot be renamed.

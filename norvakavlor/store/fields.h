@@ -4,6 +4,7 @@
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/document.h>
+#include <norvakavlor/xml/path.h>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -69,6 +70,15 @@ inline void fromText(std::string_view text, int16_t& member) { member = toInt16(
 inline void fromText(std::string_view text, double& member) { member = toDouble(text); }
 inline void fromText(std::string_view text, bool& member) { member = text == "true"; }
 
+/// What does not convert is said to be at its node.
+template <class Member> void fromText(xml::Node node, std::string_view text, Member& member) {
+    try {
+        fromText(text, member);
+    } catch (const Error& error) {
+        throw xml::at(node, error);
+    }
+}
+
 inline std::string fieldText(const std::string& member) { return member; }
 inline std::string fieldText(int16_t member) { return std::to_string(member); }
 inline std::string fieldText(double member) {
@@ -90,9 +100,9 @@ template <class Owner, class Member>
 void readField(const Field<Owner, Member>& field, xml::Node node, Owner& owner) {
     if (field.place == Place::Attribute) {
         if (const auto text = node.attribute(field.name))
-            detail::fromText(*text, owner.*field.member);
+            detail::fromText(node, *text, owner.*field.member);
     } else if (const xml::Node element = node.child(field.name)) {
-        detail::fromText(element.text(), owner.*field.member);
+        detail::fromText(element, element.text(), owner.*field.member);
     }
 }
 

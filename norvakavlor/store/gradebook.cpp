@@ -18,12 +18,20 @@ std::string gradebookAccessKey(const std::string& iniLocation) {
     return platform::firstLine(iniLocation) == "TopicsPrimer" ? kAlternativeKey : kDefaultKey;
 }
 
-std::optional<xml::Document> readLaunchDocument(const std::string& location, const std::string& accessKey) {
-    if (!IsURL(location))
-        return readLocalDocument(location);
-    const char* separator = location.find('?') == std::string::npos ? "?key=" : "&key=";
-    return parseReply(platform::sendHttp({.method = "GET", .url = location + separator + accessKey}),
-                      kLaunchRoot);
+std::optional<SourceDocument> readLaunchDocument(const std::string& location, const std::string& accessKey) {
+    return Operation("launch", {}, location).run([&]() -> std::optional<SourceDocument> {
+        if (!IsURL(location))
+            return readLocalDocument(location);
+        const char* separator = location.find('?') == std::string::npos ? "?key=" : "&key=";
+        platform::HttpReply reply =
+            platform::sendHttp({.method = "GET", .url = location + separator + accessKey});
+        auto tree = parseReply(reply, kLaunchRoot);
+        if (!tree) {
+            noteReason(shownLocation(location) + ": " + reasonAgainst(reply));
+            return std::nullopt;
+        }
+        return SourceDocument(std::move(*tree), location, std::move(reply.text));
+    });
 }
 
 Submission submitToGradebook(const std::string& host, const std::string& body) {
@@ -32,26 +40,41 @@ Submission submitToGradebook(const std::string& host, const std::string& body) {
     const size_t end = std::max(begin, host.find_last_not_of(kWhiteSpace) + 1);
     Submission submission;
     submission.hasReply = ignoringErrors([&] {
-        submission.reply =
-            platform::sendHttp({.url = host.substr(begin, end - begin),
-                                .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
-                                .body = body})
-                .text;
+        Operation("submit", {}, host).run([&] {
+            submission.reply =
+                platform::sendHttp({.url = host.substr(begin, end - begin),
+                                    .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
+                                    .body = body})
+                    .text;
+            return true;
+        });
     });
     submission.isAccepted = submission.reply.starts_with("success");
+    if (submission.hasReply && !submission.isAccepted)
+        noteReason(shownLocation(host) + ": the gradebook did not take the results: " + submission.reply);
     return submission;
 }
 
 bool storeRecord(const std::string& location, const xml::Document& document) {
-    if (!IsURL(location)) {
+    return Operation("save", "record", location).run([&] {
+        if (IsURL(location))
+            return sendDocument(location, document);
         writeLocalDocument(location, document);
         return true;
-    }
-    return sendDocument(location, document);
+    });
 }
 
 bool deleteRecord(const std::string& location) {
-    return !IsURL(location) && ignoringErrors([&] { platform::deleteFile(location, true); });
+    if (IsURL(location)) {
+        noteReason(shownLocation(location) + ": a record at an address is not deleted");
+        return false;
+    }
+    return ignoringErrors([&] {
+        Operation("delete", "record", location).run([&] {
+            platform::deleteFile(location, true);
+            return true;
+        });
+    });
 }
 
 } // namespace norvakavlor

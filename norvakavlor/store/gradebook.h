@@ -1,6 +1,7 @@
 #pragma once
 
 #include <norvakavlor/store/document_names.h>
+#include <norvakavlor/store/reading.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <string>
@@ -16,7 +17,7 @@ std::string gradebookAccessKey(const std::string& iniLocation);
 /// The launch document at an address, to which the key is appended, or in a local file. Nothing when it does
 /// not parse, when the reply is a page that tells of an error, or when a local file is missing; raises when
 /// no reply came from an address.
-std::optional<xml::Document> readLaunchDocument(const std::string& location, const std::string& accessKey);
+std::optional<SourceDocument> readLaunchDocument(const std::string& location, const std::string& accessKey);
 
 /// How a submission to the gradebook went.
 struct Submission {

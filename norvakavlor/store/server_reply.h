@@ -17,6 +17,9 @@ void showRefusal(const std::string& text, const std::string& title = {});
 /// text, or a sentence with the status where no text came.
 bool serverTook(const platform::HttpReply& reply, std::string_view lead = {});
 
+/// Why there is no document in a reply: "503, an HTML page".
+std::string reasonAgainst(const platform::HttpReply& reply);
+
 /// The document in a reply to a load. Nothing when the text does not parse, and for a page that tells of an
 /// error: its root is "html" in any letter case, or the status is 400 or more and the root not `root`.
 std::optional<xml::Document> parseReply(const platform::HttpReply& reply, std::string_view root);

@@ -4,6 +4,7 @@
 #include <norvakavlor/platform/document_lock.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/runtime/clock.h>
+#include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/endpoint_request.h>
 #include <norvakavlor/store/location.h>
@@ -24,10 +25,6 @@ void randomWait(double low, double high) {
         sleepFor(std::chrono::milliseconds(5));
 }
 
-bool isOfKind(const std::optional<xml::Document>& document, DocumentNames names) {
-    return document && document->root().name() == names.root;
-}
-
 bool takeLock(platform::DocumentLock& lock, const SharedChange& change) {
     constexpr int kTries = 3;
     seedRandom();
@@ -38,8 +35,10 @@ bool takeLock(platform::DocumentLock& lock, const SharedChange& change) {
             return true;
         case platform::LockResult::Missing:
             // Where a document was just made and is not to be had, there will be none.
-            if (std::exchange(wasMade, true))
+            if (std::exchange(wasMade, true)) {
+                noteReason(shownLocation(lock.path()) + ": the file was made and is gone again");
                 return false;
+            }
             platform::createDocument(lock.path(), change.first().toText());
             break;
         case platform::LockResult::Held:
@@ -48,12 +47,13 @@ bool takeLock(platform::DocumentLock& lock, const SharedChange& change) {
             ++tries;
         }
     }
+    noteReason(shownLocation(lock.path()) + ": the file is locked, and stayed so for three tries");
     return false;
 }
 
 /// The document whose lock is held; nothing when it does not parse. What cannot be read now is nobody's fault
 /// and keeps no lock.
-std::optional<xml::Document> readLocked(platform::DocumentLock& lock) {
+std::optional<SourceDocument> readLocked(platform::DocumentLock& lock) {
     try {
         return parseLocalDocument(lock.path());
     } catch (const Error&) {
@@ -71,11 +71,11 @@ bool changeFile(const std::string& path, const SharedChange& change) {
         const auto document = readLocked(lock);
         if (!document)
             return false;
-        if (!isOfKind(document, change.names)) {
+        if (!isOfKind(*document, change.names)) {
             lock.release();
             return false;
         }
-        content = change.change(document->root()).toText();
+        content = document->read([&](xml::Node root) { return change.change(root).toText(); });
     } catch (const Error&) {
         throw;
     } catch (...) {
@@ -107,16 +107,26 @@ std::string urlOf(std::string_view endpoint, const std::string& location, Docume
 }
 
 /// The server's document, the first one stored where it has none. Nothing when its answers leave that open.
-std::optional<xml::Document> fetchOrMake(const std::string& location, const SharedChange& change) {
+std::optional<SourceDocument> fetchOrMake(const std::string& location, const SharedChange& change) {
     const std::string url = urlOf(kLoadEndpoint, location, change.names);
-    std::optional<xml::Document> document;
+    std::optional<SourceDocument> document;
     const auto ask = [&] {
         platform::HttpReply reply;
         // A connection that was lost says nothing about the document: an empty one now could wipe it.
-        if (!ignoringErrors([&] { reply = askServer(url); }))
+        const bool hasReply = ignoringErrors([&] {
+            Operation("load", change.names.kind, location).run([&] {
+                reply = askServer(url);
+                return true;
+            });
+        });
+        if (!hasReply)
             return Answer::Unclear;
-        document = parseReply(reply, change.names.root);
-        return isOfKind(document, change.names) ? Answer::Document : answerWithoutDocument(reply);
+        if (auto tree = parseReply(reply, change.names.root)) {
+            document.emplace(std::move(*tree), location, std::move(reply.text));
+            return isOfKind(*document, change.names) ? Answer::Document : Answer::Unclear;
+        }
+        noteReason(shownLocation(location) + ": " + reasonAgainst(reply));
+        return answerWithoutDocument(reply);
     };
     Answer answer = ask();
     // Some servers say so that there is none; once may be chance.
@@ -137,14 +147,16 @@ bool changeOnServer(const std::string& location, const SharedChange& change) {
     if (!document)
         return false;
     // A refusal has been shown; clients know the insertion as done all the same.
-    sendDocument(urlOf(kSaveEndpoint, location, change.names), change.change(document->root()));
+    sendDocument(urlOf(kSaveEndpoint, location, change.names), document->read(change.change));
     return true;
 }
 
 } // namespace
 
 bool changeSharedDocument(const std::string& location, const SharedChange& change) {
-    return IsURL(location) ? changeOnServer(location, change) : changeFile(location, change);
+    return Operation("change", change.names.kind, location).run([&] {
+        return IsURL(location) ? changeOnServer(location, change) : changeFile(location, change);
+    });
 }
 
 } // namespace norvakavlor

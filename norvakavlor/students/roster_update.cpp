@@ -1,4 +1,4 @@
-// Adding to a stored roster that other programs change, too.
+// Adds to a stored roster that other programs change, too.
 
 #include <norvakavlor/curriculum/courses.h>
 #include <norvakavlor/store/shared_document.h>
@@ -16,8 +16,8 @@ constexpr const char* kRosterUpdateSource = "students:AddStudent";
 bool Students::AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
-    // The caller's may be an item of this roster, which goes with it.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it holds on.
+    // The caller's Ref may lie in this roster and go with it.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps it.
     const Ref<Student> student = theStudent;
     int32_t errCode = 0;
     std::string errDesc;
@@ -38,12 +38,12 @@ bool Students::AddStudent(const std::string& filename, const Ref<Student>& theSt
     return isStored;
 }
 
-/// Adds a student to the roster that was loaded. The text of the error, when user name or ID is taken: the
-/// roster is stored all the same then, as the counter may have gone on.
+/// Adds a student to the loaded roster. Returns the error text if user name or ID is taken; the roster is
+/// stored even then, as the counter may have moved.
 std::string Students::insert(const Ref<Student>& student) {
     if (idByUserName_.contains(student->UserName))
         return "Duplicate Username - " + student->UserName;
-    // A number stays used when the insertion then fails.
+    // If the insertion fails, the number stays used.
     if (student->StudentID.empty())
         student->StudentID = nextStudentID();
     if (Exists(student->StudentID))
@@ -55,7 +55,7 @@ std::string Students::insert(const Ref<Student>& student) {
 
 std::string Students::nextStudentID() {
     autoStudentID_ = toInt16(autoStudentID_ + 1.0);
-    // The zeros go by the size of the number and not to a width: a negative counter gives "SID0000-4".
+    // The number's size sets the zeros, not a width: a negative counter gives "SID0000-4".
     const char* zeros = autoStudentID_ < 10      ? "0000"
                         : autoStudentID_ < 100   ? "000"
                         : autoStudentID_ < 1000  ? "00"

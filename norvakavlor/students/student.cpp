@@ -16,7 +16,7 @@ struct Property {
     std::string Student::*member;
 };
 
-// Their order is the number by which sorting and filtering reach them.
+// Sorting and filtering reach them by their position here.
 constexpr std::array kProperties{
     Property{"STUDENTID", &Student::StudentID}, Property{"LASTNAME", &Student::LastName},
     Property{"FIRSTNAME", &Student::FirstName}, Property{"MIDDLEINIT", &Student::MiddleInit},
@@ -38,7 +38,7 @@ xml::Node required(xml::Node node, std::string_view name) {
     throw runtimeError(RuntimeError::ObjectNotSet);
 }
 
-/// The course of an ID; null when it is not there.
+/// The course with this ID, or null.
 norvakavlor::Course* findCourse(Courses& courses, const std::string& id) {
     const auto* found = courses.CourseMembers->find(id);
     return found ? found->get() : nullptr;
@@ -80,7 +80,7 @@ const std::string& Student::property(int16_t index) const {
 
 Value Student::GetProperty(int16_t index) const {
     const std::string& text = property(index);
-    // The identifier of a fresh student is unset, the other texts are empty.
+    // An empty identifier is unset; other texts are just empty.
     return index == 0 && text.empty() ? Value() : Value(text);
 }
 
@@ -109,7 +109,7 @@ bool Student::Validate(Courses* courses, int32_t& errCode, std::string& errDesc)
         }
     }
     if (trimBlanks(UserName).empty()) {
-        // Reported, and valid all the same: rosters hold students that never sign in.
+        // Reported but valid: rosters hold students who never sign in.
         errCode = 636;
         errDesc = "Username is required";
     }
@@ -143,7 +143,7 @@ bool Student::LoadFromXMLNode(xml::Node node, Courses* courses) {
         Section = id;
     }
     readField(kUserName, node, *this);
-    // Without the element no password is in force, but a digest that was stored stays.
+    // Without the element no password is in force, but a stored digest stays.
     const xml::Node password = node.child("password");
     hasPassword = static_cast<bool>(password);
     if (password)
@@ -190,11 +190,12 @@ const ClassInfo& Student::classInfo() {
                     "Stores a digest as it is.")
             .method("GetPropertyIndex", &Student::GetPropertyIndex, {"propertyName"},
                     "The number of a property, or -1.")
-            .method("GetProperty", &Student::GetProperty, {"Index"}, "The property of a number from 0 to 10.")
+            .method("GetProperty", &Student::GetProperty, {"Index"},
+                    "The property with this number, 0 to 10.")
             .method("Clone", &Student::Clone, {}, "A new student with the same fields and password.")
             .method("Validate", &Student::Validate,
                     {{"courses", optional}, byRefResult("errCode"), byRefResult("errDesc")},
-                    "Are course and section valid? Says what is not.")
+                    "Are course and section valid? If not, says why.")
             .method("LoadFromXMLNode", &Student::LoadFromXMLNode, {"node", {"courses", optional}},
                     "Reads a student element.")
             .method("SaveToXMLNode", &Student::SaveToXMLNode, {"node", "document", {"courses", optional}},

@@ -13,9 +13,9 @@
 namespace norvakavlor {
 namespace {
 
-/// The keys of all students in one piece of memory. A key is the upper-cased texts of the fields, each in
-/// bytes whose order is that of its UTF-16 units, ended by what sorts before every text that goes on. So no
-/// key is the beginning of another one.
+/// The keys of all students in one piece of memory. A key holds the upper-cased field texts as bytes that
+/// sort like their UTF-16 units. Each text ends with bytes that sort before any longer text, so no key begins
+/// another key.
 class SortKeys {
 public:
     SortKeys(std::span<const Ref<Student>> students, const StudentFields& fields) {
@@ -36,7 +36,7 @@ public:
     size_t size() const { return begins_.size() - 1; }
     bool endsBefore(size_t key, size_t offset) const { return begins_[key] + offset >= begins_[key + 1]; }
 
-    /// Eight bytes of a key as a number that sorts as they do; zeros stand behind its end.
+    /// Eight bytes of a key as a number that sorts like them; zeros fill up behind its end.
     uint64_t word(size_t key, size_t offset) const {
         uint64_t word = 0;
         const size_t begin = begins_[key] + offset;
@@ -65,9 +65,8 @@ private:
     std::vector<size_t> begins_;
 };
 
-/// For each element the rank of its key among the distinct keys. Sorts by the keys' first eight bytes, then
-/// what is equal so far by the next eight: rosters repeat names, and comparing whole keys takes twice as
-/// long.
+/// The rank of each element's key among the distinct keys. Sorts by the first eight bytes, then sorts equals
+/// by the next eight: rosters repeat names, and comparing whole keys takes twice as long.
 std::vector<size_t> ranksOf(const SortKeys& keys) {
     struct Entry {
         uint64_t word;
@@ -86,7 +85,7 @@ std::vector<size_t> ranksOf(const SortKeys& keys) {
     while (!open.empty()) {
         const Run run = open.back();
         open.pop_back();
-        // A rank is the position of the first of its elements: ranks need not follow each other closely.
+        // A rank is the position of its first element, so ranks can have gaps.
         if (run.end - run.begin == 1 || keys.endsBefore(entries[run.begin].key, run.offset)) {
             for (size_t position = run.begin; position < run.end; ++position)
                 ranks[entries[position].key] = run.begin;
@@ -107,8 +106,8 @@ std::vector<size_t> ranksOf(const SortKeys& keys) {
     return ranks;
 }
 
-/// Where the elements of each rank stand: the places of a rank lie side by side in one array, the earliest
-/// at their front as in a heap.
+/// The places of each rank's elements. A rank's places lie side by side in one array, as a heap with the
+/// earliest in front.
 class Places {
 public:
     explicit Places(const std::vector<size_t>& rankAt)
@@ -130,7 +129,7 @@ public:
         return places_[--rankEnds_[rank]];
     }
 
-    /// The element of a rank that stands at the rank's earliest place moves.
+    /// Moves the element at the rank's earliest place.
     void moveEarliest(size_t rank, size_t to) {
         std::pop_heap(begin(rank), end(rank), std::greater<>());
         *(end(rank) - 1) = to;
@@ -162,8 +161,8 @@ void selectionSort(std::span<Ref<Student>> students, const StudentFields& fields
         return;
     std::vector<size_t> rankAt = ranksOf(SortKeys(students, fields));
 
-    // The selection takes the first place of the lowest rank that is left. The element that makes room stood
-    // at the first place of all, so also of its rank, and moves among its equals.
+    // Selection takes the first place of the lowest rank left. The element that makes room was at the first
+    // place of all, so it was first in its rank too; it moves among its equals.
     Places places(rankAt);
     size_t lowest = 0;
     for (size_t place = 0; place < students.size(); ++place) {

@@ -39,20 +39,22 @@ bool Students::LoadWithFilter(const std::string& filename, Courses* courses, con
                         courses, false);
 }
 
-/// As Load, but for who stores the roster then: another document in its place would be lost.
+/// Like Load, but accepts only a roster: the caller overwrites the document.
 bool Students::loadForChange(const std::string& filename, Courses* courses) {
     return loadLocation(filename, {}, courses, true);
 }
 
 bool Students::loadLocation(const std::string& filename, const std::string& parameters, Courses* courses,
                             bool rostersAlone) {
-    // The roster alone among the collections empties itself first, also when nothing can be loaded.
+    // Unlike the other collections, the roster empties itself first, even if nothing loads.
     clear();
     const auto read = [&](xml::Node node) { return readMember<Student>(node, courses); };
     auto loaded = LoadedMembers<Student>::from(kStudentsDocument.kind, filename, read, parameters);
     if (!loaded || (rostersAlone && loaded->root().name() != kStudentsDocument.root))
         return false;
     takeCounter(loaded->root());
+    StudentMembers->reserve(loaded->count());
+    idByUserName_.reserve(loaded->count());
     return loaded->addEach([this](const Ref<Student>& student) { add(student); });
 }
 
@@ -85,21 +87,30 @@ void Students::addToIndex(const Student& student) {
 }
 
 bool Students::Save(const std::string& filename, Courses* courses) const {
-    writeDocument(kStudentsDocument.kind, filename, rosterDocument(courses));
+    saveEach(
+        kStudentsDocument, filename, *StudentMembers,
+        [&](const Student& student, xml::Document& document, xml::Node root) {
+            student.SaveToXMLNode(root.append("student"), document, courses);
+        },
+        [this](xml::Node root) { writeCounter(root); });
     return true;
 }
 
 xml::Document Students::rosterDocument(Courses* courses) const {
     xml::Document document;
     const xml::Node root = document.createRoot(kStudentsDocument.root);
-    root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
+    writeCounter(root);
     SaveToXMLNode(root, courses);
     return document;
 }
 
+void Students::writeCounter(xml::Node root) const {
+    root.setAttribute("autoStudentID", std::to_string(autoStudentID_));
+}
+
 bool Students::SaveToXMLNode(xml::Node rosterNode, Courses* courses) const {
     for (const Ref<Student>& student : *StudentMembers) {
-        // An element reaches the roster only when it is whole.
+        // Only a whole element reaches the roster.
         xml::Document scratch;
         const xml::Node element = scratch.createRoot("student");
         if (student->SaveToXMLNode(element, scratch, courses))
@@ -111,13 +122,13 @@ bool Students::SaveToXMLNode(xml::Node rosterNode, Courses* courses) const {
 bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
-    // The caller's may be an item of this roster, which goes with it.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it holds on.
+    // The caller's Ref may lie in this roster and go with it.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps it.
     const Ref<Student> student = theStudent;
     if (!loadForChange(filename, courses))
         return false;
-    // Each step's failure is passed over. The index is keyed by user name and not by ID, so the former user
-    // name finds the student until the next load.
+    // Each step's failure is ignored. The index is keyed by user name, not by ID, so the old user name finds
+    // the student until the next load.
     ignoringErrors([&] { StudentMembers->Remove(student->StudentID); });
     idByUserName_.erase(student->StudentID);
     ignoringErrors([&] { StudentMembers->Add(student, student->StudentID); });
@@ -129,11 +140,11 @@ bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& t
 bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
-    // The caller's may be an item of this roster, which goes with it.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it holds on.
+    // The caller's Ref may lie in this roster and go with it.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps it.
     const Ref<Student> student = theStudent;
     const auto remove = [&] {
-        // A student that this object does not hold is gone all the same.
+        // It is fine if this object does not hold the student.
         ignoringErrors([&] { StudentMembers->Remove(student->StudentID); });
         if (!student->UserName.empty())
             idByUserName_.erase(student->UserName);
@@ -144,7 +155,7 @@ bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& th
         remove();
         return Save(filename, courses);
     }
-    // The kind is in the singular here: the roster's document stays, one student of it goes.
+    // The kind is singular here: one student goes, the roster's document stays.
     auto request = EndpointRequest::forDocument(kDeleteEndpoint, kStudentKind, filename,
                                                 parameterUnlessEmpty("StudentID", student->StudentID));
     request.hasExtraQuery = false;
@@ -169,11 +180,10 @@ bool Students::Authenticate(const std::string& userName, const std::string& pass
 
 Ref<KeyedCollection<Student>> Students::Sort(const std::string& fieldname1, const std::string& fieldname2,
                                              const std::string& fieldname3) const {
-    std::vector<Ref<Student>> students;
-    for (const Ref<Student>& student : *StudentMembers)
-        students.push_back(student);
+    std::vector<Ref<Student>> students(StudentMembers->begin(), StudentMembers->end());
     selectionSort(students, StudentFields::named(fieldname1, fieldname2, fieldname3));
     auto sorted = New<KeyedCollection<Student>>();
+    sorted->reserve(students.size());
     for (const Ref<Student>& student : students)
         sorted->Add(student, student->StudentID);
     return sorted;
@@ -209,7 +219,7 @@ void Students::Selectionsort(const std::shared_ptr<Array>& values, const std::st
                              const std::string& field2, const std::string& field3) const {
     if (!values)
         throw runtimeError(RuntimeError::TypeMismatch);
-    // One element alone is not looked at.
+    // A single element is not checked.
     const int32_t last = values->upperBound();
     if (last < 2)
         return;
@@ -228,14 +238,14 @@ const ClassInfo& Students::classInfo() {
         describe<Students>("Students", "The roster: every student of one document.")
             .readOnly("Students", &Students::StudentMembers, "The students, keyed by ID, in document order.")
             .method("Load", &Students::Load, {"filename", {"courses", optional}},
-                    "Replaces the roster by a document's; False when it does not parse.")
+                    "Replaces the roster by a document's; False if it does not parse.")
             .method("LoadWithFilter", &Students::LoadWithFilter,
                     {"filename",
                      {"courses", optional},
                      {"CourseID", optional},
                      {"SectionID", optional},
                      {"StudentID", optional}},
-                    "The same of a course, section or student, where a server holds the roster.")
+                    "The same, but a server sends only a course, section or student.")
             .method("LoadFromXMLNode", &Students::LoadFromXMLNode, {"rosterNode", {"courses", optional}},
                     "Adds the students of a students element.")
             .method("Save", &Students::Save, {"filename", {"courses", optional}},
@@ -243,15 +253,15 @@ const ClassInfo& Students::classInfo() {
             .method("SaveToXMLNode", &Students::SaveToXMLNode, {"rosterNode", {"courses", optional}},
                     "Appends one element for each student.")
             .method("AddStudent", &Students::AddStudent, {"filename", "theStudent", {"courses", optional}},
-                    "Adds a student to the stored roster; False when it is locked.")
+                    "Adds a student to the stored roster; False if it is locked.")
             .method("ReplaceStudent", &Students::ReplaceStudent,
                     {"filename", "theStudent", {"courses", optional}},
-                    "Replaces the student of the same ID in the stored roster.")
+                    "Replaces the student with this ID in the stored roster.")
             .method("DeleteStudent", &Students::DeleteStudent,
                     {"filename", "theStudent", {"courses", optional}},
                     "Removes a student from the stored roster.")
             .method("MatchUserName", &Students::MatchUserName, {"UserName"},
-                    "The student of a user name, or Nothing.")
+                    "The student with this name, or Nothing.")
             .method("Authenticate", &Students::Authenticate, {"UserName", "password"},
                     "Do user name and password fit?")
             .method("Sort", &Students::Sort,
@@ -271,7 +281,7 @@ const ClassInfo& Students::classInfo() {
                         &Students::Selectionsort),
                     {"values", "field1", {"field2", optional}, {"field3", optional}},
                     "Sorts an array of students in place, from index 1.")
-            .method("Exists", &Students::Exists, {"studentID"}, "Is there a student of this ID?");
+            .method("Exists", &Students::Exists, {"studentID"}, "Is this ID in the roster?");
     return info;
 }
 

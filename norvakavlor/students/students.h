@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/students/student.h>
+#include <norvakavlor/text/hash.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <span>
@@ -13,82 +14,80 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] Students;
 
-/// The roster: every student of one document, with a second index by user name. Where a method takes
-/// `courses`, it may be absent; course and section are checked only with it.
+/// The roster: every student of one document, with a second index by user name. Methods check course and
+/// section only if they are given `courses`.
 ///
-/// Several processes may add to one local roster at once: an insertion holds the file's read-only attribute
-/// as a lock, and none is lost. Replacing, deleting and saving take no lock. On the web the requests of an
-/// insertion hold no lock either: two clients that add at once may overwrite each other.
+/// Several processes can add to one local roster at once: AddStudent uses the file's read-only attribute as a
+/// lock, and nothing is lost. Replacing, deleting and saving take no lock. Nor does adding on the web: two
+/// clients that add at once may overwrite each other.
 class Students final : public Object {
 public:
     /// Live; keyed by StudentID, in document order. Clients know it as `Students`.
     const Ref<KeyedCollection<Student>> StudentMembers = New<KeyedCollection<Student>>();
 
-    /// Replaces the roster by the document's. False when it cannot be had or does not parse: the roster is
-    /// empty then. Raises what a student's loading raises, 457 for a repeated ID or user name, 6 or 13 for a
-    /// counter that is no 16-bit number; the students before it stay.
+    /// Replaces the roster by the document's. False, and an empty roster, if it is missing, unreachable or
+    /// ill-formed. Raises as loading a student does, 457 for a repeated ID or user name, 6 or 13 if the
+    /// counter is not a 16-bit number; students before it stay.
     bool Load(const std::string& filename, Courses* courses = nullptr);
-    /// The same of a course, a section or one student, when the server holds the roster. A local file is
-    /// loaded whole.
+    /// The same for a course, section or student, if a server holds the roster. A local file is loaded whole.
     bool LoadWithFilter(const std::string& filename, Courses* courses = nullptr,
                         const std::string& courseID = {}, const std::string& sectionID = {},
                         const std::string& studentID = {});
     /// Adds the students of a roster's root element. Nothing is cleared first.
     bool LoadFromXMLNode(xml::Node rosterNode, Courses* courses = nullptr);
 
-    /// Stores the roster. True whenever no error was raised; raises what a student's saving raises, and 70,
-    /// 76, 61 or 57 when a local file cannot be written.
+    /// Stores the roster. True unless it raises: as saving a student does, and 70, 76, 61 or 57 if a local
+    /// file cannot be written.
     bool Save(const std::string& filename, Courses* courses = nullptr) const;
     /// Appends one element for each student. Always True.
     bool SaveToXMLNode(xml::Node rosterNode, Courses* courses = nullptr) const;
 
-    /// Adds a student to the stored roster, which this object then holds; the object itself becomes the
-    /// member, and gets an identifier of its own when it has none. A roster that is not there is made; on the
-    /// web, when the server answers with 404 or twice in a row with success and no text. False when another
-    /// process held the lock for three tries, when the roster does not parse, and when it is another document
-    /// than a roster; the lock stays set on a local file that does not parse. Raises object errors 631 and
-    /// 633 for course and section before anything is read, and 635 for a user name or ID that is taken; the
-    /// roster is stored and unlocked then, its counter included. Raises what Load raises, and 6 when the
-    /// numbers for identifiers are used up, and 642 for a section without its course; the lock stays set on a
-    /// local file then, too. A lock that stays is cleared by hand. Raises 70, 76, 61 or 57, as Save does,
-    /// when the roster cannot be written, 53, 70 or 57 when it cannot be read, and std::bad_alloc; it is
-    /// unlocked then, and as it was.
+    /// Adds a student to the stored roster, which this object then holds. The student object itself becomes
+    /// the member; without an identifier it gets one. A missing roster is made; on the web it is missing if
+    /// the server answers 404, or twice in a row success without text. False if another process held the lock
+    /// for three tries, or if the document does not parse or is not a roster; a local file that does not
+    /// parse stays locked. Raises object errors 631 and 633 for course and section before anything is read.
+    /// Raises 635 if user name or ID is taken; the roster, counter included, is stored and unlocked then.
+    /// Raises what Load raises, 6 if no numbers for identifiers are left, and 642 for a section without its
+    /// course; a local file stays locked then, too. Such a lock is cleared by hand. Raises 70, 76, 61 or 57
+    /// if the roster cannot be written, 53, 70 or 57 if it cannot be read, and std::bad_alloc; it is unlocked
+    /// and unchanged then.
     bool AddStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses = nullptr);
-    /// Puts a student in the place of the one with the same ID, or adds it. No check, no lock; a failing save
-    /// is passed over. False when the roster does not load or is another document. The former user name stays
-    /// in the index until the next load.
+    /// Replaces the student with the same ID, or adds it. Checks nothing, takes no lock, ignores a failing
+    /// save. False if the roster does not load or is another document. The old user name stays in the index
+    /// until the next load.
     bool ReplaceStudent(const std::string& filename, const Ref<Student>& theStudent,
                         Courses* courses = nullptr);
-    /// Removes a student from the stored roster. False when a local roster does not load or is another
-    /// document, or when the server refused with a text, which was then shown. A local save that fails
-    /// raises.
+    /// Removes a student from the stored roster. False if a local roster does not load or is another
+    /// document, or if the server refused with a text; the text was shown. A failing local save raises.
     bool DeleteStudent(const std::string& filename, const Ref<Student>& theStudent,
                        Courses* courses = nullptr);
 
-    /// The roster's own object of a user name, letter case counting; Nothing when there is none.
+    /// The roster's own object for a user name, case-sensitive; Nothing if there is none.
     Ref<Student> MatchUserName(const std::string& userName) const;
-    /// Is there a student of this user name, and does the password open?
+    /// Is there a student with this user name and password?
     bool Authenticate(const std::string& userName, const std::string& password) const;
 
-    /// A new collection in ascending order of up to three properties (selectionSort says how). Raises 9 for
-    /// an unknown first one when there are two students or more.
+    /// A new collection, ascending by up to three properties (see selectionSort). Raises 9 for an unknown
+    /// first one if there are two students or more.
     Ref<KeyedCollection<Student>> Sort(const std::string& fieldname1, const std::string& fieldname2 = {},
                                        const std::string& fieldname3 = {}) const;
     /// A new collection of the students whose properties have exactly these values. Raises 9 for an unknown
-    /// first property when there is a student.
+    /// first property if there is a student.
     Ref<KeyedCollection<Student>> Filter(const std::string& fieldname1, const std::string& value1,
                                          const std::string& fieldname2 = {}, const std::string& value2 = {},
                                          const std::string& fieldname3 = {},
                                          const std::string& value3 = {}) const;
     /// Sorts a client's array of students in place, from index 1 to its upper bound; index 0 is left alone.
-    /// Raises 9 as Sort does, 13 and 91 for an element that is no student or Nothing; nothing has moved then.
+    /// Raises 9 as Sort does, 13 for an element that is not a student, 91 for Nothing; nothing has moved
+    /// then.
     void Selectionsort(const std::shared_ptr<Array>& values, const std::string& field1,
                        const std::string& field2, const std::string& field3) const;
     /// The same for a C++ client's vector, all of it.
     void Selectionsort(std::span<Ref<Student>> students, const std::string& field1, const std::string& field2,
                        const std::string& field3) const;
 
-    /// Is there a student of this ID?
+    /// Is this ID in the roster?
     bool Exists(const std::string& studentID) const;
 
     static const ClassInfo& classInfo();
@@ -101,12 +100,13 @@ private:
     bool parseRosterDocument(xml::Node root, Courses* courses);
     void takeCounter(xml::Node root);
     xml::Document rosterDocument(Courses* courses) const;
+    void writeCounter(xml::Node root) const;
     std::string insert(const Ref<Student>& student);
     void add(const Ref<Student>& student);
     void addToIndex(const Student& student);
     std::string nextStudentID();
 
-    std::unordered_map<std::string, std::string> idByUserName_;
+    std::unordered_map<std::string, std::string, TextHash> idByUserName_;
     int16_t autoStudentID_ = 0; ///< the last number that was given
 };
 

@@ -5,7 +5,7 @@
 
 namespace norvakavlor {
 
-/// Code points from `first` to `last`, every `step`-th of them, whose upper case lies `distance` further.
+/// Every `step`-th code point from `first` to `last` has its upper case `distance` further on.
 struct CaseRange {
     char32_t first;
     char32_t last;
@@ -13,8 +13,8 @@ struct CaseRange {
     uint32_t step;
 };
 
-/// Unicode's simple one-to-one mappings to upper case, in the order of their code points. Text is compared in
-/// upper case everywhere, so there is no other table.
+/// Unicode's simple one-to-one mappings to upper case, in code point order. Text is always compared in upper
+/// case, so this is the only table.
 std::span<const CaseRange> upperCaseRanges();
 
 } // namespace norvakavlor

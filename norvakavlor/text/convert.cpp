@@ -23,8 +23,8 @@ std::string_view trimWhiteSpace(std::string_view text) {
     return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
-/// "&H1F" and "&O17", or nothing when the text is no such number. A number that needs all of its bits is
-/// negative in the type of that width, as Basic has it.
+/// "&H1F" and "&O17", or nothing for other texts. As in Basic, a number that needs all bits of its type is
+/// negative.
 std::optional<double> parseRadix(std::string_view text, int bits) {
     if (text.size() < 3 || text[0] != '&')
         return std::nullopt;
@@ -44,7 +44,7 @@ std::optional<double> parseRadix(std::string_view text, int bits) {
 }
 
 /// A number as Automation reads it for US English: blanks, sign or currency sign in front, a sign behind,
-/// parentheses for a negative one, thousands' commas, an exponent.
+/// parentheses for negatives, thousands' commas, an exponent.
 class NumberReader {
 public:
     explicit NumberReader(std::string_view text) : rest_(trimWhiteSpace(text)) {}
@@ -68,7 +68,7 @@ private:
         return true;
     }
 
-    /// What may stand in front of the digits, or behind them: each at most once in the whole text.
+    /// Reads signs before or after the digits: each at most once in the whole text.
     void readAffixes(std::string_view allowed) {
         const bool inFront = allowed.ends_with('(');
         for (;;) {
@@ -106,7 +106,7 @@ private:
         }
     }
 
-    /// False when an exponent's letter has no digits behind it.
+    /// False if an exponent's letter has no digits after it.
     bool readExponent() {
         if (rest_.empty() || std::string_view("eEdD").find(rest_.front()) == std::string_view::npos)
             return true;
@@ -128,12 +128,12 @@ private:
         if (failure == std::errc::result_out_of_range) {
             if (magnitude() > 0)
                 overflow();
-            number = 0; // so small that it is nothing
+            number = 0; // too small: it counts as 0
         }
         return negative_ ? -number : number;
     }
 
-    /// The power of ten that the first digit other than 0 stands for, plus one; far off for a far exponent.
+    /// The first nonzero digit's power of ten, plus one; only the sign is right for a huge exponent.
     int64_t magnitude() const {
         int64_t exponent = 0;
         const auto [end, failure] =
@@ -164,13 +164,12 @@ double numberOf(std::string_view text, int bits) {
 }
 
 template <class Integer> Integer toInteger(double number) {
-    // The distance to the nearest integer, halves to the even one, whatever the rounding mode of the thread
-    // is.
+    // Rounds to the nearest integer, halves to even, whatever the thread's rounding mode.
     const double rounded = number - std::remainder(number, 1.0);
     const bool inRange =
         rounded >= std::numeric_limits<Integer>::min() && rounded <= std::numeric_limits<Integer>::max();
     if (!inRange)
-        overflow(); // also when it is no number
+        overflow(); // also for a NaN
     return static_cast<Integer>(rounded);
 }
 

@@ -40,7 +40,7 @@ CivilTime civilTime(Date date) {
 
 Date dateOf(const CivilTime& time) {
     const auto within = [](int value, int first, int last) { return first <= value && value <= last; };
-    // Before the calendar sees them: its types hold a byte, in which day 257 would be the first.
+    // Check first: the calendar's types hold a byte, so day 257 would become the first.
     const bool inRange = within(time.year, 100, 9999) && within(time.month, 1, 12) &&
                          within(time.day, 1, 31) && within(time.hour, 0, 23) && within(time.minute, 0, 59) &&
                          within(time.second, 0, 59);

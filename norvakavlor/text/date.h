@@ -6,12 +6,12 @@ namespace norvakavlor {
 
 struct [[gnu::visibility("default")]] Date;
 
-/// An Automation date: days since 1899-12-30, the time of day in the fraction (of the absolute value, also
-/// for days before that one).
+/// An Automation date: days since 1899-12-30, the time of day in the fraction (of the absolute value, even
+/// for earlier days).
 struct Date {
     double days = 0;
 
-    /// A date whose year is 1899, as the zero date's is, means that no date is set.
+    /// The year 1899, which the zero date has, means that no date is set.
     bool isSet() const { return year() != 1899; }
     /// Raises 6 outside the years 100 to 9999.
     int year() const;
@@ -19,7 +19,7 @@ struct Date {
     friend auto operator<=>(const Date&, const Date&) = default;
 };
 
-/// A date taken apart: month 1 to 12, day 1 to 31, a whole second of the day.
+/// A date's parts: month 1 to 12, day 1 to 31, whole seconds.
 struct CivilTime {
     int year = 1899;
     int month = 12;
@@ -34,7 +34,7 @@ struct CivilTime {
 /// Rounds to the nearest second. Raises 6 outside the years 100 to 9999.
 [[gnu::visibility("default")]] CivilTime civilTime(Date date);
 
-/// The reverse. Raises 13 for a day that the calendar does not have.
+/// The reverse. Raises 13 for a day that does not exist.
 [[gnu::visibility("default")]] Date dateOf(const CivilTime& time);
 
 } // namespace norvakavlor

@@ -15,7 +15,7 @@ constexpr std::array kMonths{"JANUARY", "FEBRUARY", "MARCH",     "APRIL",   "MAY
                              "JULY",    "AUGUST",   "SEPTEMBER", "OCTOBER", "NOVEMBER", "DECEMBER"};
 constexpr std::array kWeekdays{"SUNDAY", "MONDAY", "TUESDAY", "WEDNESDAY", "THURSDAY", "FRIDAY", "SATURDAY"};
 
-/// The position, from 1, of a name given whole or by its first three letters; 0 for another word.
+/// The position, from 1, of a name or its first three letters; 0 for other words.
 template <size_t kCount> int positionOf(const std::array<const char*, kCount>& names, std::string_view word) {
     for (size_t position = 0; position < kCount; ++position) {
         const std::string_view name = names[position];
@@ -33,12 +33,12 @@ struct Token {
     char separator = 0;
 
     bool isNumber() const { return digits != 0; }
-    /// A number that only a year can be: of more than two digits, or beyond the days of a month.
+    /// Only a year has more than two digits or exceeds a month's days.
     bool isYear() const { return digits > 2 || number > 31; }
     int asYear() const { return digits > 2 ? number : number < 30 ? 2000 + number : 1900 + number; }
 };
 
-/// Nothing when the text holds a character that no date has.
+/// Nothing if the text has a character that no date has.
 std::optional<std::vector<Token>> tokensOf(std::string_view text) {
     const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
     const auto isLetter = [](char character) {
@@ -124,13 +124,13 @@ private:
             return false;
         if (isHalfOfDay(peek(0).word)) {
             const bool afternoon = tokens_[at_++].word.front() == 'P';
-            if (result.hour <= 12) // "14:05 PM" is what it says
+            if (result.hour <= 12) // "14:05 PM" stays 14:05
                 result.hour = result.hour % 12 + (afternoon ? 12 : 0);
         }
         return true;
     }
 
-    /// Numbers and at most one month's name, with a separator or only a blank between two of them.
+    /// Numbers and at most one month's name, separated by "/", "-", "," or only a blank.
     bool readDate(CivilTime& result) {
         if (positionOf(kWeekdays, peek(0).word) != 0) {
             ++at_;
@@ -189,7 +189,7 @@ private:
     size_t at_ = 0;
 };
 
-/// Does the text begin as the pattern says, in which "0" stands for any digit? Takes the beginning off then.
+/// Takes the pattern off the text's beginning, if it matches; "0" means any digit.
 bool takePattern(std::string_view& text, std::string_view pattern) {
     const auto fits = [](char wanted, char given) {
         return wanted == '0' ? given >= '0' && given <= '9' : given == wanted;
@@ -200,9 +200,8 @@ bool takePattern(std::string_view& text, std::string_view pattern) {
     return true;
 }
 
-/// "2004-03-14T14:05:09.5+01:00" without what a local time of whole seconds does not have: the "T" becomes a
-/// blank, fraction and zone go, so the time stays as its writer's clock showed it. Another text stays as it
-/// is.
+/// Turns "2004-03-14T14:05:09.5+01:00" into a local time of whole seconds: the "T" becomes a blank, fraction
+/// and zone go, so the time is what its writer's clock showed. Other texts stay as they are.
 std::string withoutIsoParts(std::string_view text) {
     std::string_view rest = text;
     if (!takePattern(rest, "0000-00-00T00:00"))

@@ -7,6 +7,24 @@ namespace norvakavlor {
 Error::Error(int32_t number, std::string source, std::string description)
     : number_(number), source_(std::move(source)), description_(std::move(description)) {}
 
+Error Error::at(ErrorPlace place) const {
+    Error error(number_, source_, description_);
+    error.place_ = std::move(place);
+    return error;
+}
+
+std::string Error::reason() const {
+    return place_.isKnown() ? place_.text() + ": " + description_ : description_;
+}
+
+std::string ErrorPlace::text() const {
+    if (line != 0)
+        return document + ":" + std::to_string(line) + ":" + std::to_string(column);
+    if (document.empty() || member.empty())
+        return document + member;
+    return document + ": " + member;
+}
+
 Error objectError(int code, std::string source, std::string description) {
     constexpr uint32_t kObjectErrorBase = 0x80040000;
     const auto number = static_cast<int32_t>(kObjectErrorBase + static_cast<uint32_t>(code));

@@ -42,7 +42,7 @@ std::string upperCase(std::string_view text) {
         if (point.valid) {
             appendUtf8(result, upper(point.value));
         } else {
-            result += text.front(); // a byte that is no UTF-8 stays
+            result += text.front(); // a byte that is not UTF-8 stays
         }
         text.remove_prefix(point.length);
     }
@@ -65,7 +65,7 @@ int compareByUtf16(std::string_view left, std::string_view right) {
         return atLeft == left.end() ? (atRight == right.end() ? 0 : -1) : 1;
     }
     // In UTF-16 the code points beyond U+FFFF (lead bytes F0 to F4) sort as surrogates, before U+E000 to
-    // U+FFFF (lead bytes EE and EF); everywhere else the order of the bytes is the order of the units.
+    // U+FFFF (lead bytes EE and EF); otherwise bytes and units sort alike.
     const auto rank = [](char character) {
         const auto byte = static_cast<unsigned char>(character);
         return byte == 0xEE || byte == 0xEF ? byte + 0x100 : int{byte};

@@ -7,7 +7,7 @@
 /// Walking UTF-8 one code point at a time.
 namespace norvakavlor {
 
-/// A code point and the bytes that it took; `valid` is false for a byte that begins no well-formed sequence.
+/// A code point and its byte count; `valid` is false for a byte that begins no well-formed sequence.
 struct CodePoint {
     char32_t value = 0xFFFD;
     size_t length = 1;

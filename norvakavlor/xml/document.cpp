@@ -190,6 +190,10 @@ std::vector<Node> Node::selectNodes(std::string_view path) const {
 std::string Node::text() const {
     if (!data_ || !data_->holdsNodes())
         return std::string(value());
+    // Nearly every element that is read holds one text alone.
+    const NodeData* const only = data_->inside.lastChild;
+    if (only && only->next == only && isCharacterData(only))
+        return std::string(only->value);
     std::string text;
     for (const NodeData* at = data_; at; at = following(at, data_, [](const NodeData*) {})) {
         if (isCharacterData(at))

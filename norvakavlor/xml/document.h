@@ -83,6 +83,7 @@ public:
 
 private:
     friend class Document;
+    friend class MemberWriter;
     friend class TreeBuilder;
     explicit Node(NodeData* data) : data_(data) {}
 
@@ -145,6 +146,7 @@ public:
     std::string toText() const;
 
 private:
+    friend class MemberWriter;
     friend class TreeBuilder;
     std::unique_ptr<Arena> arena_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <norvakavlor/text/hash.h>
 #include <norvakavlor/xml/bump_memory.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
@@ -72,7 +73,7 @@ private:
     std::string problem_;
     /// Namespace prefixes with the depth of their declaration, and how often each is in force.
     std::vector<std::pair<size_t, std::string_view>> declarations_;
-    std::unordered_map<std::string_view, size_t> declared_;
+    std::unordered_map<std::string_view, size_t, TextHash> declared_;
 };
 
 } // namespace norvakavlor::xml

@@ -4,6 +4,7 @@
 #include <array>
 #include <norvakavlor/xml/arena.h>
 #include <norvakavlor/xml/characters.h>
+#include <norvakavlor/xml/decode.h>
 #include <string_view>
 
 namespace norvakavlor::xml {
@@ -125,14 +126,18 @@ void writeInstruction(const NodeData* node, std::string& markup) {
 
 bool isOpen(const NodeData* element) { return element->inside.lastChild || element->hasEmptyText(); }
 
-void writeStart(const NodeData* element, std::string& markup) {
+void writeStart(const NodeData* element, bool isOpen, std::string& markup) {
     markup.append("<").append(element->name->text);
     for (const AttributeData* a = element->inside.firstAttribute; a; a = a->next) {
         markup.append(" ").append(a->name->text).append("=\"");
         writeEscaped(a->value, kAttribute, markup);
         markup.append("\"");
     }
-    markup.append(isOpen(element) ? ">" : "/>");
+    markup.append(isOpen ? ">" : "/>");
+}
+
+void writeEnd(const NodeData* element, std::string& markup) {
+    markup.append("</").append(element->name->text).append(">");
 }
 
 void writeOne(const NodeData* node, std::string& markup) {
@@ -140,7 +145,7 @@ void writeOne(const NodeData* node, std::string& markup) {
     case NodeKind::Document:
         return;
     case NodeKind::Element:
-        return writeStart(node, markup);
+        return writeStart(node, isOpen(node), markup);
     case NodeKind::Text:
         return writeEscaped(node->value, kText, markup);
     case NodeKind::CData:
@@ -157,10 +162,41 @@ void writeOne(const NodeData* node, std::string& markup) {
 void write(const NodeData* top, std::string& markup) {
     const auto leave = [&](const NodeData* node) {
         if (node->kind() == NodeKind::Element && isOpen(node))
-            markup.append("</").append(node->name->text).append(">");
+            writeEnd(node, markup);
     };
     for (const NodeData* at = top; at; at = following(at, top, leave))
         writeOne(at, markup);
+}
+
+MemberWriter::MemberWriter(std::string_view rootName, size_t count)
+    : root_(document_.createRoot(rootName).data_), count_(count) {}
+
+void MemberWriter::beginMember() {
+    if (!members_.next)
+        members_ = document_.arena_->mark();
+}
+
+void MemberWriter::endMember() {
+    if (!root_->inside.lastChild)
+        return;
+    if (text_.empty())
+        writeStart(root_, true, text_);
+    for (const NodeData* member = root_->firstChild(); member; member = member->nextSibling())
+        write(member, text_);
+    root_->inside.lastChild = nullptr;
+    document_.arena_->rewind(members_);
+    // Room for the rest at once, as far as the first members tell: growing step by step took a tenth of the
+    // time.
+    constexpr size_t kTelling = 16;
+    if (++written_ == kTelling)
+        text_.reserve(std::min(text_.size() / kTelling * (count_ + count_ / kTelling), kMaximumBytes));
+}
+
+std::string MemberWriter::finish() {
+    if (text_.empty())
+        return document_.toText();
+    writeEnd(root_, text_);
+    return std::move(text_);
 }
 
 } // namespace norvakavlor::xml

@@ -4,7 +4,10 @@
 #include <chrono>
 #include <fstream>
 #include <iterator>
+#include <norvakavlor/component/class_list.h>
+#include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/xml/node_object.h>
 #include <random>
 #include <stdexcept>
 #ifdef _WIN32
@@ -33,11 +36,41 @@ xml::Document parsed(std::string_view text) {
     return std::move(*document);
 }
 
-TemporaryFolder::TemporaryFolder() {
+Value callOnDocument(Object& object, const char* method, const std::shared_ptr<xml::Document>& document,
+                     const std::vector<Ref<Object>>& collections) {
+    std::vector<Value> arguments;
+    for (const Parameter& parameter : object.dynamicClass().find(method)->parameters) {
+        Value& argument = arguments.emplace_back();
+        if (parameter.type.kind == Type::Kind::Node)
+            argument = New<NodeObject>(document, document->root());
+        else if (parameter.type.kind == Type::Kind::Document)
+            argument = New<NodeObject>(document, document->node());
+        else if (!parameter.optional)
+            argument = "";
+        for (const Ref<Object>& collection : collections) {
+            if (parameter.type.objectClass && &parameter.type.objectClass() == &collection->dynamicClass())
+                argument = collection;
+        }
+    }
+    return call(object, method, std::move(arguments));
+}
+
+std::vector<Ref<Object>> library() {
+    std::vector<Ref<Object>> collections;
+    for (const auto& [name, text] : rows<2>("documents.library")) {
+        collections.push_back(CreateObject("NorvaKavlor." + name));
+        const auto document = std::make_shared<xml::Document>(parsed(text));
+        callOnDocument(*collections.back(), "LoadFromXMLNode", document, collections);
+    }
+    return collections;
+}
+
+TemporaryFolder::TemporaryFolder(std::string_view parent) {
     // A name of its own for each process and object, so that runs side by side do not meet.
     static std::mt19937_64 random(std::random_device{}());
     const auto now = static_cast<uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-    path_ = std::filesystem::temp_directory_path() / ("norvakavlor-" + std::to_string(random() ^ now));
+    path_ = (parent.empty() ? std::filesystem::temp_directory_path() : fromUtf8(parent)) /
+            ("norvakavlor-" + std::to_string(random() ^ now));
     std::filesystem::create_directories(path_);
 }
 

@@ -3,18 +3,29 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <norvakavlor/platform/message_box.h>
+#include <norvakavlor/runtime/value.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/document.h>
 #include <string>
 #include <string_view>
+#include <tests/support/tables.h>
 #include <utility>
 #include <vector>
 
-/// What many tests need: documents from literals, a folder of their own, errors and messages as values.
+/// What many tests need: tables of cases, documents from literals, a folder of their own, errors and messages
+/// as values.
 namespace norvakavlor::testing {
 
 /// A document from its text; a text that does not parse fails the test that holds it.
 xml::Document parsed(std::string_view text);
+
+/// Calls LoadFromXMLNode or SaveToXMLNode by its name with the document's root. A collection that the method
+/// takes is found among these by its class; else it is Nothing.
+Value callOnDocument(Object& object, const char* method, const std::shared_ptr<xml::Document>& document,
+                     const std::vector<Ref<Object>>& collections = {});
+
+/// New collections that documents refer to, those of the table documents.library.
+std::vector<Ref<Object>> library();
 
 /// The document element as an object's SaveToXMLNode fills it.
 template <class Save> std::string written(std::string_view root, Save save) {
@@ -48,10 +59,18 @@ template <class Act> int32_t errorNumber(Act act) {
     return 0;
 }
 
+/// What an act gives as text, or "error 13" for what it raises: one column of a table for both.
+template <class Act> std::string outcome(Act act) {
+    std::string result;
+    const int32_t error = errorNumber([&] { result = act(); });
+    return error == 0 ? result : "error " + std::to_string(error);
+}
+
 /// A folder that is there while the object lives. Paths are UTF-8 and end in "/" where they are folders.
 class TemporaryFolder {
 public:
-    TemporaryFolder();
+    /// In a folder that is there, or in the system's place for what is temporary.
+    explicit TemporaryFolder(std::string_view parent = {});
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
@@ -66,7 +85,7 @@ public:
     /// The names of the files, sorted.
     std::vector<std::string> names() const;
 
-private:
+protected:
     std::filesystem::path path_;
 };
 

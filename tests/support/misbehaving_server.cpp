@@ -1,343 +1,178 @@
 // A web server that misbehaves as it is asked to, for tests: misbehaving_server
 //
-// The first part of a path chooses what happens ("http://127.0.0.1:8080/hang-up/any.xml"); the table kManners
-// below lists them. It prints two addresses, its own and one that refuses every connection, and ends by
-// itself after half an hour. No connection lives longer than kLongest or carries more than kMost.
+// The first part of a path chooses what happens ("http://127.0.0.1:8080/hang-up/any.xml"); allManners below
+// and tests/data/replies.txt list them. It prints two addresses, its own and one that refuses every
+// connection, and ends by itself after half an hour. No connection waits longer than kLongest for its client.
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <chrono>
-#include <csignal>
 #include <cstdio>
-#include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
-#include <netinet/in.h>
-#include <poll.h>
+#include <norvakavlor/text/text.h>
 #include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <tests/support/tables.h>
 #include <thread>
+#include <tools/server/request_target.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
-using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
+using namespace norvakavlor::testing;
 
-constexpr auto kLongest = 20s;
-constexpr size_t kMost = 80u << 20;
-constexpr std::string_view kDocument = "<textBookList><textBook><id>TB9</id><title>Spreadsheets</title>"
-                                       "<author>Ines Roth</author></textBook></textBookList>";
+constexpr timeval kLongest{.tv_sec = 20, .tv_usec = 0};
 
-/// One accepted connection; closed with the object.
-class Connection {
-public:
-    explicit Connection(int socket) : socket_(socket), end_(Clock::now() + kLongest) {
-        const timeval patience{.tv_sec = 2, .tv_usec = 0};
-        setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-        setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
-    }
-    Connection(const Connection&) = delete;
-    Connection& operator=(const Connection&) = delete;
-    ~Connection() {
-        // Unread bytes would turn the close into a reset, which might take the reply with it.
-        shutdown(socket_, SHUT_WR);
-        close(socket_);
-    }
-
-    /// Head and body as they came.
-    std::string readRequest() {
-        std::string request;
+/// One request and what one way of answering has at hand; its connection is closed with it.
+struct Visit {
+    explicit Visit(int itsSocket) : socket(itsSocket) {
+        setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &kLongest, sizeof kLongest);
+        setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &kLongest, sizeof kLongest);
         size_t whole = std::string::npos;
-        while (request.size() < whole && request.size() < kMost && Clock::now() < end_) {
-            char piece[16384];
-            const ssize_t count = recv(socket_, piece, sizeof piece, 0);
-            if (count <= 0)
-                break;
-            request.append(piece, static_cast<size_t>(count));
-            const size_t headEnd = request.find("\r\n\r\n");
-            if (whole == std::string::npos && headEnd != std::string::npos)
-                whole = headEnd + 4 + contentLength(request.substr(0, headEnd));
+        char piece[16384];
+        for (ssize_t got = 0; request.size() < whole && (got = recv(socket, piece, sizeof piece, 0)) > 0;) {
+            request.append(piece, static_cast<size_t>(got));
+            if (const size_t end = request.find("\r\n\r\n"); whole == std::string::npos && end != whole) {
+                constexpr std::string_view kName = "\r\nCONTENT-LENGTH:";
+                const std::string head = norvakavlor::upperCase(request.substr(0, end));
+                const size_t at = head.find(kName);
+                whole = end + 4 + (at == std::string::npos ? 0 : std::stoul(head.substr(at + kName.size())));
+            }
         }
-        return request;
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+    ~Visit() {
+        // Unread bytes would turn the close into a reset, which might take the reply with it.
+        shutdown(socket, SHUT_WR);
+        close(socket);
     }
 
     /// False when nobody wants more.
-    bool send(std::string_view bytes) {
-        while (!bytes.empty() && sent_ < kMost && Clock::now() < end_) {
-            const ssize_t count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-            if (count <= 0)
+    bool send(std::string_view bytes) const {
+        for (ssize_t sent = 0; !bytes.empty(); bytes.remove_prefix(static_cast<size_t>(sent))) {
+            if ((sent = ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL)) <= 0)
                 return false;
-            bytes.remove_prefix(static_cast<size_t>(count));
-            sent_ += static_cast<size_t>(count);
         }
-        return bytes.empty();
+        return true;
+    }
+    bool sendHead(const std::string& status, const std::string& headers) const {
+        return send("HTTP/1.1 " + status + "\r\nConnection: close\r\n" + headers + "\r\n");
+    }
+    void reply(const std::string& body, const std::string& status = "200 OK",
+               const std::string& contentType = "text/plain; charset=utf-8") const {
+        sendHead(status, "Content-Length: " + std::to_string(body.size()) +
+                             "\r\nContent-Type: " + contentType + "\r\n");
+        send(body);
+    }
+    /// The next part of the path.
+    std::string part() {
+        const size_t slash = std::min(rest.find('/'), rest.size());
+        std::string result = rest.substr(0, slash);
+        rest.erase(0, slash + 1);
+        return norvakavlor::server::percentDecoded(result);
     }
 
-    /// Waits; false when the client has gone or the connection's time is over.
-    bool wait(std::chrono::milliseconds time) const {
-        pollfd state{.fd = socket_, .events = POLLIN | POLLRDHUP, .revents = 0};
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end_ - Clock::now());
-        if (left <= 0ms)
-            return false;
-        const int changed = poll(&state, 1, static_cast<int>(std::min(time, left).count()));
-        return changed == 0 && Clock::now() < end_;
-    }
-
-private:
-    static size_t contentLength(const std::string& head) {
-        constexpr std::string_view kName = "\r\ncontent-length:";
-        std::string lower = head;
-        std::ranges::transform(lower, lower.begin(),
-                               [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; });
-        const size_t at = lower.find(kName);
-        return at == std::string::npos ? 0 : std::strtoull(lower.c_str() + at + kName.size(), nullptr, 10);
-    }
-
-    int socket_;
-    Clock::time_point end_;
-    size_t sent_ = 0;
+    const int socket;
+    std::string request; ///< as it came
+    std::string rest;    ///< of the target, after the parts that were taken
+    int count = 0;       ///< of visits to the same target, this one included
 };
 
-/// Requests as they came since somebody last asked for them, and how often each path was asked for.
-class Memory {
-public:
-    int keep(const std::string& path, std::string request) {
-        constexpr size_t kRemembered = 200;
-        const std::lock_guard lock(mutex_);
-        requests_.push_back(std::move(request));
-        if (requests_.size() > kRemembered)
-            requests_.pop_front();
-        return ++visits_[path];
-    }
-
-    /// All of them, a record separator behind each, oldest first. They are forgotten then.
-    std::string take() {
-        const std::lock_guard lock(mutex_);
-        std::string all;
-        for (const std::string& request : requests_)
-            all += request + '\x1E';
-        requests_.clear();
-        return all;
-    }
-
-private:
-    std::mutex mutex_;
-    std::deque<std::string> requests_;
-    std::map<std::string, int> visits_;
-};
-
-/// What one way of answering has at hand.
-struct Visit {
-    Connection& connection;
-    std::string rest; ///< of the target, after the part that chose what happens
-    int count;        ///< of visits to the same target, this one included
-};
-
-std::string takePart(std::string& rest) {
-    const size_t slash = std::min(rest.find('/'), rest.size());
-    std::string part = rest.substr(0, slash);
-    rest.erase(0, slash + 1);
-    return part;
-}
-
-std::string decoded(const std::string& text) {
-    std::string result;
-    for (size_t at = 0; at < text.size(); ++at) {
-        if (text[at] == '%' && at + 2 < text.size()) {
-            result += static_cast<char>(std::strtol(text.substr(at + 1, 2).c_str(), nullptr, 16));
-            at += 2;
-        } else {
-            result += text[at];
-        }
-    }
-    return result;
-}
-
-std::string head(std::string_view status, std::string_view headers) {
-    return std::string("HTTP/1.1 ").append(status).append("\r\nConnection: close\r\n").append(headers) +
-           "\r\n";
-}
-
-void reply(Connection& connection, std::string_view body, std::string_view status = "200 OK",
-           std::string_view contentType = "text/xml") {
-    std::string headers = "Content-Length: " + std::to_string(body.size()) + "\r\n";
-    if (!contentType.empty())
-        headers.append("Content-Type: ").append(contentType).append("\r\n");
-    connection.send(head(status, headers).append(body));
-}
-
-/// A fixed answer.
-std::function<void(Visit&)> page(std::string_view body, std::string_view status = "200 OK",
-                                 std::string_view contentType = "text/xml") {
-    return [=](Visit& visit) { reply(visit.connection, body, status, contentType); };
-}
-
-/// Bytes as they are, and then the end of the connection.
-std::function<void(Visit&)> raw(std::string bytes) {
-    return [bytes = std::move(bytes)](Visit& visit) { visit.connection.send(bytes); };
-}
-
-void sayNothing(Visit& visit) {
-    while (visit.connection.wait(kLongest)) {
-    }
-}
-
-void drip(Visit& visit) {
-    visit.connection.send(head("200 OK", "Content-Type: text/xml\r\n") + "<textBookList>");
-    while (visit.connection.wait(20ms) && visit.connection.send(" ")) {
-    }
-}
+using Manners = std::map<std::string, std::function<void(Visit&)>, std::less<>>;
 
 void neverEnd(Visit& visit) {
-    visit.connection.send(head("200 OK", "Content-Type: text/xml\r\n") + "<textBookList>");
+    constexpr int kMost = 80 << 4; // pieces: more than anybody takes
     const std::string blanks(65536, ' ');
-    while (visit.connection.send(blanks)) {
+    for (int sent = 0; sent < kMost && visit.send(blanks); ++sent) {
     }
-}
-
-void redirect(Visit& visit) {
-    const std::string status = takePart(visit.rest);
-    const std::string place = "Content-Length: 0\r\nLocation: /" + visit.rest + "\r\n";
-    visit.connection.send(head(status + " Elsewhere", place));
-}
-
-void redirectToItself(Visit& visit) {
-    visit.connection.send(head("302 Elsewhere", "Content-Length: 0\r\nLocation: /redirect-loop/\r\n"));
-}
-
-/// "/reply/TEXT/...": that text.
-void replyText(Visit& visit) {
-    reply(visit.connection, decoded(takePart(visit.rest)), "200 OK", "text/plain; charset=utf-8");
-}
-
-/// "/status/404/TEXT/..."
-void replyStatus(Visit& visit) {
-    const std::string status = takePart(visit.rest) + " Status";
-    reply(visit.connection, decoded(takePart(visit.rest)), status, "text/plain; charset=utf-8");
-}
-
-/// "/accept-from/3/NAME": "busy" twice, then "success".
-void acceptFrom(Visit& visit) {
-    const int first = std::atoi(takePart(visit.rest).c_str());
-    reply(visit.connection, visit.count >= first ? "success" : "busy", "200 OK", "text/plain");
 }
 
 /// "/turns/404/200TEXT/...": status and text for the first load, for the second, and so on; the last stays.
 /// A save is taken.
 void takeTurns(Visit& visit) {
-    std::string turn = takePart(visit.rest);
+    std::string turn = visit.part();
     for (int passed = 1; passed < visit.count && visit.rest.find('/') != std::string::npos; ++passed)
-        turn = takePart(visit.rest);
-    constexpr size_t kStatusDigits = 3;
-    const std::string text = decoded(turn);
-    if (visit.rest.find("SaveKavlorObject.asp") != std::string::npos) {
-        reply(visit.connection, "");
-    } else {
-        reply(visit.connection, text.substr(kStatusDigits), text.substr(0, kStatusDigits) + " Status",
-              "text/plain; charset=utf-8");
-    }
+        turn = visit.part();
+    const bool saves = visit.rest.find("SaveKavlorObject.asp") != std::string::npos;
+    visit.reply(saves ? "" : turn.substr(3), saves ? "200 OK" : turn.substr(0, 3) + " Status");
 }
 
-const std::map<std::string, std::function<void(Visit&)>, std::less<>>& manners() {
-    static const std::string whole(kDocument);
-    static const std::string half = whole.substr(0, whole.size() / 2);
-    static const std::string plain = head("200 OK", "Content-Type: text/xml\r\n");
-    static const std::map<std::string, std::function<void(Visit&)>, std::less<>> kManners = {
-        // What is no fault: the document above, and a text of the caller's choice.
-        {"document", page(kDocument)},
-        {"reply", replyText},
-        {"status", replyStatus},
-        {"status-500-xml", page(kDocument, "500 Internal Server Error")},
-        {"accept-from", acceptFrom},
-        {"turns", takeTurns},
-        {"redirect", redirect},
-        // Pages that are no document.
-        {"error-page", page("<html><body><h1>Out of memory<br></body></html>", "500 Error", "text/html")},
-        {"not-xml", page("The server is busy.", "200 OK", "text/plain")},
-        {"empty", page("")},
-        {"doctype", page("<!DOCTYPE textBookList><textBookList/>")},
-        {"entity-bomb",
-         page("<!DOCTYPE a [<!ENTITY b \"ha\"><!ENTITY c \"&b;&b;&b;\">]><textBookList>&c;</textBookList>")},
-        {"external-entity",
-         page("<!DOCTYPE a [<!ENTITY b SYSTEM \"file:///etc/passwd\">]><textBookList>&b;</textBookList>")},
-        // Encodings.
-        {"latin1", page("<textBookList><textBook><id>L1</id><title>R\xE9sum\xE9</title></textBook>"
-                        "</textBookList>",
-                        "200 OK", "text/xml; charset=iso-8859-1")},
-        {"utf16", page(std::string_view("\xFF\xFE<\0a\0>\0\xE9\0<\0/\0a\0>\0", 18))},
-        {"wrong-declaration",
-         page("<?xml version=\"1.0\" encoding=\"utf-16\"?><textBookList><textBook><id>D1</id>"
-              "<title>R\xC3\xA9sum\xC3\xA9</title></textBook></textBookList>")},
-        // Lines behind the last piece are no second head.
-        {"trailer",
-         raw(head("200 OK", "Transfer-Encoding: chunked\r\nContent-Type: text/xml; charset=utf-8\r\n") +
-             "9\r\n<a>\xC3\xA9</a>\r\n0\r\nContent-Type: text/xml; charset=iso-8859-1\r\nX-Sum: 1\r\n\r\n")},
-        // Replies that do not come, or not to their end.
-        {"hang-up", [](Visit&) {}},
-        {"half-status", raw("HTTP/1.1 2")},
-        {"no-http", raw("220 mail ready\r\n")},
-        {"half-head", raw("HTTP/1.1 200 OK\r\nContent-Ty")},
-        {"silence", sayNothing},
-        {"slow-drip", drip},
-        {"endless", neverEnd},
-        {"cut-off", raw(head("200 OK", "Content-Length: 500\r\n") + half)},
-        {"wrong-length", raw(head("200 OK", "Content-Length: 500\r\n") + whole)},
-        {"cut-off-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "1F4\r\n" + whole)},
-        {"no-last-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "2\r\n<a\r\n2\r\n/>\r\n")},
-        {"half-line", raw("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n")},
-        {"no-first-chunk", raw(head("200 OK", "Transfer-Encoding: chunked\r\n"))},
-        {"interim-alone", raw("HTTP/1.1 103 Early Hints\r\nLink: </style.css>\r\n\r\n")},
-        // Lengths that make no sense.
-        {"length-word", raw(head("200 OK", "Content-Length: five\r\n") + "<a/>")},
-        {"length-and-more", raw(head("200 OK", "Content-Length: 4abc\r\n") + "<a/>")},
-        {"length-signed", raw(head("200 OK", "Content-Length: +4\r\n") + "<a/>")},
-        {"length-list", raw(head("200 OK", "Content-Length: 4, 4\r\n") + "<a/>")},
-        {"length-none", raw(head("200 OK", "Content-Length:\r\n") + "<a/>")},
-        {"length-of-65-bits", raw(head("200 OK", "Content-Length: 18446744073709551620\r\n") + "<a/>")},
-        {"two-lengths", raw(head("200 OK", "Content-Length: 4\r\nContent-Length: 0\r\n") + "<a/>")},
-        // Unusual replies that are whole.
-        {"length-twice", raw(head("200 OK", "Content-Length: 4\r\nContent-Length: 4\r\n") + "<a/>")},
-        {"more-than-its-length", raw(head("200 OK", "Content-Length: 4\r\n") + "<a/><b/>")},
-        {"nothing-and-more", raw(head("200 OK", "Content-Length: 0\r\n") + "<b/>")},
-        {"empty-chunked", raw(head("200 OK", "Transfer-Encoding: chunked\r\n") + "0\r\n\r\n")},
-        {"interim", raw("HTTP/1.1 103 Early Hints\r\nLink: </style.css>\r\n\r\n" +
-                        head("200 OK", "Content-Length: 4\r\n") + "<a/>")},
-        {"oversize",
-         [](Visit& visit) {
-             visit.connection.send(head("200 OK", "Content-Length: 70000000\r\n"));
-             neverEnd(visit);
-         }},
-        {"redirect-loop", redirectToItself},
-        {"redirect-away",
-         raw(head("302 Elsewhere", "Content-Length: 0\r\nLocation: file:///etc/passwd\r\n"))},
-    };
-    return kManners;
+/// What takes more than bytes, and the pages and bytes of tests/data/replies.txt.
+Manners allManners() {
+    constexpr const char* kXml = "Content-Type: text/xml\r\n";
+    Manners manners = {{"reply", [](Visit& visit) { visit.reply(visit.part()); }}, // "/reply/TEXT/..."
+                       {"status",                                                  // "/status/404/TEXT/..."
+                        [](Visit& visit) {
+                            const std::string status = visit.part();
+                            visit.reply(visit.part(), status + " Status");
+                        }},
+                       {"turns", takeTurns},
+                       {"redirect", // "/redirect/302/any/other/path"
+                        [](Visit& visit) {
+                            const std::string status = visit.part();
+                            visit.sendHead(status + " Elsewhere",
+                                           "Content-Length: 0\r\nLocation: /" + visit.rest + "\r\n");
+                        }},
+                       {"hang-up", [](Visit&) {}},
+                       {"silence",
+                        [](Visit& visit) {
+                            char none = 0;
+                            recv(visit.socket, &none, 1, 0); // until the client goes
+                        }},
+                       {"slow-drip",
+                        [](Visit& visit) {
+                            visit.sendHead("200 OK", kXml);
+                            while (visit.send(" "))
+                                usleep(20000);
+                        }},
+                       {"endless",
+                        [](Visit& visit) {
+                            visit.sendHead("200 OK", kXml);
+                            neverEnd(visit);
+                        }},
+                       {"oversize", [](Visit& visit) {
+                            visit.sendHead("200 OK", "Content-Length: 70000000\r\n");
+                            neverEnd(visit);
+                        }}};
+    for (const auto& [name, status, contentType, body] : rows<4>("replies.pages"))
+        manners[name] = [=](Visit& visit) { visit.reply(body, status, contentType); };
+    for (const auto& [name, bytes] : rows<2>("replies.bytes"))
+        manners[name] = [=](Visit& visit) { visit.send(bytes); };
+    return manners;
 }
 
-void serve(int socket, Memory& memory) {
-    Connection connection(socket);
-    const std::string request = connection.readRequest();
-    const size_t start = request.find(" /");
-    if (start == std::string::npos)
-        return;
-    const std::string target = request.substr(start + 2, request.find(' ', start + 2) - start - 2);
-    std::string rest = target;
-    const std::string manner = takePart(rest);
+void serve(int socket) {
+    static const Manners manners = allManners();
+    static std::mutex mutex;
+    static std::string requests; // since somebody last asked for them, a record separator behind each
+    static std::map<std::string, int> visits;
+    Visit visit(socket);
+    const size_t start = visit.request.find('/') + 1;
+    if (start == 0)
+        return; // the client has gone
+    const std::string target = visit.request.substr(start, visit.request.find(' ', start) - start);
+    visit.rest = target;
+    const std::string manner = visit.part();
     if (manner == "requests") {
-        reply(connection, memory.take(), "200 OK", "text/plain; charset=utf-8");
+        const std::lock_guard lock(mutex);
+        visit.reply(std::exchange(requests, {}));
+        visits.clear();
         return;
     }
-    Visit visit{connection, rest, memory.keep(target, request)};
-    const auto found = manners().find(manner);
-    if (found == manners().end()) {
-        reply(connection, "no such way of misbehaving", "404 Not Found", "text/plain");
-    } else {
-        found->second(visit);
+    {
+        const std::lock_guard lock(mutex);
+        requests += visit.request + '\x1E';
+        visit.count = ++visits[target];
     }
+    if (const auto found = manners.find(manner); found != manners.end())
+        found->second(visit);
+    else
+        visit.reply("no such way of misbehaving", "404 Not Found");
 }
 
 /// A socket on a free port of the loopback address, and that port.
@@ -358,7 +193,6 @@ std::pair<int, int> boundSocket() {
 int main() {
     constexpr unsigned kLifeInSeconds = 1800;
     alarm(kLifeInSeconds);
-    std::signal(SIGPIPE, SIG_IGN);
     const auto [listener, port] = boundSocket();
     // Bound and never listening: whoever connects is refused, and nobody else gets the port.
     const auto [refuser, refusingPort] = boundSocket();
@@ -370,11 +204,8 @@ int main() {
     std::printf("misbehaving_server: listening on http://127.0.0.1:%d/\n", port);
     std::printf("misbehaving_server: refusing on http://127.0.0.1:%d/\n", refusingPort);
     std::fflush(stdout);
-    // Threads may outlive main's frame at the end of the process.
-    static Memory memory;
     while (true) {
-        const int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (socket >= 0)
-            std::thread(serve, socket, std::ref(memory)).detach();
+        if (const int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC); socket >= 0)
+            std::thread(serve, socket).detach();
     }
 }

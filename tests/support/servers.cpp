@@ -1,14 +1,8 @@
 #include "servers.h"
 
-#include <chrono>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <norvakavlor/platform/http.h>
-#include <random>
 #include <stdexcept>
-#include <system_error>
 
 namespace norvakavlor::testing {
 namespace {
@@ -20,8 +14,6 @@ std::string environment(const char* name) {
                                  " is not set: run the tests by tests/support/with_servers");
     return value;
 }
-
-std::filesystem::path pathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
 
 } // namespace
 
@@ -52,30 +44,6 @@ std::vector<std::string> receivedRequests() {
 
 std::string requestLine(const std::string& request) {
     return request.substr(0, request.find(" HTTP/1.1\r\n"));
-}
-
-ServerFolder::ServerFolder() {
-    static std::mt19937_64 random(std::random_device{}());
-    const auto now = static_cast<uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-    name_ = "test-" + std::to_string(random() ^ now);
-    std::filesystem::create_directories(pathOf(path()));
-}
-
-ServerFolder::~ServerFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(pathOf(path()), ignored);
-}
-
-std::string ServerFolder::read(std::string_view name) const {
-    std::ifstream stream(pathOf(path(name)), std::ios::binary);
-    if (!stream)
-        return "(no file)";
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-void ServerFolder::write(std::string_view name, std::string_view content) const {
-    std::ofstream(pathOf(path(name)), std::ios::binary)
-        .write(content.data(), static_cast<std::streamsize>(content.size()));
 }
 
 } // namespace norvakavlor::testing

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <tests/support/fixtures.h>
 #include <vector>
 
 /// The servers that tests/support/with_servers starts. A test that is run without it fails and says so.
@@ -26,28 +27,13 @@ std::vector<std::string> receivedRequests();
 std::string requestLine(const std::string& request);
 
 /// A web directory of kavlor-server for one test, gone with the object.
-class ServerFolder {
+class ServerFolder : public TemporaryFolder {
 public:
-    ServerFolder();
-    ~ServerFolder();
-    ServerFolder(const ServerFolder&) = delete;
-    ServerFolder& operator=(const ServerFolder&) = delete;
-
-    /// Location of a document on the web and of the same one on the disk; of the folder, with "/" at its end,
-    /// when no name is given.
+    ServerFolder() : TemporaryFolder(kavlorFolder()) {}
+    /// The web location of a document; of the folder, with "/" at its end, when no name is given.
     std::string url(std::string_view name = {}) const {
-        return kavlorServer() + name_ + "/" + std::string(name);
+        return kavlorServer() + path_.filename().string() + "/" + std::string(name);
     }
-    std::string path(std::string_view name = {}) const {
-        return kavlorFolder() + name_ + "/" + std::string(name);
-    }
-
-    /// The bytes of a file; "(no file)" when there is none.
-    std::string read(std::string_view name) const;
-    void write(std::string_view name, std::string_view content) const;
-
-private:
-    std::string name_;
 };
 
 } // namespace norvakavlor::testing

@@ -1,6 +1,6 @@
 #!/usr/bin/env perl
-# Writes norvakavlor/text/case_table.cpp: Unicode's simple mappings to upper case as ranges in which every
-# `step`-th code point maps by the same distance. Run it from the root when perl's Unicode version moves on:
+# Writes norvakavlor/text/case_table.cpp: Unicode's simple mappings to upper case, as ranges in which every
+# `step`-th code point maps by the same distance. If perl has a newer Unicode version, run from the root:
 #     perl tools/case_table/generate.pl > norvakavlor/text/case_table.cpp
 use strict;
 use warnings;

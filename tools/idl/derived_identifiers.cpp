@@ -8,14 +8,14 @@
 namespace norvakavlor {
 namespace {
 
-/// Made at random once, for this library; every identifier that is registered anywhere depends on it.
+/// Made at random once. Never change it: all identifiers ever registered depend on it.
 constexpr Uuid kNamespace{0x406d61ec, 0x38ac, 0x4cdf, {0x8d, 0xce, 0x92, 0xb6, 0xf0, 0xd8, 0x8f, 0x89}};
 
 Uuid ownUuid(std::string_view prefix, std::string_view name) {
     return namedUuid(kNamespace, std::string(prefix) + std::string(name));
 }
 
-/// The highest byte first, as a UUID is hashed and written.
+/// Highest byte first, as UUIDs are hashed and written.
 void append(std::string& bytes, uint32_t number, int size) {
     for (int shift = (size - 1) * 8; shift >= 0; shift -= 8)
         bytes += static_cast<char>(number >> shift & 0xFF);

@@ -4,11 +4,11 @@
 
 namespace norvakavlor {
 
-/// The identifiers that belong to the library's names: UUIDs of version 5 in a namespace of its own.
+/// The identifiers of the library's names: UUIDs of version 5 in the library's own namespace.
 Uuid derivedTypeLibraryId();
 ClassIdentifiers derivedIdentifiers(std::string_view className);
 
-/// A name's UUID in a namespace (RFC 4122, version 5).
+/// The UUID of a name in a namespace (RFC 4122, version 5).
 Uuid namedUuid(const Uuid& nameSpace, std::string_view name);
 
 } // namespace norvakavlor

@@ -12,7 +12,7 @@
 namespace norvakavlor {
 namespace {
 
-/// What the usual import declares, as far as it is used here: the compiler knows these types by their names.
+/// The needed part of the usual import; the compiler knows these types by name.
 constexpr std::string_view kPrelude = R"(// Written by kavlor-idl from the tables of the classes; do not edit.
 
 typedef unsigned short OLECHAR;
@@ -41,7 +41,7 @@ std::string dispatchId(int32_t number) {
     return text;
 }
 
-/// One spelling for each name: the one that came first, letter case ignored.
+/// One spelling for each name, letter case ignored: the first one.
 class Spellings {
 public:
     Spellings();
@@ -126,8 +126,8 @@ std::string Writer::typeName(const Type& type) const {
 
 std::string Writer::parameterText(const Parameter& parameter, bool mayBeLeftOut) {
     const std::string& name = spellings_.of(parameter.name);
-    // Results and arrays travel in the caller's own variable, and what may be left out may also be Null: only
-    // a variant holds all of these.
+    // Results and arrays use the caller's own variable, and optional arguments may be Null: only a variant
+    // holds all of these.
     if (parameter.byReference || parameter.type.kind == Type::Kind::Array)
         return "[in, out] VARIANT* " + name;
     if (parameter.optional)
@@ -135,8 +135,8 @@ std::string Writer::parameterText(const Parameter& parameter, bool mayBeLeftOut)
     return "[in] " + typeName(parameter.type) + " " + name;
 }
 
-/// Only the last arguments can be left out of a compiled call; what may be absent before a required one takes
-/// Null or Nothing. A new value is required, and follows them all.
+/// A compiled call can leave out only the last arguments; an optional one before a required one takes Null or
+/// Nothing. A new value is required and comes last.
 std::string Writer::parameterList(const Member& member, bool isPut) {
     const auto& all = member.parameters;
     const auto isRequired = [](const Parameter& parameter) { return !parameter.optional; };
@@ -148,7 +148,7 @@ std::string Writer::parameterList(const Member& member, bool isPut) {
     return list;
 }
 
-// The compiler takes no help texts for the members.
+// The compiler takes no help texts for members.
 void Writer::writeEnumeration(const Enumeration& enumeration) {
     text_ += "    typedef [helpstring(" + quoted(enumeration.summary) + ")] enum " +
              std::string(enumeration.name) + "\n    {\n";

@@ -1,4 +1,4 @@
-// kavlor-idl FOLDER: writes what derives from the tables of the classes into the project's folder: the type
+// kavlor-idl FOLDER: writes the files made from the classes' tables into the project's folder: the type
 // library's source, the table of identifiers and the reference page.
 
 #include <filesystem>

@@ -13,7 +13,7 @@
 namespace norvakavlor::server {
 namespace {
 
-/// Can this be the name of one entry of a folder, on any system? "*" and "?" stand for many names, ":" for a
+/// Is this a valid name of one entry of a folder, on any system? "*" and "?" match many names, ":" means a
 /// drive.
 bool isPlainName(std::string_view name) {
     constexpr size_t kLongestName = 255;
@@ -44,7 +44,7 @@ std::string DocumentFolder::pathOf(std::string_view directory) const {
         const size_t end = std::min(directory.find('/', start), directory.size());
         const std::string_view name = directory.substr(start, end - start);
         const bool isFirst = path.size() == path_.size();
-        // The records hold what students handed in.
+        // The records hold students' results.
         if (!name.empty() && (!isPlainName(name) || (isFirst && equalIgnoringCase(name, kGradebookFolder))))
             throw runtimeError(RuntimeError::PathNotFound);
         if (!name.empty())

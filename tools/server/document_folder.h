@@ -7,30 +7,30 @@
 #include <string>
 #include <string_view>
 
-/// The folder that the server keeps its documents in. Several requests may use it at once.
+/// The folder with the server's documents. Several requests may use it at once.
 namespace norvakavlor::server {
 
-/// Where posts to the gradebook host are kept; no document is served from it.
+/// Keeps posts to the gradebook host; documents in it are never served.
 inline constexpr std::string_view kGradebookFolder = "gradebook";
 
 class DocumentFolder {
 public:
     explicit DocumentFolder(const std::string& path);
 
-    /// The folder of a web directory ("/", "/class1/"), with a "/" at its end. Raises 76 when there is none,
-    /// it lies outside or is the gradebook's.
+    /// The folder of a web directory ("/", "/class1/"), with a final "/". Raises 76 if it is missing, outside
+    /// or the gradebook's.
     std::string pathOf(std::string_view directory) const;
 
-    /// Full path of a document. Raises 76 as pathOf does, and 5 for a name that is none: empty, with a
-    /// separator, colon, wildcard or NUL in it, "." and "..", and what saves use for their temporary files.
+    /// Full path of a document. Raises 76 as above, and 5 for a bad name: empty, with a separator, colon,
+    /// wildcard or NUL in it, "." and "..", and the names of saves' temporary files.
     std::string pathOf(std::string_view directory, const std::string& fileName) const;
 
-    // Each raises as pathOf does, what the platform's files raise, and 5 for what does not parse. They hold a
-    // lock meanwhile: a reader sees a document as a whole.
+    // Each raises as pathOf and the platform's files do, and 5 for what does not parse. Each holds a lock: a
+    // reader sees whole documents.
 
     /// The document's text in UTF-8.
     std::string read(std::string_view directory, const std::string& fileName) const;
-    /// Stores the bytes as they are, once they have proven to be a document.
+    /// Stores the bytes unchanged, if they parse as a document.
     void write(std::string_view directory, const std::string& fileName, std::string_view bytes);
     void remove(std::string_view directory, const std::string& fileName);
 
@@ -43,13 +43,13 @@ public:
         store(path, change(document.root()));
     }
 
-    /// A step that reads several documents: no save comes between.
+    /// Runs a step that reads several documents without a save in between.
     template <class Step> auto reading(Step step) const {
         const std::shared_lock lock(mutex_);
         return step();
     }
 
-    /// What parses as a document; raises 5 for anything else.
+    /// Reads and parses a file; raises 5 if it does not parse.
     static xml::Document parsedFile(const std::string& path);
 
 private:

@@ -50,7 +50,7 @@ std::string GradebookHost::take(std::string_view target, std::string_view conten
     return posts_ >= acceptFrom_ ? "success" : reply_;
 }
 
-/// Earlier runs' records are never written over.
+/// Never overwrites earlier runs' records.
 int GradebookHost::nextNumber() const {
     int highest = 0;
     for (const std::string& name : platform::listFiles(folder_)) {

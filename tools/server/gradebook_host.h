@@ -6,19 +6,19 @@
 #include <string>
 #include <string_view>
 
-/// Stands for the gradebook's submission hosts: /gradebook and /gradebook-backup.
+/// Plays the gradebook's submission hosts: /gradebook and /gradebook-backup.
 namespace norvakavlor::server {
 
 class GradebookHost {
 public:
-    /// `folder` is made with the first post.
+    /// The first post makes `folder`.
     GradebookHost(std::string folder, const Options& options);
 
     static bool isHost(std::string_view directory, std::string_view name);
 
-    /// Keeps a post and gives the answer. The body goes byte for byte to 0001.txt and so on, in the order of
-    /// arrival; posts.txt gets a line with number, target, content type and size of each. Raises what writing
-    /// a file raises; the post is not answered with "success" then.
+    /// Stores a post and returns the answer. The bodies go byte for byte to 0001.txt and so on, as they
+    /// arrive; posts.txt gets a line with each one's number, target, content type and size. Raises what
+    /// writing a file raises; the answer is not "success" then.
     std::string take(std::string_view target, std::string_view contentType, std::string_view body);
 
 private:

@@ -26,15 +26,15 @@ struct Exchange {
     Request request;
     Reply reply;
     bool begun = false;
-    bool isTooLarge = false; ///< the body; what is left of it is read and thrown away
+    bool isTooLarge = false; ///< the body; its rest is read and dropped
     size_t received = 0;     ///< bytes of the body
 };
 
-/// A client that is still sending sees no answer, only a broken connection. So a body that is too large is
-/// read to its end, up to this.
+/// A client that is still sending sees a broken connection instead of an answer. So a too large body is read
+/// to its end, up to this.
 constexpr size_t kPatience = 4 * xml::kMaximumBytes;
 
-/// Clients take an empty answer for success, so no failure may go out without a text.
+/// Clients take an empty answer for success, so every failure needs a text.
 Reply failure(int status) {
     return {.status = status,
             .text = "The server did not take the request (" + std::to_string(status) + ")."};
@@ -45,7 +45,7 @@ std::string header(MHD_Connection* connection, const char* name) {
     return value ? value : "";
 }
 
-/// The length that a request says its body has, 0 when it says none; nothing when it says two that differ.
+/// The body length that a request states, 0 if none; nothing if it states two different ones.
 std::optional<size_t> bodyLength(MHD_Connection* connection) {
     std::set<std::string> lengths;
     MHD_get_connection_values(
@@ -69,9 +69,9 @@ std::optional<size_t> bodyLength(MHD_Connection* connection) {
                                                                std::to_string(options.port) + ".");
 }
 
-/// A listening socket; its port is the system's choice when the option is 0.
+/// A listening socket; if the option is 0, the system chooses the port.
 int listeningSocket(const Options& options) {
-    constexpr int kWaiting = 1024; // connections that nobody has accepted yet
+    constexpr int kWaiting = 1024; // connections not yet accepted
     addrinfo wanted{};
     wanted.ai_socktype = SOCK_STREAM;
     wanted.ai_flags = AI_PASSIVE | AI_NUMERICSERV;
@@ -105,7 +105,7 @@ public:
     Implementation(const Options& options, Service& service) : service_(service) {
         constexpr unsigned kIdleSeconds = 30;
         constexpr unsigned kConnections = 2048;
-        constexpr size_t kHeadBytes = 256u << 10; // of one request: clients put whole names into its line
+        constexpr size_t kHeadBytes = 256u << 10; // of one request; its line may hold long names
         const int listener = listeningSocket(options);
         const bool isVersion6 = options.address.find(':') != std::string::npos;
         address_ = "http://" + (isVersion6 ? "[" + options.address + "]" : options.address) + ":" +
@@ -128,7 +128,7 @@ public:
     const std::string& address() const { return address_; }
 
 private:
-    /// The request line came: the target as it stood there, which the library hands out nowhere else.
+    /// The request line came: only here the library gives the raw target.
     static void* begin(void*, const char* target, MHD_Connection*) {
         return new Exchange{.request = {.target = target}};
     }
@@ -188,13 +188,13 @@ private:
 
     static MHD_Result send(MHD_Connection* connection, Exchange& exchange) {
         Reply& reply = exchange.reply;
-        // The exchange, and so the text, outlives the sending.
+        // The exchange, and so the text, lives until it is sent.
         MHD_Response* response =
             MHD_create_response_from_buffer(reply.text.size(), reply.text.data(), MHD_RESPMEM_PERSISTENT);
         if (!response)
             return MHD_NO;
         MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, reply.contentType.c_str());
-        // Each client connects anew: a connection is one request.
+        // Clients use a new connection for each request.
         MHD_add_response_header(response, MHD_HTTP_HEADER_CONNECTION, "close");
         const MHD_Result queued =
             MHD_queue_response(connection, static_cast<unsigned>(reply.status), response);

@@ -9,14 +9,14 @@
 /// Carries requests over HTTP.
 namespace norvakavlor::server {
 
-/// Answers requests while it lives, each on a thread of its own, so that a slow client stops no other one.
+/// Answers requests while it lives, each on its own thread, so a slow client does not hold up others.
 class HttpFront {
 public:
-    /// Raises 5 when the address or port cannot be had.
+    /// Raises 5 if the address or port is not free.
     HttpFront(const Options& options, Service& service);
     HttpFront(const HttpFront&) = delete;
     HttpFront& operator=(const HttpFront&) = delete;
-    /// Closes every connection; what the service is doing is finished first.
+    /// Finishes what the service is doing, then closes every connection.
     ~HttpFront();
 
     /// "http://127.0.0.1:8080", without a "/" at its end.

@@ -14,14 +14,14 @@
 namespace norvakavlor::server {
 namespace {
 
-/// What tells the documents of a kind from others of their folder: the name, and where names say nothing the
-/// root element.
+/// What tells a kind's documents from others in the folder: the name or, if names say nothing, the root
+/// element.
 struct Selection {
     NameTest name;
     std::string_view root; ///< empty: any
 };
 
-/// Without the parameter every type is meant.
+/// Without the parameter, every type.
 int32_t typeIn(const RequestTarget& target, std::string_view parameter) {
     const std::string text = target.value(parameter);
     return text.empty() ? -1 : toInt32(text);
@@ -60,13 +60,13 @@ Selection selectionFor(const RequestTarget& target) {
     return {endsIn(kDocumentEnd), namesOf(kind).root};
 }
 
-/// A field of a listing: nothing in it may end it early.
+/// A field of a listing. A ";" would end it, so it becomes ",".
 std::string field(std::string text) {
     std::ranges::replace(text, ';', ',');
     return text + ";";
 }
 
-/// A number of a document as clients convert it; nothing for what is none.
+/// A document's number as clients convert it; empty if it is not one.
 template <class Convert> std::string numberField(std::string_view text, Convert convert) {
     std::string number;
     ignoringErrors([&] { number = convert(text); });

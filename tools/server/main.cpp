@@ -12,7 +12,7 @@
 namespace norvakavlor::server {
 namespace {
 
-/// SIGTERM and SIGINT, which every thread leaves to the one that waits for them.
+/// SIGTERM and SIGINT, blocked in every thread: one waits for them.
 sigset_t endSignals() {
     sigset_t signals;
     sigemptyset(&signals);

@@ -10,7 +10,7 @@
 namespace norvakavlor::server {
 namespace {
 
-/// Nothing for what is no decimal number of the range.
+/// Nothing unless it is a decimal number in the range.
 std::optional<int> numberIn(std::string_view text, int lowest, int highest) {
     int number = 0;
     const char* const end = text.data() + text.size();
@@ -20,7 +20,7 @@ std::optional<int> numberIn(std::string_view text, int lowest, int highest) {
     return number;
 }
 
-/// An option that takes a value: stores it, or says that it is none for this option.
+/// Stores an option's value; false if the value is not valid.
 using Take = std::function<bool(const std::string& value)>;
 
 Take text(std::string& target) {
@@ -113,7 +113,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
         fault = "no folder is named";
         return std::nullopt;
     }
-    // A reply alone holds for every post.
+    // A reply alone goes to every post.
     if (!options.gradebookReply.empty() && !hasAcceptFrom)
         options.gradebookAcceptFrom = std::numeric_limits<int>::max();
     if (options.gradebookReply.empty())

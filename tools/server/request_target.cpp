@@ -7,7 +7,7 @@
 namespace norvakavlor::server {
 namespace {
 
-/// -1 for what is no hexadecimal digit.
+/// -1 if not a hexadecimal digit.
 int hexValue(char c) {
     if (c >= '0' && c <= '9')
         return c - '0';
@@ -38,7 +38,7 @@ bool isSecret(std::string_view name) {
     return std::ranges::any_of(kSecrets, [&](auto secret) { return equalIgnoringCase(plain, secret); });
 }
 
-/// Extra query text may hold further "?" and "/": a pair begins after any of the separators.
+/// Extra query text may hold more "?" and "/": a pair begins after any separator.
 std::string maskedPairs(std::string_view query, std::string_view separators) {
     std::string masked;
     for (size_t start = 0; start <= query.size();) {

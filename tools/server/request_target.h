@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-/// What a request line asks for. Clients insert values as they are and percent-encode only what no request
-/// line may hold, so that a "+" is a plus sign here.
+/// The target of a request line. Clients percent-encode only what a request line must not hold, so a "+" is a
+/// plus sign here.
 namespace norvakavlor::server {
 
 struct RequestTarget {
@@ -14,18 +14,18 @@ struct RequestTarget {
     std::string name;                                            ///< of the path, after its last "/", decoded
     std::vector<std::pair<std::string, std::string>> parameters; ///< in order, decoded
 
-    /// The value of the first parameter of a name, letter case counting; "" when there is none.
+    /// The value of the first parameter with this name, case-sensitive, or "".
     std::string value(std::string_view parameter) const;
 };
 
-/// "%41" becomes "A"; a "%" that begins no such pair stays.
+/// "%41" becomes "A"; a "%" without two digits stays.
 std::string percentDecoded(std::string_view text);
 
-/// Takes apart what stands between the method and the version: "/a/LoadKavlorObject.asp?ObjName=Exam".
+/// Splits the part between method and version: "/a/LoadKavlorObject.asp?ObjName=Exam".
 RequestTarget parseTarget(std::string_view target);
 
-/// The target for a log: the values of key, LoginKey and LoginValue are masked, and what is no printable
-/// ASCII is percent-encoded, so that a line stays a line.
+/// The target for a log: masks the values of key, LoginKey and LoginValue; percent-encodes all but printable
+/// ASCII, so a line stays a line.
 std::string maskedTarget(std::string_view target);
 
 /// The same for the body of a form, which may begin with "&".

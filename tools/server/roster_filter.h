@@ -3,11 +3,11 @@
 #include <norvakavlor/xml/document.h>
 #include <string>
 
-/// Rosters by parts: of a course, a section, one student. The documents are taken as trees, so that what a
-/// later version writes into them goes along.
+/// Parts of rosters: a course, a section, one student. The documents stay trees, so whatever a later version
+/// writes is kept.
 namespace norvakavlor::server {
 
-/// Empty members ask for nothing.
+/// An empty member does not filter.
 struct RosterFilter {
     std::string course;
     std::string section;
@@ -16,7 +16,7 @@ struct RosterFilter {
     bool asksForNothing() const { return course.empty() && section.empty() && student.empty(); }
 };
 
-/// A roster that holds the matching students only; its counter stays.
+/// A roster with only the matching students; the counter stays.
 xml::Document matchingStudents(xml::Node roster, const RosterFilter& filter);
 
 /// A roster without one student.

@@ -97,7 +97,7 @@ Reply Service::answerEndpoint(const Request& request, const RequestTarget& targe
             return {.text = options_.refuseSaves};
         folder_.write(target.directory, fileName, request.body);
     } else if (target.value("ObjName") == kStudentKind) {
-        // The kind in the singular: the roster stays, one student of it goes.
+        // The kind is singular: one student goes, the roster stays.
         const std::string student = target.value("StudentID");
         if (student.empty())
             throw runtimeError(RuntimeError::InvalidProcedureCall, "The request names no student.");
@@ -128,7 +128,7 @@ Reply Service::launchDocument(const RequestTarget& target, std::string_view serv
     if (!target.name.ends_with(".xml"))
         return refusal(kNotFound, "There is nothing of this name here.");
     std::string text = folder_.read(target.directory, target.name);
-    // A launch address is open to who has not logged in; no other document is to be had by it.
+    // A launch address works without login, so it must give no other document.
     const auto document = platform::parseXml(text);
     if (!document || document->root().name() != kLaunchRoot)
         return refusal(kNotFound, "There is no launch document of this name here.");

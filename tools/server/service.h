@@ -9,12 +9,12 @@
 #include <string>
 #include <string_view>
 
-/// What the server answers, whatever carries the requests.
+/// The server's answers, independent of HTTP.
 namespace norvakavlor::server {
 
 struct Request {
     std::string method;
-    std::string target; ///< as it stood on the request line
+    std::string target; ///< as on the request line
     std::string contentType;
     std::string body;
 };
@@ -25,13 +25,13 @@ struct Reply {
     std::string text;
 };
 
-/// Answers requests, several at once. Clients look at texts alone: an empty answer to a save or delete is
-/// success, any other text tells people what went wrong. The status says the same to other programs.
+/// Answers requests, several at once. Clients look only at texts: an empty answer to a save or delete means
+/// success, any other text says what went wrong. The status says the same to other programs.
 class Service {
 public:
     explicit Service(const Options& options);
 
-    /// `serverAddress` ("http://127.0.0.1:8080") takes the place of "{server}" in launch documents.
+    /// `serverAddress` ("http://127.0.0.1:8080") replaces "{server}" in launch documents.
     Reply answer(const Request& request, std::string_view serverAddress);
 
 private:

@@ -9,14 +9,14 @@
 /// The server's side of the handshake.
 namespace norvakavlor::server {
 
-/// Hands out keys and checks what clients make of them. A key that was presented well stays good until the
-/// server ends; of very many the oldest are forgotten. Several requests may use it at once.
+/// Gives out keys and checks clients' values for them. A validated key is good until the server ends; of very
+/// many keys the oldest are forgotten. Several requests may use it at once.
 class SignOn {
 public:
     /// A new key that nobody can guess.
     std::string issueKey();
 
-    /// Does the value fit a key that was issued? From then on the pair opens the documents.
+    /// Does the value fit an issued key? If so, the pair opens the documents from now on.
     bool validate(const std::string& key, const std::string& value);
 
     /// Was this pair validated before?

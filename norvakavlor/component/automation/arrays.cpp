@@ -22,7 +22,7 @@ SAFEARRAY* arrayIn(const VARIANT& variant) {
     return variant.pparray ? *variant.pparray : nullptr;
 }
 
-/// The array's elements in place, as long as this lives.
+/// Access to the array's elements while this lives.
 class OpenArray {
 public:
     explicit OpenArray(SAFEARRAY& array) : array_(array) { check(::SafeArrayAccessData(&array, &data_)); }
@@ -74,7 +74,7 @@ SAFEARRAY* toSafeArray(const Array& array) {
         ::SafeArrayCreateVector(VT_VARIANT, array.lowerBound, static_cast<ULONG>(array.elements.size()));
     if (!result)
         throw std::bad_alloc();
-    // Owned by a variant meanwhile, should an element fail.
+    // A variant owns it meanwhile, in case an element fails.
     OwnedVariant owner;
     owner.get()->vt = VT_ARRAY | VT_VARIANT;
     owner.get()->parray = result;

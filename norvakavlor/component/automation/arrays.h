@@ -5,18 +5,18 @@
 #include <oaidl.h>
 #include <vector>
 
-/// Arrays as Automation clients pass them: one dimension, elements of any type that a value can hold.
+/// Automation clients' arrays: one dimension, elements of any type that a value can hold.
 namespace norvakavlor {
 
-/// A copy of the array in a variant (its own or by reference). One that was never dimensioned is empty.
-/// Raises 13 for more than one dimension.
+/// A copy of the array in a variant (its own or by reference); empty if never dimensioned. Raises 13 for more
+/// than one dimension.
 std::shared_ptr<Array> toArray(const VARIANT& variant);
 
 /// A new array of variants; the caller owns it.
 SAFEARRAY* toSafeArray(const Array& array);
 
-/// A caller's array and its copy during a call, so that elements which the call replaced are replaced in the
-/// caller's array too. Those that were left alone keep their type there.
+/// A caller's array and its copy during a call. Elements that the call replaced are replaced in the caller's
+/// array too; the others keep their type.
 class ArrayArgument {
 public:
     /// `variant` outlives this.

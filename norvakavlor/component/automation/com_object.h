@@ -8,8 +8,8 @@
 
 namespace norvakavlor {
 
-/// The base of what clients hold: counts references and keeps the module loaded. It starts with one
-/// reference, its maker's. A class lists its interfaces and answers queryOwn:
+/// The base of what clients hold: counts references and keeps the module loaded. The maker has the first
+/// reference. A class lists its interfaces and answers queryOwn:
 ///
 ///     class Factory final : public ComObject<IClassFactory> { void* queryOwn(REFIID id) override; ... };
 template <class First, class... Others> class ComObject : public First, public Others... {
@@ -40,7 +40,7 @@ protected:
     ComObject() = default;
     virtual ~ComObject() = default;
 
-    /// The pointer for an interface that the class has; else null. Must not throw.
+    /// The pointer for one of the class's interfaces, or null. Must not throw.
     virtual void* queryOwn(REFIID id) = 0;
 
 private:
@@ -52,7 +52,7 @@ private:
 template <class Interface, class Class, class... Arguments>
 ComPointer<Interface> newComObject(Arguments&&... arguments) {
     ComPointer<Interface> pointer;
-    *pointer.receive() = new Class(std::forward<Arguments>(arguments)...); // which holds one reference
+    *pointer.receive() = new Class(std::forward<Arguments>(arguments)...); // it starts with one reference
     return pointer;
 }
 

@@ -29,7 +29,7 @@ public:
             return S_OK;
         });
         if (FAILED(result)) {
-            // Nothing is handed over with a failure.
+            // A failure returns no elements.
             for (; done > 0; --done)
                 ::VariantClear(&elements[done - 1]);
             mark_ = start;
@@ -72,7 +72,7 @@ private:
     std::optional<Value> next() { return collection_->dynamicClass().nextElement(*collection_, mark_); }
 
     const Ref<Object> collection_;
-    uint64_t mark_; ///< as ClassInfo::nextElement has it
+    uint64_t mark_; ///< see ClassInfo::nextElement
 };
 
 } // namespace

@@ -7,7 +7,7 @@
 
 namespace norvakavlor {
 
-/// Walks a collection for For Each, from a mark of an earlier walk or the start. It holds no copy: the
+/// Walks a collection for For Each, from the start or an earlier walk's mark. It makes no copy: the
 /// collection may change meanwhile.
 ComPointer<IEnumVARIANT> newEnumerator(const Ref<Object>& collection, uint64_t mark = 0);
 

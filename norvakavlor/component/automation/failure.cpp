@@ -8,8 +8,8 @@
 namespace norvakavlor {
 namespace {
 
-/// An object error's number is a result already; a small number becomes the result in which clients see the
-/// number itself.
+/// An object error's number is already a result. A small number is encoded so that clients see the number
+/// itself.
 HRESULT resultOf(int32_t number) {
     constexpr uint32_t kNumberBase = 0x800A0000;
     return number < 0 ? number : static_cast<HRESULT>(kNumberBase | (static_cast<uint32_t>(number) & 0xFFFF));

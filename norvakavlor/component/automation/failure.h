@@ -5,16 +5,16 @@
 #include <norvakavlor/text/error.h>
 #include <oaidl.h>
 
-/// No exception leaves the library: at its edge each becomes an error that the client's language knows.
+/// No exception leaves the library: here each becomes an error in the client's language.
 namespace norvakavlor {
 
-/// Leaves the error where the client looks for it (in `details` or, if that is null, as the thread's error
-/// object) and gives the result to return.
+/// Puts the error where the client looks for it (`details` or, if that is null, the thread's error object)
+/// and returns the result to give back.
 HRESULT reportFailure(const Error& error, EXCEPINFO* details) noexcept;
 HRESULT reportOutOfMemory(EXCEPINFO* details) noexcept;
 HRESULT reportFault(const std::exception& fault, EXCEPINFO* details) noexcept;
 
-/// Runs a step that gives an HRESULT: `return guarded(details, [&] { ...; return S_OK; });`
+/// Runs a step and returns its HRESULT: `return guarded(details, [&] { ...; return S_OK; });`
 template <class Step> HRESULT guarded(EXCEPINFO* details, Step&& step) noexcept {
     try {
         return step();

@@ -9,7 +9,7 @@ namespace norvakavlor {
 
 GUID toGuid(const Uuid& uuid);
 
-/// "{6BA7B810-9DAD-11D1-80B4-00C04FD430C8}", as the registry has it.
+/// "{6BA7B810-9DAD-11D1-80B4-00C04FD430C8}", as in the registry.
 std::wstring toRegistryText(const Uuid& uuid);
 
 struct ClassGuids {

@@ -31,13 +31,13 @@ ForeignObject* foreignIn(const Value& value) {
     return object ? dynamic_cast<ForeignObject*>(object->get()) : nullptr;
 }
 
-/// An argument or a property's new value; where a text, number or date is wanted, an object stands for its
-/// default value.
+/// An argument or a property's new value. If a text, number or date is wanted, an object gives its default
+/// value.
 Value valueFor(const VARIANT& variant, const Type& type) {
     Value value = toValue(variant);
     if (!wantsScalar(type))
         return value;
-    // A default value may be an object that has one in turn; a circle of them would be a fault of the client.
+    // A default value may be an object with another one; a circle is the client's fault.
     for (int step = 0; const ForeignObject* foreign = foreignIn(value); ++step) {
         if (step == 8)
             throw runtimeError(RuntimeError::TypeMismatch);
@@ -46,7 +46,7 @@ Value valueFor(const VARIANT& variant, const Type& type) {
     return value;
 }
 
-/// The arguments of one call on their way in and back out.
+/// The arguments of one call, on the way in and back.
 class Arguments {
 public:
     /// Takes the arguments for a member's parameters.
@@ -135,7 +135,7 @@ Value invokeCall(Object& object, const Member& member, const DISPPARAMS& passed)
     try {
         result = target.member->get(*target.object, values);
     } catch (const std::exception&) {
-        // What the call raised matters more than a node that takes no more.
+        // The call's error matters more than a node that takes no more.
         ignoringErrors([&] { arguments.giveNodesBack(); });
         throw;
     }
@@ -151,7 +151,7 @@ void invokePut(Object& object, const Member& member, const DISPPARAMS& passed) {
     const Target target = resolveTarget(object, member, passed.cArgs - 1);
     if (!target.member->put)
         throw runtimeError(RuntimeError::MemberNotFound);
-    // The value stands first in the list, whether it is named or not.
+    // The value comes first in the list, named or not.
     DISPPARAMS indexes = passed;
     indexes.rgvarg += 1;
     indexes.cArgs -= 1;

@@ -3,9 +3,9 @@
 #include <norvakavlor/runtime/class_info.h>
 #include <oaidl.h>
 
-/// One call of a member with a client's arguments. Results by reference and arrays that the call changed are
-/// given back to the client's variables; what it wrote to a script's XML node is put there, also when it
-/// raised. Raises what the call raises, and what late_bound.h names for arguments that do not fit.
+/// One call of a member with a client's arguments. Results by reference and changed arrays go back to the
+/// client's variables. What the call wrote to a script's XML node goes there even if it raised. Raises what
+/// the call raises, and as in late_bound.h for arguments that do not fit.
 namespace norvakavlor {
 
 Value invokeCall(Object& object, const Member& member, const DISPPARAMS& arguments);

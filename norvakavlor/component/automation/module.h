@@ -14,14 +14,14 @@ public:
     ModuleUse& operator=(const ModuleUse&) = delete;
 };
 
-/// What a client asks for with LockServer; a release without a lock is ignored.
+/// For a client's LockServer; a release without a lock is ignored.
 void lockModule();
 void unlockModule();
 
-/// No object lives, nobody holds a lock, and no validation string would be forgotten.
+/// True if no object lives, nobody holds a lock and no validation string would be lost.
 bool canUnloadModule();
 
-/// The file that this code was loaded from. Raises 53 when it cannot be told.
+/// The file that this code was loaded from. Raises 53 if it is unknown.
 std::wstring modulePath();
 
 } // namespace norvakavlor

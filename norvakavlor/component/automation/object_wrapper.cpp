@@ -16,8 +16,8 @@
 namespace norvakavlor {
 namespace {
 
-/// By asking for this interface an object is recognised as this module's own. It is made anew in each module
-/// that is loaded, as another copy of the library must not take this one's objects for its own.
+/// Only this module's own objects have this interface. Each loaded module makes a new one, as another copy of
+/// the library must not take this one's objects for its own.
 const IID& ownInterface() {
     static const IID id = [] {
         IID made{};
@@ -108,7 +108,7 @@ HRESULT ObjectWrapper::InterfaceSupportsErrorInfo(REFIID id) {
     });
 }
 
-/// The first name is a member's, those after it are its parameters'.
+/// The first name is a member's, the others are its parameters'.
 HRESULT ObjectWrapper::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
     if (reserved != IID_NULL)
         return DISP_E_UNKNOWNINTERFACE;
@@ -145,7 +145,7 @@ HRESULT ObjectWrapper::Invoke(DISPID id, REFIID reserved, LCID, WORD flags, DISP
         return DISP_E_UNKNOWNINTERFACE;
     if (!arguments || arguments->cNamedArgs > arguments->cArgs)
         return E_INVALIDARG;
-    // Whatever the call does, the object outlives it.
+    // Keeps the object alive during the call.
     const ComPointer<IDispatch> self(this);
     return guarded(details, [&]() -> HRESULT {
         OwnedVariant outcome;
@@ -155,7 +155,7 @@ HRESULT ObjectWrapper::Invoke(DISPID id, REFIID reserved, LCID, WORD flags, DISP
         } else {
             const Member* member = info().find(id);
             const bool isPut = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
-            // A property may be called, as scripts do; a method cannot be read.
+            // Scripts may call a property; a method cannot be read.
             if (!member || (!isPut && member->kind == Member::Kind::Method && !(flags & DISPATCH_METHOD)))
                 return DISP_E_MEMBERNOTFOUND;
             if (isPut) {

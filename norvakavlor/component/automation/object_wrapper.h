@@ -7,10 +7,10 @@
 namespace norvakavlor {
 
 /// The object as clients see it: late-bound calls by its class's table. An object has one wrapper at a time,
-/// so that clients can tell by identity whether two variables hold the same one.
+/// so clients can tell whether two variables hold the same object.
 ComPointer<IDispatch> wrapperOf(const Ref<Object>& object);
 
-/// The object behind a wrapper of this module; null for any other object.
+/// The object behind this module's wrapper; null for other objects.
 Ref<Object> ownObject(IUnknown& object);
 
 } // namespace norvakavlor

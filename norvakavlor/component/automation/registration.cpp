@@ -16,12 +16,12 @@ using platform::toWide;
 constexpr std::wstring_view kVersion = L"1.0";
 constexpr bool kIs64Bit = sizeof(void*) == 8;
 constexpr const wchar_t* kPlatformKey = kIs64Bit ? L"win64" : L"win32";
-/// Where the other bitness of the library has its classes.
+/// Where the other bitness registers its classes.
 constexpr REGSAM kOtherView = kIs64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 /// The platform's own marshaller of late-bound interfaces.
 constexpr const wchar_t* kDispatchMarshaller = L"{00020420-0000-0000-C000-000000000046}";
 
-/// Everything is written below the classes of the machine or of the user.
+/// All entries lie below the machine's or the user's classes.
 struct Root {
     HKEY key;
     std::wstring path = L"Software\\Classes\\";
@@ -52,7 +52,7 @@ void appendClass(std::vector<Entry>& entries, const ClassInfo& info, const std::
     entries.push_back({programKey(info), L"", toWide(info.summary)});
     entries.push_back({programKey(info) + L"\\CLSID", L"", classText});
     const std::wstring key = classKey(info);
-    // The version comes first: by it a removal knows the class, also when the rest could not be written.
+    // The version comes first: a removal needs it, even if the rest could not be written.
     entries.push_back({key + L"\\Version", L"", std::wstring(kVersion)});
     entries.push_back({key, L"", toWide(info.summary)});
     entries.push_back({key + L"\\InprocServer32", L"", path});
@@ -85,7 +85,7 @@ LSTATUS write(const Root& root, const Entry& entry) {
                              length);
 }
 
-/// Notes the first failure; a key that is not there is none.
+/// Keeps the first failure; a missing key is fine.
 class Removal {
 public:
     explicit Removal(const Root& root) : root_(root) {}
@@ -94,7 +94,7 @@ public:
         note(::RegDeleteTreeW(root_.key, (root_.path + key).c_str()));
     }
 
-    /// Removes a key that holds no other ones.
+    /// Removes a key without subkeys.
     void removeIfLeaf(const std::wstring& key) {
         const LSTATUS status = ::RegDeleteKeyW(root_.key, (root_.path + key).c_str());
         if (status != ERROR_ACCESS_DENIED || !hasSubkeys(key))
@@ -164,8 +164,8 @@ HRESULT unregisterClasses(RegistrationScope scope) {
         if (!removal.isOwnVersion(classKey(table()) + L"\\Version", nullptr))
             continue;
         removal.removeTree(classKey(table()));
-        // Hosts of the other bitness have classes of their own, but the same programmatic identifiers. Where
-        // there is one view of the registry only, the class has just gone from it.
+        // Hosts of the other bitness have classes of their own, but the same programmatic identifiers. If the
+        // registry has only one view, the class has just gone from it.
         if (!removal.isInOtherView(classKey(table())))
             removal.removeTree(programKey(table()));
     }

@@ -33,8 +33,8 @@ std::string contentOf(IXMLDOMNode& node) {
     return toValue(*content.get()).toText();
 }
 
-// --- from the script's tree into this library's ---
-// Node by node: its text read by the parser would do for most documents, but parsers bound the depth.
+// --- from the script's tree into this library's --- Node by node: parsing its text would do for most
+// documents, but parsers limit the depth.
 
 void copyAttributes(IXMLDOMNode& element, xml::Node copy) {
     ComPointer<IXMLDOMNamedNodeMap> attributes;
@@ -48,7 +48,7 @@ void copyAttributes(IXMLDOMNode& element, xml::Node copy) {
     }
 }
 
-/// Appends one node without what is inside; null for what is no content.
+/// Appends one node without its inside; null if it is not content.
 xml::Node copyOne(IXMLDOMNode& node, xml::Node parent) {
     const std::string name = nameOf(node);
     switch (kindOf(node)) {
@@ -72,7 +72,7 @@ xml::Node copyOne(IXMLDOMNode& node, xml::Node parent) {
     }
 }
 
-/// Copies what is inside, in its order; depth costs no stack.
+/// Copies the inside in order; depth costs no stack.
 void copyInside(IXMLDOMNode& from, xml::Node into) {
     struct Level {
         ForeignNode next;
@@ -108,7 +108,7 @@ void check(HRESULT result) {
 }
 
 void setAttribute(IXMLDOMNode& node, std::string_view name, std::string_view value) {
-    // Through the element: attribute nodes of their own are more than every version of the parser bears.
+    // Through the element: some versions of the parser fail with separate attribute nodes.
     const ComPointer<IXMLDOMElement> element = ForeignNode(&node).as<IXMLDOMElement>();
     if (!element)
         check(E_NOINTERFACE);
@@ -132,13 +132,13 @@ ForeignNode appendElement(IXMLDOMDocument& document, IXMLDOMNode& parent, xml::N
     const ForeignNode element = made.as<IXMLDOMNode>();
     for (const xml::Node::Attribute& attribute : from.attributes())
         setAttribute(*element.get(), attribute.name, attribute.value);
-    // A text that was set to "" keeps both tags, there as here.
+    // A text set to "" keeps both tags, there as here.
     if (!from.firstChild() && !from.markup().ends_with("/>"))
         appendText(document, *element.get(), "");
     return element;
 }
 
-/// Appends one node without what is inside; gives an element's counterpart.
+/// Appends one node without its inside; returns the new element.
 ForeignNode appendOne(IXMLDOMDocument& document, IXMLDOMNode& parent, xml::Node from) {
     switch (from.kind()) {
     case xml::NodeKind::Element:
@@ -174,7 +174,7 @@ ForeignNode appendOne(IXMLDOMDocument& document, IXMLDOMNode& parent, xml::Node 
     return {};
 }
 
-/// Appends a node and its following siblings with all that is inside.
+/// Appends a node and its following siblings, insides included.
 void appendFrom(IXMLDOMDocument& document, const ForeignNode& into, xml::Node first) {
     struct Level {
         xml::Node next;
@@ -193,7 +193,7 @@ void appendFrom(IXMLDOMDocument& document, const ForeignNode& into, xml::Node fi
     }
 }
 
-/// The node that a script means: of a document its root element.
+/// The node that a script means; for a document, its root element.
 ForeignNode meantBy(IUnknown& object) {
     const ComPointer<IUnknown> given(&object);
     const ComPointer<IXMLDOMDocument> document = given.as<IXMLDOMDocument>();
@@ -230,7 +230,7 @@ ScriptNode::ScriptNode(IUnknown& object) : node_(meantBy(object)) {
         copyAttributes(*node_.get(), copy);
         copyInside(*node_.get(), copy);
     } else {
-        // A text is a document's content only inside an element.
+        // A document holds a text only inside an element.
         copy = copyOne(*node_.get(), document->createRoot("node"));
     }
     if (!copy)

@@ -11,26 +11,25 @@
 
 namespace norvakavlor {
 
-/// Is it a node of the platform's XML parser, as scripts have them? A document is one too.
+/// Is it a node of the platform's XML parser, as scripts use? A document is one too.
 bool isScriptNode(IUnknown& object);
 bool isScriptDocument(IUnknown& object);
 
-/// What stands for a script's document where a save wants one: saves only make nodes with it.
+/// Replaces a script's document in a save: saves only make nodes with it.
 Value emptyDocument();
 
-/// A script's node for the time of a call: a copy in this library's tree, and the way back for what a save
-/// wrote. Of a document it is the root element.
+/// A script's node during a call: a copy in this library's tree, and the way back for what a save wrote. For
+/// a document, its root element.
 class ScriptNode {
 public:
-    /// Copies the node with all that is inside. Raises 91 for a document without a root, 13 for a node that
-    /// no document holds as its content (an attribute).
+    /// Copies the node and its inside. Raises 91 for a document without a root, 13 for a node that cannot be
+    /// content (an attribute).
     explicit ScriptNode(IUnknown& object);
 
     Value value() const { return copy_; }
 
-    /// Puts into the script's node the attributes that are new or changed and the children that were added.
-    /// Saves do no more than that: what stood inside the children before is not looked at. Raises 5 when the
-    /// script's document does not take it.
+    /// Puts new and changed attributes and added children into the script's node. Saves do no more, so the
+    /// earlier children are not checked. Raises 5 if the script's document does not take it.
     void writeBack() const;
 
 private:

@@ -1,4 +1,4 @@
-// The functions that the platform's loader of Automation servers and its registration tools call.
+// The functions that the platform's Automation loader and registration tools call.
 
 #include <algorithm>
 #include <norvakavlor/component/automation/class_factory.h>
@@ -42,7 +42,7 @@ STDAPI DllUnregisterServer() {
     return guarded(nullptr, [] { return unregisterClasses(RegistrationScope::Machine); });
 }
 
-/// "user" is the current user, nothing the machine.
+/// "user" means the current user, "" the machine.
 STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
     const wchar_t* command = commandLine ? commandLine : L"";
     const bool forUser = ::lstrcmpiW(command, L"user") == 0;

@@ -8,9 +8,9 @@
 namespace norvakavlor {
 namespace {
 
-// Objects of different threads may ask at once.
+// Several threads may ask at once.
 std::mutex mutex;
-/// Owned. A plain pointer, as nothing may be released while the process ends.
+/// Owned. A plain pointer, as it must not be released while the process ends.
 ITypeLib* library = nullptr;
 
 ComPointer<ITypeLib> openLibrary() {
@@ -24,7 +24,7 @@ ComPointer<ITypeLib> openLibrary() {
 
 ComPointer<ITypeInfo> findTypeInfo(const GUID& guid) {
     ComPointer<ITypeInfo> info;
-    // Enumerations have no identifier, and are not what somebody without one looks for.
+    // An empty identifier would find an enumeration, as those have none.
     if (guid == GUID_NULL)
         return info;
     if (const ComPointer<ITypeLib> open = openLibrary())

@@ -5,11 +5,11 @@
 
 namespace norvakavlor {
 
-/// What the type library inside this module says of a class or an interface; none where it says nothing. The
-/// library is loaded once and stays open.
+/// The type information of a class or interface in this module's type library, or null. The library is loaded
+/// once and stays open.
 ComPointer<ITypeInfo> findTypeInfo(const GUID& guid);
 
-/// Lets go of the library, before this module is unloaded; what is asked for later loads it anew.
+/// Releases the library before this module is unloaded; a later call loads it again.
 void closeTypeLibrary();
 
 } // namespace norvakavlor

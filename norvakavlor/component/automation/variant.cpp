@@ -44,7 +44,7 @@ OwnedVariant converted(const VARIANT& variant, VARTYPE type) {
     return result;
 }
 
-/// A number of a type that values do not have: a double where that has the same digits.
+/// A number of a type that values lack: a double if that has the same digits.
 Value number(const VARIANT& variant, ExactNumber::Type type) {
     const double nearest = converted(variant, VT_R8).get()->dblVal;
     if (!std::isfinite(nearest))
@@ -64,7 +64,7 @@ Value wholeNumber(const VARIANT& variant, int64_t value) {
 /// A copy of the plain variable that a variant refers to.
 OwnedVariant dereferenced(const VARIANT& variant) {
     OwnedVariant copy;
-    VARIANT source = variant; // which is only read
+    VARIANT source = variant; // only read
     const HRESULT outcome = source.byref ? ::VariantCopyInd(copy.get(), &source) : E_POINTER;
     if (outcome == E_OUTOFMEMORY)
         throw std::bad_alloc();
@@ -88,7 +88,7 @@ VARIANT OwnedVariant::detach() noexcept {
 
 const VARIANT& referred(const VARIANT& variant) {
     const VARIANT* current = &variant;
-    // A script's variable may refer to another one; a circle of them would be a fault of the client.
+    // A script's variable may refer to another one; a circle is the client's fault.
     for (int step = 0; current->vt == (VT_BYREF | VT_VARIANT); ++step) {
         if (!current->pvarVal || step == 8)
             mismatch();
@@ -152,7 +152,7 @@ Value toValue(const VARIANT& argument) {
 
 namespace {
 
-/// What each kind of value becomes; the variant takes over what it is given.
+/// Fills a variant with each kind of value; the variant owns it.
 struct VariantFiller {
     VARIANT& variant;
 
@@ -261,7 +261,7 @@ OwnedVariant toVariant(const Value& value) {
 void assignTo(VARIANT& argument, const Value& value) {
     auto& target = const_cast<VARIANT&>(referred(argument));
     if (&target != &argument && !(target.vt & VT_BYREF)) {
-        // Swapped: releasing the former content, last, may run a client's code that uses the variable.
+        // Swap: releasing the old content, last, may run client code that uses the variable.
         OwnedVariant result = toVariant(value);
         std::swap(target, *result.get());
         return;
@@ -279,7 +279,7 @@ Value defaultValueOf(IUnknown& object) {
     const ComPointer<IDispatch> dispatch = ComPointer<IUnknown>(&object).as<IDispatch>();
     if (!dispatch)
         mismatch();
-    // First as a property: a script's function has its text there, and calling it would run it.
+    // First as a property: for a script's function that is its text; a call would run it.
     for (const WORD kind : {WORD{DISPATCH_PROPERTYGET}, WORD{DISPATCH_METHOD}}) {
         DISPPARAMS none{};
         OwnedVariant result;

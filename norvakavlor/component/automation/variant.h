@@ -4,8 +4,8 @@
 #include <oaidl.h>
 #include <oleauto.h>
 
-/// Values as Automation clients pass them. Both directions keep an object's identity: one of this library's
-/// own is shown as its only wrapper and recognised when it comes back, any other one travels as it is.
+/// Values as Automation clients pass them. Both directions keep an object's identity: the library's own
+/// object is shown as its one wrapper and recognised when it comes back; other objects pass unchanged.
 namespace norvakavlor {
 
 /// Owns a variant's content.
@@ -25,8 +25,8 @@ private:
     VARIANT variant_;
 };
 
-/// The value in a variant, through every kind of reference. A missing argument is Empty. Raises 13 for what
-/// no value can hold: a user-defined type, an array of more than one dimension.
+/// The value in a variant, through every kind of reference. A missing argument is Empty. Raises 13 for a
+/// user-defined type and an array of more than one dimension.
 Value toValue(const VARIANT& variant);
 
 /// The variant itself, with the references to other variants followed.
@@ -34,12 +34,12 @@ const VARIANT& referred(const VARIANT& variant);
 
 OwnedVariant toVariant(const Value& value);
 
-/// Puts a value into the caller's variable that a variant refers to, converted to the variable's type; a
-/// variant that is no reference is left alone. Raises 13 and 6 where the variable cannot take it.
+/// Puts a value into the caller's variable that a variant refers to, converted to the variable's type. Leaves
+/// other variants alone. Raises 13 and 6 if the variable cannot take it.
 void assignTo(VARIANT& reference, const Value& value);
 
-/// The value that an object stands for where none of its members is named, as server pages pass the fields of
-/// a request. Raises 13 when it has none.
+/// The value of an object's default member, as server pages pass a request's fields. Raises 13 if it has
+/// none.
 Value defaultValueOf(IUnknown& object);
 
 } // namespace norvakavlor

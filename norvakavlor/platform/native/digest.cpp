@@ -12,10 +12,10 @@ namespace norvakavlor::platform {
 
 std::array<uint8_t, 16> md5(std::string_view bytes) {
     std::array<uint8_t, 16> digest{};
-    ERR_clear_error(); // what others left there
+    ERR_clear_error(); // left by others
     if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), nullptr, EVP_md5(), nullptr) != 1) {
         const unsigned long code = ERR_get_error();
-        // An algorithm that the system forbids is said first; that memory ran out is said so, or not at all.
+        // A forbidden algorithm is reported first. Out of memory gives one of these, or none.
         if (code == 0 || ERR_GET_REASON(code) == ERR_R_MALLOC_FAILURE ||
             ERR_GET_REASON(code) == EVP_R_INITIALIZATION_ERROR)
             throw std::bad_alloc();

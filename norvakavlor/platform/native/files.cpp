@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The file's state behind links; nothing when there is none.
+/// The file's state, links followed; nothing if it is missing.
 std::optional<struct stat> stateOf(const fs::path& path) {
     struct stat state {};
     if (uninterrupted([&] { return ::stat(path.c_str(), &state); }) != 0)
@@ -26,7 +26,7 @@ std::optional<struct stat> stateOf(const fs::path& path) {
     return state;
 }
 
-/// A path with a NUL would be cut there and name another file, so it names none.
+/// A path with a NUL would be cut and name another file, so it names none.
 bool isPossible(std::string_view path) { return path.find('\0') == std::string_view::npos; }
 
 /// The error for a file that a caller expects to be there.
@@ -101,7 +101,7 @@ std::vector<std::string> fileNamesIn(const std::string& folder) {
     std::vector<std::string> names;
     if (!isPossible(folder))
         return names;
-    // Not the standard library's iterator: its steps end the process when they run out of memory.
+    // Not the standard library's iterator: if it runs out of memory, it ends the process.
     const std::unique_ptr<DIR, decltype([](DIR* open) { ::closedir(open); })> directory(
         ::opendir(localPath(folder).c_str()));
     if (!directory) {
@@ -128,7 +128,7 @@ std::vector<std::string> fileNamesIn(const std::string& folder) {
 
 std::string readFile(const std::string& path) {
     stateOfFile(path);
-    // What is no plain file (a pipe) must not keep the caller waiting.
+    // A pipe, say, must not keep the caller waiting.
     const FileDescriptor file(
         uninterrupted([&] { return ::open(localPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
     if (!file)
@@ -139,7 +139,7 @@ std::string readFile(const std::string& path) {
     if (!S_ISREG(state.st_mode))
         throw runtimeError(RuntimeError::DeviceError);
     xml::checkSize(static_cast<size_t>(state.st_size));
-    // One byte more than it has, so that its end shows; a file that grows meanwhile is read on.
+    // One byte more than its size, so that the end shows; a file that grows is read on.
     std::string content;
     size_t length = 0;
     content.resize(static_cast<size_t>(state.st_size) + 1);
@@ -167,7 +167,7 @@ bool renameFile(const std::string& path, const std::string& newPath) {
         [&] { return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE); });
     if (answer == 0)
         return true;
-    // Some file systems know no such renaming; a second name for the file is never given over another one.
+    // Some file systems lack such renaming; making a link never overwrites another file.
     if (errno == EINVAL && ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0)
         return true;
     if (errno == EEXIST)
@@ -195,7 +195,7 @@ bool isReadOnly(const std::string& path) { return isReadOnly(stateOfFile(path));
 
 void setReadOnly(const std::string& path, bool readOnly) {
     const mode_t mode = stateOfFile(path).st_mode & 07777;
-    // Only the owner's permission changes, so that setting and clearing leave the group's as it was.
+    // Change only the owner's permission: the group's stays after setting and clearing.
     const mode_t wanted = readOnly ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR;
     if (wanted != mode && uninterrupted([&] { return ::chmod(localPath(path).c_str(), wanted); }) != 0)
         throw runtimeError(errorOfCode(errno));

@@ -16,7 +16,7 @@ template <class Call> auto uninterrupted(Call call) {
     return answer;
 }
 
-/// Owns an open file of the system, or none.
+/// Owns an open file descriptor, or none.
 class FileDescriptor {
 public:
     explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
@@ -29,7 +29,7 @@ public:
 
     explicit operator bool() const { return descriptor_ >= 0; }
     int get() const { return descriptor_; }
-    /// False when the system could not keep what was written after all. A file whose closing a signal
+    /// False if the system could not keep what was written. A file whose closing a signal
     /// interrupts is closed all the same.
     bool close() { return descriptor_ < 0 || ::close(std::exchange(descriptor_, -1)) == 0 || errno == EINTR; }
 
@@ -37,7 +37,7 @@ private:
     int descriptor_;
 };
 
-/// The error that a failed call of the system raises, by its errno; what is missing is a missing path (76).
+/// The error to raise for a system call's errno; a missing entry is a missing path (76).
 RuntimeError errorOfCode(int code);
 
 } // namespace norvakavlor::platform

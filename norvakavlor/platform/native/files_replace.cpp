@@ -12,8 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The state of the file that is there; nothing when there is none. Raises 70 when it may not be replaced,
-/// which for the superuser too is a question of the read-only attribute, 57 when it is no plain file.
+/// The file's state; nothing if it is missing. Raises 70 if it must not be replaced (the read-only attribute
+/// decides, for the superuser too), 57 if it is not a plain file.
 std::optional<struct stat> stateOfReplaceable(const fs::path& target) {
     struct stat state {};
     if (uninterrupted([&] { return ::stat(target.c_str(), &state); }) != 0) {

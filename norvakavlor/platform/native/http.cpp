@@ -29,7 +29,7 @@ void append(Headers& headers, const std::string& line) {
     headers.reset(longer);
 }
 
-/// What is sent, and nothing of curl's own accord.
+/// The request's headers, and none that curl would add.
 Headers headersOf(const HttpRequest& request) {
     Headers headers(nullptr, curl_slist_free_all);
     append(headers, "Expect:");
@@ -37,7 +37,7 @@ Headers headersOf(const HttpRequest& request) {
     bool hasType = false;
     for (const auto& [name, value] : request.headers) {
         hasType = hasType || equalIgnoringCase(name, "Content-Type");
-        // A colon without a value would take the header out.
+        // A colon without a value would remove the header.
         append(headers, value.empty() ? name + ";" : name + ": " + value);
     }
     if (!hasType)
@@ -67,7 +67,7 @@ public:
         if (fault_)
             std::rethrow_exception(fault_);
         require(result);
-        // A connection that ends within the head passes for an empty reply with curl.
+        // If a connection ends within the head, curl gives an empty reply.
         if (!sawWholeHead_)
             throw transportError(request_.url, transport_reason::kCutOff);
         long status = 0;
@@ -77,14 +77,14 @@ public:
     }
 
 private:
-    /// A request without one of its options would be another request.
+    /// Without one of its options it would be another request.
     template <class T> void set(CURLoption option, T value) {
         require(curl_easy_setopt(easy_.get(), option, value));
     }
 
     void setTarget() {
         set(CURLOPT_URL, request_.url.c_str());
-        // Of the url itself curl forgets the query when memory runs out, and sends the rest.
+        // If memory runs out, curl drops the url's query and sends the rest.
         set(CURLOPT_REQUEST_TARGET, requestTarget(request_.url).c_str());
         set(CURLOPT_PROTOCOLS_STR, "http,https");
         set(CURLOPT_PROXY, "");
@@ -136,7 +136,7 @@ private:
         return CURL_PREREQFUNC_OK;
     }
 
-    /// No exception may pass through curl's own frames: it waits until curl has stopped.
+    /// No exception may pass through curl's frames: it waits until curl has stopped.
     template <class Step> static size_t guarded(void* self, size_t size, Step&& step) {
         try {
             of(self).lastProgress_ = Clock::now();
@@ -153,14 +153,14 @@ private:
     }
 
     void takeHeader(std::string_view line) {
-        // Each reply begins anew: an interim one's headers are not the final one's.
+        // Start again: an interim reply's headers are not the final one's.
         if (line.starts_with("HTTP/")) {
             reply_ = {};
             lengths_.clear();
             sawStatus_ = true;
             sawWholeHead_ = false;
         }
-        // What follows a whole reply in pieces tells nothing about it.
+        // Ignore trailer headers after a chunked body.
         if (sawWholeHead_)
             return;
         sawWholeHead_ = line == "\r\n" || line == "\n";
@@ -201,7 +201,7 @@ private:
             if (running == 0)
                 return resultOf();
             const Clock::time_point now = Clock::now();
-            // Before the connection stands its own limit holds.
+            // Connecting has its own limit.
             const Clock::time_point idleEnd = isConnected_ ? lastProgress_ + limits_.idle : end;
             if (now >= end || now >= idleEnd)
                 throw transportError(request_.url,
@@ -239,7 +239,7 @@ private:
         switch (code) {
         case CURLE_URL_MALFORMAT:
         case CURLE_UNSUPPORTED_PROTOCOL:
-            // The latter also stands for a reply that begins with no status line.
+            // The latter can also mean a reply without a status line.
             return isConnected_ ? transport_reason::kHungUp : transport_reason::kNoAddress;
         case CURLE_COULDNT_RESOLVE_HOST:
             return transport_reason::kUnknownHost;
@@ -269,7 +269,7 @@ private:
     std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_{curl_multi_init(), curl_multi_cleanup};
     Headers headers_;
     HttpExchange reply_;
-    std::vector<std::string> lengths_; ///< as the Content-Length headers say them
+    std::vector<std::string> lengths_; ///< values of the Content-Length headers
     std::exception_ptr fault_;
     std::array<char, CURL_ERROR_SIZE> detail_{};
     Clock::time_point lastProgress_;
@@ -282,14 +282,14 @@ private:
 } // namespace
 
 HttpExchange exchangeOnce(const HttpRequest& request, const HttpLimits& limits) {
-    // Once for the process, before the first handle; what curl holds then lives as long as the process.
+    // Once for the process, before the first handle; curl keeps it until the process ends.
     static const bool isReady = [&] {
         const CURLcode code = curl_global_init(CURL_GLOBAL_DEFAULT);
         if (code == CURLE_OUT_OF_MEMORY)
             throw std::bad_alloc();
         if (code != CURLE_OK)
             throw transportError(request.url, transport_reason::kOther, curl_easy_strerror(code));
-        return true; // what raised is tried again by the next request
+        return true; // if it raises, the next request tries again
     }();
     std::ignore = isReady;
     return Transfer(request, limits).run();

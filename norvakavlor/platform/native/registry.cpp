@@ -8,7 +8,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-/// The key's full name: "HKEY_CURRENT_USER\Software\...". Empty for roots that keep no values of programs.
+/// The key's full name: "HKEY_CURRENT_USER\Software\...". Empty for roots without programs' values.
 std::string keyOf(uint32_t root, const std::string& path) {
     constexpr std::pair<uint32_t, std::string_view> kRoots[] = {
         {0x80000000, "HKEY_CLASSES_ROOT"},

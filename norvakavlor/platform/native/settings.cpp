@@ -6,7 +6,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-/// The registry key that holds them on Windows too, so that both ways to a setting lead to one value.
+/// The same registry key as on Windows, so both ways to a setting reach one value.
 std::string keyOf(const std::string& application, const std::string& section) {
     return "HKEY_CURRENT_USER\\Software\\VB and VBA Program Settings\\" + application + "\\" + section;
 }

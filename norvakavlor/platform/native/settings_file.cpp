@@ -26,7 +26,7 @@ constexpr std::string_view kOpening =
     "# Settings of NorvaKavlor's classes: a key in brackets, below it name=value. In quotes \\n, \\r, \\t,\n"
     "# \\\", \\\\ and \\xHH stand for what they do in many languages; elsewhere a backslash is one.\n";
 
-/// Raises 76 for a user without a home.
+/// Raises 76 if the user has no home.
 fs::path settingsFolder() {
     if (const char* const configured = std::getenv("XDG_CONFIG_HOME"); configured && *configured == '/')
         return fs::path(configured) / "norvakavlor";
@@ -45,7 +45,7 @@ fs::path settingsFolder() {
     return fs::path(home) / ".config" / "norvakavlor";
 }
 
-/// The one form of a key's name: what stands between backslashes counts, not how many they are.
+/// The one form of a key's name: the number of backslashes between parts does not count.
 std::string plainKey(std::string_view key) {
     std::string plain;
     for (const char c : key) {
@@ -57,10 +57,10 @@ std::string plainKey(std::string_view key) {
     return plain;
 }
 
-/// Where the lines of the file have a value, or could have it.
+/// Where the file's lines have a value, or could have it.
 struct Place {
     std::optional<size_t> entry;
-    std::optional<size_t> keyEnd; ///< behind the last line of the key that says something
+    std::optional<size_t> keyEnd; ///< after the key's last line that says something
     std::string value;
 };
 
@@ -91,8 +91,8 @@ std::vector<std::string> linesOf(std::string_view text) {
     return lines;
 }
 
-/// The lines of the file; none when it is not there yet. One that only cannot be looked at is there: a change
-/// would drop all its values.
+/// The lines of the file; none if it does not exist yet. If that is unknown, assume it exists: a change would
+/// drop all its values.
 std::vector<std::string> readLines(const fs::path& folder) {
     const std::string path = (folder / "settings").string();
     struct stat state {};
@@ -103,7 +103,7 @@ std::vector<std::string> readLines(const fs::path& folder) {
     return {};
 }
 
-/// Held while a change is made, so that of two processes neither loses what the other wrote.
+/// Held during a change, so that two processes do not lose each other's values.
 FileDescriptor lockOf(const fs::path& folder) {
     FileDescriptor file(uninterrupted(
         [&] { return ::open((folder / "settings.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600); }));

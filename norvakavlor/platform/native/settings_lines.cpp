@@ -14,7 +14,7 @@ std::string_view trimmed(std::string_view text) {
 
 bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20; }
 
-/// The text as it stands in the file: as it is where that reads back so, else in quotes.
+/// The text for the file: unchanged if that reads back, else in quotes.
 std::string quoted(std::string_view text, std::string_view forbidden) {
     const bool plain = !text.starts_with('"') && trimmed(text) == text &&
                        std::ranges::none_of(text, isControl) &&
@@ -38,7 +38,7 @@ std::string quoted(std::string_view text, std::string_view forbidden) {
     return result + "\"";
 }
 
-/// Takes a text off the front of a line: in quotes, or all up to `end`.
+/// Takes a text off a line's front: in quotes, or all up to `end`.
 std::string takeText(std::string_view& line, std::string_view end) {
     constexpr std::string_view kLetters = "nrt";
     constexpr std::string_view kMeant = "\n\r\t";
@@ -98,7 +98,7 @@ bool isBlankLine(std::string_view line) { return trimmed(line).empty(); }
 std::string lineOfKey(std::string_view key) { return "[" + quoted(key, "") + "]"; }
 
 std::string lineOfEntry(const SettingsEntry& entry) {
-    // An empty name is that of a key's unnamed value.
+    // An empty name means a key's unnamed value.
     const std::string name = entry.name.empty() ? "\"\"" : quoted(entry.name, "=[]#;");
     return name + "=" + quoted(entry.value, "");
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// The lines of the settings file, read and written; settings_file.h shows what they look like.
+/// Reads and writes the lines of the settings file; settings_file.h shows an example.
 namespace norvakavlor::platform {
 
 struct SettingsEntry {
@@ -12,13 +12,13 @@ struct SettingsEntry {
     std::string value;
 };
 
-/// The key's name when the line begins a key.
+/// The key's name if the line begins a key.
 std::optional<std::string> keyOfLine(std::string_view line);
-/// The name and value of a line that has them.
+/// The line's name and value, if it has them.
 std::optional<SettingsEntry> entryOfLine(std::string_view line);
 bool isBlankLine(std::string_view line);
 
-/// The reverse: a line that is read as just this key or entry.
+/// The reverse: a line that reads as just this key or entry.
 std::string lineOfKey(std::string_view key);
 std::string lineOfEntry(const SettingsEntry& entry);
 

@@ -8,7 +8,7 @@ namespace norvakavlor::platform {
 
 std::vector<std::string> ownHostNames() {
     std::array<char, 256> name{};
-    // A name that is cut keeps its first part, which is what counts; the last byte stays 0.
+    // A cut name keeps its first part, and only that counts; the last byte stays 0.
     if (::gethostname(name.data(), name.size() - 1) != 0)
         return {};
     return {name.data()};

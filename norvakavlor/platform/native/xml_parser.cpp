@@ -4,7 +4,9 @@
 #include <expat.h>
 #include <memory>
 #include <new>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 namespace norvakavlor::platform {
 namespace {
@@ -93,6 +95,72 @@ private:
     std::exception_ptr fault_;
 };
 
+/// Runs over a text once more, for who must say where something is in it: an element that its steps lead to,
+/// or the one that is still open where the text ceases to be well-formed.
+class Places {
+public:
+    explicit Places(std::span<const size_t> steps) : steps_(steps) {}
+
+    bool run(std::string_view utf8) {
+        const Parser parser(XML_ParserCreate("UTF-8"), XML_ParserFree);
+        if (!parser)
+            return false;
+        parser_ = parser.get();
+        XML_SetUserData(parser_, this);
+        XML_SetElementHandler(parser_, startElement, endElement);
+        if (utf8.starts_with("\xEF\xBB\xBF"))
+            utf8.remove_prefix(3);
+        XML_Parse(parser_, utf8.data(), static_cast<int>(utf8.size()), XML_TRUE);
+        return true;
+    }
+
+    std::optional<xml::Position> found() const { return found_; }
+    std::string innermost() const {
+        if (open_.empty())
+            return {};
+        const Open& open = open_.back();
+        return ", <" + open.name + "> was opened at " + std::to_string(open.at.line) + ":" +
+               std::to_string(open.at.column);
+    }
+
+private:
+    struct Open {
+        std::string name;
+        xml::Position at;
+        size_t children = 0; ///< elements so far
+        bool isOnPath = false;
+    };
+
+    static void startElement(void* self, const char* name, const char**) {
+        Places& places = *static_cast<Places*>(self);
+        const size_t depth = places.open_.size(); // of the root 0
+        bool isOnPath = depth == 0;
+        if (depth > 0) {
+            Open& parent = places.open_.back();
+            isOnPath = parent.isOnPath && depth <= places.steps_.size() &&
+                       parent.children == places.steps_[depth - 1];
+            ++parent.children;
+        }
+        const xml::Position at{XML_GetCurrentLineNumber(places.parser_),
+                               XML_GetCurrentColumnNumber(places.parser_) + 1};
+        if (isOnPath && depth == places.steps_.size() && !places.found_)
+            places.found_ = at;
+        places.open_.push_back({name, at, 0, isOnPath});
+    }
+
+    static void endElement(void* self, const char*) { static_cast<Places*>(self)->open_.pop_back(); }
+
+    XML_Parser parser_ = nullptr;
+    std::span<const size_t> steps_;
+    std::vector<Open> open_;
+    std::optional<xml::Position> found_;
+};
+
+std::string openElement(std::string_view utf8) {
+    Places places({});
+    return places.run(utf8) ? places.innermost() : std::string();
+}
+
 } // namespace
 
 bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& error) {
@@ -110,7 +178,14 @@ bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& er
         throw std::bad_alloc();
     error = {XML_GetCurrentLineNumber(parser.get()), XML_GetCurrentColumnNumber(parser.get()) + 1,
              XML_ErrorString(code)};
+    if (code == XML_ERROR_TAG_MISMATCH || code == XML_ERROR_NO_ELEMENTS || code == XML_ERROR_UNCLOSED_TOKEN)
+        error.reason += openElement(utf8);
     return false;
+}
+
+std::optional<xml::Position> positionOf(std::string_view utf8, std::span<const size_t> steps) {
+    Places places(steps);
+    return places.run(utf8) ? places.found() : std::nullopt;
 }
 
 } // namespace norvakavlor::platform

@@ -7,7 +7,7 @@
 namespace norvakavlor {
 
 std::string monthName(int month) {
-    constexpr int kLongestName = 80; // the system's own bound, its closing NUL included
+    constexpr int kLongestName = 80; // the system's limit, with the closing NUL
     std::array<wchar_t, kLongestName> name{};
     const auto which = static_cast<LCTYPE>(LOCALE_SMONTHNAME1 + month - 1);
     const int length = ::GetLocaleInfoW(LOCALE_USER_DEFAULT, which, name.data(), kLongestName);

@@ -6,8 +6,8 @@
 
 namespace norvakavlor::platform {
 
-/// COM is ready on this thread while it lives. A host of Automation objects has it ready already, and keeps
-/// its own kind of apartment; a plain C++ client need not know of it.
+/// Makes COM ready on this thread while it lives. A host of Automation objects has COM ready and keeps its
+/// own kind of apartment; a plain C++ client need not know of it.
 class ComApartment {
 public:
     ComApartment() : entered_(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}

@@ -6,8 +6,8 @@
 
 namespace norvakavlor {
 
-/// An object that is not this library's own: a script's, or one of the platform's. It travels through values,
-/// collections and dictionaries like every other, and clients get back what they put in.
+/// Another library's object: a script's or the platform's. It passes through values, collections and
+/// dictionaries like any other, and clients get back what they put in.
 class ForeignObject final : public Object {
 public:
     explicit ForeignObject(IUnknown* itsObject) : object(itsObject) {}

@@ -5,11 +5,11 @@
 
 namespace norvakavlor {
 
-/// Holds one reference to an object of the platform, or none.
+/// Holds one reference to a COM object, or none.
 template <class T> class ComPointer {
 public:
     ComPointer() = default;
-    /// Adds a reference of its own.
+    /// Adds its own reference.
     explicit ComPointer(T* object) : object_(object) {
         if (object_)
             object_->AddRef();
@@ -29,7 +29,7 @@ public:
     T* operator->() const { return object_; }
     explicit operator bool() const { return object_ != nullptr; }
 
-    /// Where a call that gives a new reference puts it: `factory->make(pointer.receive())`.
+    /// Receives a new reference from a call: `factory->make(pointer.receive())`.
     T** receive() {
         *this = ComPointer();
         return &object_;
@@ -37,7 +37,7 @@ public:
     /// Gives the reference away.
     T* detach() { return std::exchange(object_, nullptr); }
 
-    /// The same object by another interface; none when it has no such interface.
+    /// The same object by another interface; none if it lacks that.
     template <class Other> ComPointer<Other> as() const {
         ComPointer<Other> other;
         if (object_)

@@ -8,7 +8,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-/// Raises the system's error number; the description is the name of the call that failed.
+/// Raises the system's error number; the description names the failed call.
 void require(BOOL success, const char* step) {
     if (!success)
         throw Error(static_cast<int32_t>(::GetLastError()), "NorvaKavlor", step);
@@ -17,7 +17,7 @@ void require(BOOL success, const char* step) {
 class Provider {
 public:
     Provider() {
-        // A second try helps where a profile has no key store yet.
+        // A second try helps if a profile has no key store yet.
         const auto acquire = [&](DWORD flags) {
             return ::CryptAcquireContextA(&handle_, nullptr, nullptr, PROV_RSA_FULL, flags);
         };

@@ -16,14 +16,14 @@ bool isFolder(DWORD attributes) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-/// The attributes of a file; INVALID_FILE_ATTRIBUTES for folders too, and for what ends like one.
+/// The attributes of a file; INVALID_FILE_ATTRIBUTES also for folders and for paths that end like one.
 DWORD attributesOf(const fs::path& path) {
     const DWORD attributes =
         path.has_filename() ? ::GetFileAttributesW(path.c_str()) : INVALID_FILE_ATTRIBUTES;
     return isFolder(attributes) ? INVALID_FILE_ATTRIBUTES : attributes;
 }
 
-/// Raises 53 when there is no such file.
+/// Raises 53 for a missing file.
 DWORD attributesOfFile(const fs::path& path) {
     const DWORD attributes = attributesOf(path);
     if (attributes == INVALID_FILE_ATTRIBUTES)
@@ -36,7 +36,7 @@ void setAttributes(const fs::path& path, DWORD attributes) {
         throw runtimeError(errorOfCode(::GetLastError()));
 }
 
-/// For files that a caller expects to be there.
+/// For files that the caller expects to exist.
 Error readingError(DWORD code) {
     const RuntimeError error = errorOfCode(code);
     return runtimeError(error == RuntimeError::PathNotFound ? RuntimeError::FileNotFound : error);
@@ -75,7 +75,7 @@ std::vector<std::string> fileNamesIn(const std::string& folder) {
     const HANDLE search =
         ::FindFirstFileExW((path / L"*").c_str(), FindExInfoBasic, &entry, FindExSearchNameMatch, nullptr, 0);
     if (search == INVALID_HANDLE_VALUE) {
-        // The root of an empty drive has not even an entry for itself.
+        // An empty drive's root has not even an entry for itself.
         if (const DWORD error = ::GetLastError(); error != ERROR_FILE_NOT_FOUND)
             throw runtimeError(errorOfCode(error));
         return names;
@@ -98,9 +98,9 @@ std::string readFile(const std::string& path) {
     LARGE_INTEGER size{};
     if (::GetFileType(file.get()) != FILE_TYPE_DISK || !::GetFileSizeEx(file.get(), &size))
         throw runtimeError(RuntimeError::DeviceError);
-    // A size beyond what 32 bits count is too large as well.
+    // A size beyond 32 bits is too large, too.
     xml::checkSize(static_cast<size_t>(std::min<uint64_t>(static_cast<uint64_t>(size.QuadPart), SIZE_MAX)));
-    // One byte more than it has, so that its end shows; a file that grows meanwhile is read on.
+    // One byte more than its size, so that the end shows; a file that grows is read on.
     std::string content(static_cast<size_t>(size.QuadPart) + 1, '\0');
     size_t length = 0;
     for (;;) {
@@ -152,7 +152,7 @@ void deleteOneFile(const std::string& path, bool force) {
 }
 
 bool sameFile(const std::string& left, const std::string& right) {
-    // Both stay open while they are compared, so that neither number can pass to another file meanwhile.
+    // Both stay open during the comparison, so that another file cannot get either number.
     constexpr DWORD kAttributesAlone = 0;
     const FileHandle first = openShared(localPath(left), kAttributesAlone, OPEN_EXISTING);
     const FileHandle second = openShared(localPath(right), kAttributesAlone, OPEN_EXISTING);

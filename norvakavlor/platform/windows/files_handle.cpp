@@ -9,7 +9,7 @@ FileHandle openShared(const std::filesystem::path& path, DWORD access, DWORD dis
 }
 
 bool isHeldByOthers(DWORD error) {
-    // Also a file that somebody deleted and somebody else still has open is denied.
+    // A deleted file that somebody still has open is denied, too.
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
 }
 

@@ -7,7 +7,7 @@
 
 namespace norvakavlor::platform {
 
-/// Owns the handle of an open file; empty when opening it failed.
+/// Owns the handle of an open file; empty if opening failed.
 class FileHandle {
 public:
     FileHandle() = default;
@@ -30,15 +30,15 @@ private:
     HANDLE handle_ = nullptr;
 };
 
-/// Opens a file so that others may read, write, replace and delete it meanwhile. Empty on failure; the
-/// system's last error says why.
+/// Opens a file; others may read, write, replace and delete it meanwhile. Empty on failure; the system's last
+/// error says why.
 FileHandle openShared(const std::filesystem::path& path, DWORD access, DWORD disposition);
 
-/// Is this the error of a file that somebody else (a reader, a scanner for viruses) holds for a moment?
+/// Does this error mean that another program (a reader, a virus scanner) holds the file for a moment?
 bool isHeldByOthers(DWORD error);
 
-/// Repeats a step while others hold its file, after pauses in milliseconds; for a second, unless told
-/// otherwise. The step gives the system's error, 0 when it came through, and so does this.
+/// Repeats a step while others hold its file, after pauses in milliseconds; by default for a second. Like the
+/// step, it returns the system's error, 0 for success.
 template <class Step> DWORD retryWhileHeld(Step step, DWORD pause = 25) {
     constexpr int kAttempts = 40;
     DWORD error = step();
@@ -49,7 +49,7 @@ template <class Step> DWORD retryWhileHeld(Step step, DWORD pause = 25) {
     return error;
 }
 
-/// The runtime's error that stands for one of the system's.
+/// The runtime's error for a system error.
 RuntimeError errorOfCode(DWORD code);
 
 } // namespace norvakavlor::platform

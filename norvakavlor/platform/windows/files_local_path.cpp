@@ -21,7 +21,7 @@ std::wstring fullPath(const std::wstring& path) {
 } // namespace
 
 std::filesystem::path localPath(std::string_view utf8) {
-    // It would be cut at a NUL and name another file, so it names none.
+    // A NUL would cut it to another file's name, so it names none.
     if (utf8.empty() || utf8.find('\0') != std::string_view::npos)
         return {};
     std::wstring path = toWide(utf8);
@@ -30,7 +30,7 @@ std::filesystem::path localPath(std::string_view utf8) {
     // "con", "com1" and the like are devices in every folder; reading from one may never end.
     if (full.starts_with(L"\\\\.\\"))
         return {};
-    // What is longer than the system's old bound, with room for a temporary name, must say that it means it.
+    // A path beyond the system's old limit, less room for a temporary name, needs a prefix.
     constexpr size_t kLongPath = 180;
     if (full.size() >= kLongPath && !full.starts_with(L"\\\\?\\"))
         full = full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;

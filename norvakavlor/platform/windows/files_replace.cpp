@@ -7,7 +7,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Raises 70 when the file that is there may not be replaced.
+/// Raises 70 if an existing file must not be replaced.
 void checkReplaceable(const fs::path& target) {
     const DWORD attributes = ::GetFileAttributesW(target.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES &&

@@ -22,7 +22,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-/// A web address in the pieces that WinHTTP wants.
+/// A web address in WinHTTP's pieces.
 struct Target {
     bool isSecure = false;
     std::string host;
@@ -30,7 +30,7 @@ struct Target {
     std::string resource;
 };
 
-/// The number of a port; its scheme's own when none is written. Raises for what is no number of a port.
+/// The port's number; the scheme's default if none is given. Raises if it is not a port number.
 INTERNET_PORT portOf(std::string_view text, bool isSecure, std::string_view url) {
     if (text.empty())
         return isSecure ? INTERNET_DEFAULT_HTTPS_PORT : INTERNET_DEFAULT_HTTP_PORT;
@@ -44,7 +44,7 @@ INTERNET_PORT portOf(std::string_view text, bool isSecure, std::string_view url)
 Target partsOfURL(std::string_view url) {
     Target target;
     const std::string_view authority = hostOf(url);
-    // The colons inside "[::1]" part no port.
+    // The colons inside "[::1]" do not begin a port.
     const size_t afterBracket = authority.find(']') == std::string_view::npos ? 0 : authority.find(']');
     const size_t colon = std::min(authority.find(':', afterBracket), authority.size());
     target.isSecure = equalIgnoringCase(url.substr(0, 6), "https:");
@@ -54,7 +54,7 @@ Target partsOfURL(std::string_view url) {
     return target;
 }
 
-/// Which part of an exchange is under way: the same error means different things.
+/// The current part of an exchange: the same error means different things.
 enum class Phase { Connecting, Sending, Waiting, Receiving };
 
 std::string_view reasonOf(DWORD code, Phase phase) {
@@ -87,7 +87,7 @@ std::string_view reasonOf(DWORD code, Phase phase) {
     return isSecurity ? transport_reason::kNoSecurity : transport_reason::kOther;
 }
 
-/// Wine's WinHTTP takes some replies that were cut off for whole ones.
+/// Wine's WinHTTP takes some cut-off replies for whole ones.
 bool runsUnderWine() {
     const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
     return system && ::GetProcAddress(system, "wine_get_version");
@@ -116,7 +116,7 @@ public:
 
 private:
     HINTERNET openRequest() const {
-        // The url is encoded already, and nothing of it may become another.
+        // The url is already encoded and must not change.
         const DWORD flags = WINHTTP_FLAG_ESCAPE_DISABLE | WINHTTP_FLAG_ESCAPE_DISABLE_QUERY |
                             (target_.isSecure ? DWORD{WINHTTP_FLAG_SECURE} : 0);
         return ::WinHttpOpenRequest(connection_.get(), toWide(request_.method).c_str(),
@@ -139,7 +139,7 @@ private:
         require(::WinHttpSetOption(handle_.get(), option, &value, sizeof value));
     }
 
-    /// At most what is left of the whole time; 0 would mean for ever.
+    /// At most what is left of the whole time; never 0, which means forever.
     DWORD bounded(milliseconds limit) const {
         const auto left = std::chrono::ceil<milliseconds>(end_ - Clock::now());
         if (left.count() <= 0)
@@ -147,8 +147,8 @@ private:
         return static_cast<DWORD>(std::clamp<int64_t>(std::min(limit, left).count(), 1, INT32_MAX));
     }
 
-    /// Windows 7 offers nothing newer than TLS 1.0 by itself. A system that does not know TLS 1.3 refuses to
-    /// be asked for it.
+    /// By default Windows 7 offers only TLS 1.0. A system that does not know TLS 1.3 refuses a request for
+    /// it.
     void askForCurrentSecurity() const {
         const auto ask = [&](DWORD protocols) {
             return ::WinHttpSetOption(session_.get(), WINHTTP_OPTION_SECURE_PROTOCOLS, &protocols,
@@ -167,7 +167,7 @@ private:
         const int connect = static_cast<int>(bounded(limits_.connect));
         const int idle = static_cast<int>(bounded(limits_.idle));
         require(::WinHttpSetTimeouts(handle_.get(), connect, connect, idle, idle));
-        // Wine takes the times that hold when the connection is made, Windows those of each call.
+        // Wine uses the time limits set when it connects, Windows those of each call.
         waitAtMost(limits_.idle);
         for (const auto& [name, value] : request_.headers) {
             const std::wstring line = toWide(name + ": " + value);
@@ -180,7 +180,7 @@ private:
         require(::WinHttpSendRequest(handle_.get(), WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA,
                                      0, static_cast<DWORD>(request_.body.size()), 0));
         phase_ = Phase::Sending;
-        // In pieces, so that a slow receiver meets the whole time's end.
+        // In pieces, so that the total time limit also ends a slow receiver.
         for (std::string_view rest = request_.body; !rest.empty();) {
             constexpr size_t kPiece = 64u << 10;
             setOption(WINHTTP_OPTION_SEND_TIMEOUT, bounded(limits_.idle));
@@ -210,17 +210,17 @@ private:
         return reply;
     }
 
-    /// The silence that a waiting call bears, whichever of the two options it obeys.
+    /// Limits a call's wait; calls obey one option or the other.
     void waitAtMost(milliseconds limit) const {
         const DWORD time = bounded(limit);
         setOption(WINHTTP_OPTION_RECEIVE_TIMEOUT, time);
         setOption(WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, time);
     }
 
-    /// The bytes of a header, of several of one name the one of that index; nothing if there is none.
+    /// The bytes of a header, by index if several have one name; nothing if it is missing.
     std::optional<std::string> header(DWORD which, DWORD index = 0) const {
         const auto query = [&](wchar_t* value, DWORD& size) {
-            DWORD next = index; // the call counts it on
+            DWORD next = index; // the call increments it
             return ::WinHttpQueryHeaders(handle_.get(), which, WINHTTP_HEADER_NAME_BY_INDEX, value, &size,
                                          &next);
         };
@@ -231,7 +231,7 @@ private:
         size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
         require(query(value.data(), size));
         value.resize(size / sizeof(wchar_t));
-        // WinHTTP took the bytes for text of the system's code page.
+        // WinHTTP decoded the bytes in the system's code page.
         return toAnsi(fromWide(value));
     }
 
@@ -242,13 +242,13 @@ private:
         return contentLength(values, request_.url);
     }
 
-    /// How many bytes can be read now; 0 at the end of the reply.
+    /// How many bytes can be read now; 0 at the reply's end.
     DWORD availableBytes(bool isFirstChunk) const {
         DWORD count = 0;
         waitAtMost(limits_.idle);
         if (::WinHttpQueryDataAvailable(handle_.get(), &count)) {
-            // In pieces, Wine takes a reply without any for an empty one; the empty one that is whole fails
-            // there with the error below.
+            // Wine takes a chunked reply without any chunk for an empty one; a whole empty one fails there
+            // with the error below.
             if (isFirstChunk && count == 0 && runsUnderWine())
                 throw transportError(request_.url, transport_reason::kCutOff);
             return count;
@@ -269,7 +269,7 @@ private:
         if (end > limits_.maximumBytes)
             throw transportError(request_.url, transport_reason::kTooLarge);
         size_t length = 0;
-        // Beyond its length WinHTTP also hands over what follows a body.
+        // WinHTTP also gives bytes after the body's length.
         while (isOpen || length < end) {
             const DWORD available = availableBytes(isInPieces && length == 0);
             if (available == 0)
@@ -281,7 +281,7 @@ private:
             require(::WinHttpReadData(handle_.get(), reply.body.data() + length, available, &count));
             length += count;
         }
-        // WinHTTP takes the end of a connection for the end of a reply.
+        // WinHTTP takes a connection's end for the reply's end.
         if (length < end)
             throw transportError(request_.url, transport_reason::kCutOff);
         reply.body.resize(isOpen ? length : static_cast<size_t>(end));

@@ -7,7 +7,7 @@
 
 namespace norvakavlor::platform {
 
-/// Owns a session, connection or request of WinHTTP; empty when making it failed.
+/// Owns a session, connection or request of WinHTTP; empty if making it failed.
 class InternetHandle {
 public:
     explicit InternetHandle(HINTERNET handle) : handle_(handle) {}

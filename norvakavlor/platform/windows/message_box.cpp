@@ -7,7 +7,7 @@
 namespace norvakavlor::platform {
 namespace {
 
-/// A server page runs in a window station without a screen, where a box would wait for ever.
+/// A server page runs in a window station without a screen; a box would wait forever there.
 bool somebodySees() {
     USEROBJECTFLAGS flags{};
     return ::GetUserObjectInformationW(::GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags,
@@ -27,7 +27,7 @@ void writeToEventLog(const std::wstring& text, const std::wstring& title) {
     ::DeregisterEventSource(log);
 }
 
-/// False when no box could be shown. The host's window of this thread waits behind the box.
+/// False if no box could be shown. The thread's host window waits behind the box.
 bool showBox(const std::wstring& text, const std::wstring& title) {
     const HWND owner = ::GetActiveWindow();
     const UINT manners = owner ? MB_OK : MB_OK | MB_TASKMODAL | MB_SETFOREGROUND;

@@ -6,12 +6,12 @@
 namespace norvakavlor::platform {
 namespace {
 
-/// The predefined keys are numbers with their highest bit set, which a handle of 64 bits holds as negative.
+/// The predefined keys are numbers with the highest bit set; a 64-bit handle holds them as negative.
 HKEY rootKey(uint32_t root) {
     return reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<int32_t>(root)));
 }
 
-/// Without the flag a text with variables would come with their content.
+/// Without the flag, variables in a text would be expanded.
 constexpr DWORD kPlainText = RRF_RT_REG_SZ | RRF_NOEXPAND;
 
 } // namespace
@@ -26,7 +26,7 @@ std::string readRegistry(uint32_t root, const std::string& path, const std::stri
     if (!read(nullptr, size))
         return {};
     std::string data(size, ' ');
-    // It may have become another one since its length was asked for.
+    // The value may have changed since its length was read.
     if (!read(data.data(), size))
         return {};
     data.resize(size);

@@ -17,7 +17,7 @@ public:
     }
 
     HKEY get() const { return key_; }
-    /// Where an opening call puts the key; asked once.
+    /// Receives the key of an opening call, once.
     HKEY* put() { return &key_; }
 
 private:

@@ -11,7 +11,7 @@ std::wstring pathOf(const std::string& application, const std::string& section) 
     return L"Software\\VB and VBA Program Settings\\" + toWide(application) + L"\\" + toWide(section);
 }
 
-/// Without the flag a text with variables would come with their content.
+/// Without the flag, variables in a text would be expanded.
 constexpr DWORD kPlainText = RRF_RT_REG_SZ | RRF_NOEXPAND;
 
 } // namespace
@@ -47,7 +47,7 @@ void writeSetting(const std::string& application, const std::string& section, co
 void deleteSetting(const std::string& application, const std::string& section, const std::string& key) {
     const LSTATUS status =
         ::RegDeleteKeyValueW(HKEY_CURRENT_USER, pathOf(application, section).c_str(), toWide(key).c_str());
-    // What is not there needs no deleting.
+    // A missing value is fine.
     if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)
         throw runtimeError(RuntimeError::PermissionDenied);
 }

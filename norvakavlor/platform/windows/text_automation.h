@@ -25,7 +25,7 @@ public:
     ~AutomationText() { ::SysFreeString(text_); }
 
     BSTR get() const { return text_; }
-    /// Where a call puts a text that is owned from then on.
+    /// Receives a text from a call, and owns it.
     BSTR* put() {
         ::SysFreeString(text_);
         text_ = nullptr;

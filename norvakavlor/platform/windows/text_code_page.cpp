@@ -25,8 +25,7 @@ std::string fromAnsi(std::string_view bytes) {
 }
 
 std::string toSystemCodePage(std::string_view utf8) {
-    // Each unit by itself, and none as the letter that looks most like it: digests made of these bytes must
-    // be those of the other platform.
+    // Each unit alone, without best-fit letters: digests of these bytes must match the other platform's.
     const DWORD strict = ::GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
     std::string bytes;
     for (const wchar_t unit : toWide(utf8)) {

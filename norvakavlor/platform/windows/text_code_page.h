@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-/// Text as the system's ANSI entry points take and give it.
+/// Text for and from the system's ANSI functions.
 namespace norvakavlor::platform {
 
 std::string toAnsi(std::string_view utf8);

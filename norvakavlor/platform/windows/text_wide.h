@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// UTF-8 as Windows takes it: 16-bit units, which are wchar_t there.
+/// UTF-8 to and from Windows text: 16-bit units, wchar_t there.
 namespace norvakavlor::platform {
 
 static_assert(sizeof(wchar_t) == sizeof(char16_t));

@@ -8,7 +8,7 @@ namespace norvakavlor::platform {
 
 std::vector<std::string> ownHostNames() {
     std::vector<std::string> names;
-    // The older kind of name is cut after 15 letters.
+    // The older kind of name has at most 15 letters.
     for (const COMPUTER_NAME_FORMAT format : {ComputerNamePhysicalDnsHostname, ComputerNamePhysicalNetBIOS}) {
         DWORD size = 0;
         ::GetComputerNameExW(format, nullptr, &size);

@@ -1,7 +1,6 @@
-// WinHTTP's functions, from the system's folder. Windows looks for this library in the folder of the host's
-// program first, where whoever may write there could put another one. So it is loaded by its whole path, on
-// first use, and these definitions stand in for the ones that the linker would import. A further function of
-// it needs a further one here.
+// WinHTTP's functions, from the system's folder. Windows looks for this library first in the host program's
+// folder, where anyone with write access could put another one. So it is loaded by its whole path, on first
+// use, and these definitions replace the linker's imports. Each further function needs one here.
 
 #include <norvakavlor/text/error.h>
 #include <string>
@@ -13,14 +12,14 @@ namespace norvakavlor::platform {
 namespace {
 
 HMODULE loadLibrary() {
-    // The length is first asked for with the terminating zero, then given without it.
+    // The first call gives the length with the terminating zero, the second without.
     std::wstring path(::GetSystemDirectoryW(nullptr, 0), L'\0');
     path.resize(::GetSystemDirectoryW(path.data(), static_cast<UINT>(path.size())));
-    // The flag has it look for its own libraries beside itself.
+    // With the flag it finds its own libraries beside itself.
     return ::LoadLibraryExW((path + L"\\winhttp.dll").c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
-/// The library's function of a name and of the same type as the one that stands in for it.
+/// The library's function with this name and its replacement's type.
 template <class Function> Function* find(Function*, const char* name) {
     static const HMODULE library = loadLibrary();
     auto* const found = library ? reinterpret_cast<void*>(::GetProcAddress(library, name)) : nullptr;

@@ -12,7 +12,7 @@ size_t behind(std::string_view text, std::string_view end, size_t from) {
     return at == kNotFound ? text.size() : at + end.size();
 }
 
-/// The place behind a start tag. A value in quotes may hold ">".
+/// The place after a start tag. A value in quotes may hold ">".
 size_t behindTag(std::string_view text, size_t start) {
     for (size_t at = text.find_first_of(">\"'", start); at != kNotFound;
          at = text.find_first_of(">\"'", at)) {

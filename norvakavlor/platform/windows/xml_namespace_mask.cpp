@@ -10,12 +10,12 @@ namespace {
 
 constexpr auto kNotFound = std::string_view::npos;
 
-/// Does the declaration of a namespace begin at a place, behind white space?
+/// Does a namespace's declaration begin here, after white space?
 bool declaresNamespace(std::string_view tag, size_t at) {
     return at > 0 && xml::isWhiteSpace(tag[at - 1]) && tag.substr(at).starts_with("xmlns");
 }
 
-/// The next letter downwards that a text does not hold. Every edition of XML allows these in names.
+/// The next lower letter that a text does not hold. Every edition of XML allows these in names.
 std::string unusedLetter(std::string_view text, char32_t& next) {
     std::string letter;
     do {
@@ -44,7 +44,7 @@ NamespaceMask::NamespaceMask(std::string_view utf8) {
          markup = nextMarkup(utf8, markup.end)) {
         text_.append(utf8.substr(done, markup.start - done));
         const std::string_view piece = utf8.substr(markup.start, markup.end - markup.start);
-        // Outside the root the parser must see that it is CDATA, and refuse it.
+        // Outside the root the parser must see CDATA, and refuse it.
         if (depth > 0 && piece == "<![CDATA[]]>") {
             text_.append("<?").append(cdata_).append("?>");
         } else {

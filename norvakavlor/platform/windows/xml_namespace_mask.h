@@ -5,18 +5,17 @@
 
 namespace norvakavlor::platform {
 
-/// A document's text as a parser keeps all of it. The system's parser knows namespaces, and may reorder or
-/// drop their declarations, and drops CDATA without content; here names mean nothing but themselves. So the
-/// colons of names become a letter that the text does not hold, and so on, and come back when the tree is
-/// walked.
+/// Changes a document's text so that the parser keeps all of it. The system's parser may reorder or drop
+/// declarations of namespaces, and drops empty CDATA; here a name is just a name. So a letter that the text
+/// does not hold replaces the colons of names, and so on; walking the tree restores them.
 class NamespaceMask {
 public:
     explicit NamespaceMask(std::string_view utf8);
 
     const std::string& text() const { return text_; }
-    /// The name that stood in the document.
+    /// The name in the document.
     std::string originalName(std::string name) const;
-    /// Does the instruction of this target stand for CDATA without content?
+    /// Does the instruction with this target replace empty CDATA?
     bool isEmptyCData(std::string_view target) const { return target == cdata_; }
 
 private:
@@ -25,8 +24,8 @@ private:
 
     std::string text_;
     std::string colon_;
-    std::string own_;   ///< before names that the parser would take for its own
-    std::string cdata_; ///< in the place of CDATA without content
+    std::string own_;   ///< put before names that the parser would treat as its own
+    std::string cdata_; ///< replaces empty CDATA
 };
 
 } // namespace norvakavlor::platform

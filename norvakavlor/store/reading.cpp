@@ -1,0 +1,163 @@
+#include <norvakavlor/store/reading.h>
+
+#include <algorithm>
+#include <norvakavlor/platform/files.h>
+#include <norvakavlor/platform/http.h>
+#include <norvakavlor/platform/xml_parser.h>
+#include <norvakavlor/store/document_names.h>
+#include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/endpoint_request.h>
+#include <norvakavlor/store/location.h>
+#include <norvakavlor/store/server_reply.h>
+#include <norvakavlor/xml/characters.h>
+#include <norvakavlor/xml/decode.h>
+#include <norvakavlor/xml/prolog.h>
+
+namespace norvakavlor {
+namespace {
+
+/// Reading treats whatever keeps a document away alike: it is not there.
+template <class Read> std::optional<SourceDocument> unlessUnreachable(std::string_view location, Read read) {
+    try {
+        return read();
+    } catch (const Error& error) {
+        if (isOutOfMemory(error))
+            throw;
+        const bool isMissing = error.number() == static_cast<int32_t>(RuntimeError::FileNotFound);
+        noteReason(shownLocation(location) + ": " +
+                   (isMissing ? std::string("there is no such file") : error.description()));
+        return std::nullopt;
+    }
+}
+
+void noteParseError(std::string_view location, const platform::ParseError& error) {
+    noteReason(shownLocation(location) + ":" + std::to_string(error.line) + ":" +
+               std::to_string(error.column) + ": " + error.reason);
+}
+
+/// The text of a file; nothing when its bytes are not what its encoding allows.
+std::optional<std::string> decodedFile(const std::string& path) {
+    std::string bytes = platform::readFile(path);
+    auto text = xml::decodeFile(bytes);
+    if (!text) {
+        const size_t fault = xml::findIllFormedUtf8(bytes);
+        const xml::Position at = xml::positionOf(bytes, fault == std::string::npos ? 0 : fault);
+        noteParseError(path, {at.line, at.column,
+                              fault == std::string::npos
+                                  ? "the encoding that it names is not known, or its bytes are not in it"
+                                  : "its bytes are not in its encoding, UTF-8 unless it names another one"});
+    }
+    return text;
+}
+
+std::optional<SourceDocument> parsed(const std::string& location, std::string text) {
+    platform::ParseError error;
+    auto tree = platform::parseXml(text, &error);
+    if (!tree) {
+        noteParseError(location, error);
+        return std::nullopt;
+    }
+    return SourceDocument(std::move(*tree), location, std::move(text));
+}
+
+std::optional<SourceDocument> fetchDocument(const std::string& location, const EndpointRequest& request) {
+    return unlessUnreachable(location, [&]() -> std::optional<SourceDocument> {
+        platform::HttpReply reply = askServer(request.url());
+        auto tree = parseReply(reply, namesOf(request.kind).root);
+        if (!tree) {
+            noteReason(shownLocation(location) + ": " + reasonAgainst(reply));
+            return std::nullopt;
+        }
+        return SourceDocument(std::move(*tree), location, std::move(reply.text));
+    });
+}
+
+} // namespace
+
+Error SourceDocument::located(const Error& error) const { return locatedIn(text_, location_, error); }
+
+bool isOfKind(const SourceDocument& document, const DocumentNames& names) {
+    const std::string_view root = document.root().name();
+    if (root != names.root)
+        noteReason(shownLocation(document.location()) + ": the root is <" + std::string(root) + ">, not <" +
+                   std::string(names.root) + ">");
+    return root == names.root;
+}
+
+Error locatedIn(std::string_view text, std::string_view location, const Error& error) {
+    ErrorPlace place = error.place();
+    place.document = shownLocation(location);
+    if (const auto at = place.member.empty() ? std::nullopt : platform::positionOf(text, place.steps)) {
+        place.line = at->line;
+        place.column = at->column;
+    }
+    return error.at(std::move(place));
+}
+
+Error ofMember(const Error& error, size_t position) {
+    ErrorPlace place = error.place();
+    if (place.steps.empty())
+        return error;
+    place.steps.front() = position;
+    const size_t root = place.member.find('/');
+    const size_t end = std::min(place.member.find_first_of("/[", root + 1), place.member.size());
+    const size_t rest = std::min(place.member.find('/', root + 1), place.member.size());
+    place.member.replace(end, rest - end, "[" + std::to_string(position + 1) + "]");
+    return error.at(std::move(place));
+}
+
+std::optional<SourceDocument> readDocument(std::string_view kind, const std::string& location,
+                                           std::string_view parameters) {
+    return Operation("load", kind, location).run([&] {
+        return IsURL(location)
+                   ? fetchDocument(location, EndpointRequest::forDocument(kLoadEndpoint, kind, location,
+                                                                          std::string(parameters)))
+                   : readLocalDocument(location);
+    });
+}
+
+std::optional<SourceDocument> readDocumentIn(std::string_view kind, const std::string& directory,
+                                             const std::string& fileName) {
+    if (!IsURL(directory))
+        return readLocalDocument(directory + fileName);
+    return fetchDocument(
+        URLBase(directory) + fileName,
+        {.endpoint = kLoadEndpoint, .kind = kind, .location = directory, .fileName = fileName});
+}
+
+std::optional<SourceDocument> readLocalDocument(const std::string& path) {
+    return unlessUnreachable(path, [&] { return parseLocalDocument(path); });
+}
+
+std::optional<SourceDocument> parseLocalDocument(const std::string& path) {
+    auto text = decodedFile(path);
+    return text ? parsed(path, std::move(*text)) : std::nullopt;
+}
+
+std::optional<SourceDocument> readMembers(std::string_view kind, const std::string& location,
+                                          const SourceHandler& onMember, std::string_view parameters) {
+    if (IsURL(location)) {
+        // A reply must be looked at as a whole before it counts as a document.
+        auto document = readDocument(kind, location, parameters);
+        for (const xml::Node child : xml::children(document ? document->root() : xml::Node()))
+            onMember(child, document->text());
+        return document;
+    }
+    return Operation("load", kind, location).run([&] {
+        return unlessUnreachable(location, [&]() -> std::optional<SourceDocument> {
+            auto text = decodedFile(location);
+            if (!text)
+                return std::nullopt;
+            platform::ParseError error;
+            auto tree = platform::parseMembers(
+                *text, [&](xml::Node member) { onMember(member, *text); }, &error);
+            if (!tree) {
+                noteParseError(location, error);
+                return std::nullopt;
+            }
+            return SourceDocument(std::move(*tree), location, std::move(*text));
+        });
+    });
+}
+
+} // namespace norvakavlor
