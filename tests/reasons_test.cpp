@@ -39,7 +39,7 @@ TEST(Reasons, AreKeptForEachFailure) {
              const std::string exam = file("s_kvqm.xml", "<exam/>");
              file("s_kvqm_S1_01.xml", "<exam");
              New<Exam>()->LoadExamSummary(
-                 file("r.xml", "<students><student><ID>S1</ID><name/></student></students>"), nullptr,
+                 file("r.xml", "<students><student><id>S1</id><name/></student></students>"), nullptr,
                  nullptr, exam, 1);
          }},
         {"x_kvl.xml: this lesson is in none of the folders nowhere",
