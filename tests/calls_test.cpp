@@ -6,9 +6,9 @@
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/config/registry.h>
-#include <norvakavlor/runtime/clock.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/settings.h>
+#include <norvakavlor/runtime/clock.h>
 #include <norvakavlor/store/login_globals.h>
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/xml/node_object.h>

@@ -2,9 +2,9 @@
 #include <memory>
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/late_bound.h>
-#include <norvakavlor/runtime/log.h>
 #include <norvakavlor/runtime/dictionary.h>
 #include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/runtime/log.h>
 #include <norvakavlor/store/login_globals.h>
 #include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/node_object.h>

@@ -268,8 +268,7 @@ void Check::checkRemains() {
         },
         [&](const Installation::Folder& folder, const std::string& name) {
             auto launch = New<GradiumLiveEx>();
-            if (load(folder.path + name,
-                     [&](const std::string& path) { return launch->Load(path, "none"); }))
+            if (load(folder.path + name, [&](const std::string& path) { return launch->Load(path, "none"); }))
                 add(Finding::Rank::Note, folder.path + name, launch->ExamID,
                     "the exercise " + inQuotes(launch->ExamID) + " of student " +
                         inQuotes(launch->StudentID) +
