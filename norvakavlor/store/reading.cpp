@@ -86,7 +86,6 @@ std::optional<SourceDocument> fetchDocument(const std::string& location, const E
         platform::HttpReply reply = askServer(request.url());
         auto tree = parseReply(reply, namesOf(request.kind).root);
         if (!tree) {
-            noteUnreadable(location, 0, 0, reasonAgainst(reply), request.kind);
             noteReason(shownLocation(location) + ": " + reasonAgainst(reply));
             return std::nullopt;
         }

@@ -65,9 +65,33 @@ std::string describe(const norvakavlor::Fault& fault) {
     return fault.text;
 }
 
+/// A reason without the document's name, which stands before it anyway.
+std::string withoutPlace(const std::string& reason, const std::string& path) {
+    return reason.starts_with(path + ": ") ? reason.substr(path.size() + 2) : reason;
+}
+
+bool isAddress(const std::string& place) { return place.starts_with("http:"); }
+
+/// The folder, or what the server lists.
+Installation lookAt(const std::string& place) {
+    if (!isAddress(place))
+        return Installation(place);
+    const std::string directory = place.ends_with("/") ? place : place + "/";
+    std::vector<std::string> files;
+    for (const auto& rows : {New<Exam>()->GetExams(directory, int32_t(ExamTypes::ExamRaw)),
+                             New<ExamList>()->GetExamLists(directory),
+                             New<Lesson>()->GetLessons(directory, int32_t(LessonTypes::Raw)),
+                             New<LessonMenu>()->GetLessonMenus(directory)}) {
+        for (const Ref<TitleFilename>& row : *rows)
+            files.push_back(row->Filename);
+    }
+    return {directory, std::move(files)};
+}
+
 } // namespace
 
-Check::Check(const std::string& folder) : installation_(folder) {
+Check::Check(const std::string& place, Named named)
+    : installation_(lookAt(place)), named_(std::move(named)), isWeb_(isAddress(place)) {
     for (const Installation::Folder& part : installation_.folders())
         directories_ += (directories_.empty() ? "" : ";") + part.path;
     checkSingles();
@@ -98,7 +122,7 @@ bool Check::load(const std::string& path, const Load& load) {
     try {
         loaded = load(path);
         if (!loaded && collector_.faults.size() == before)
-            add(Finding::Rank::Error, path, "", lastReason());
+            add(Finding::Rank::Error, path, "", withoutPlace(lastReason(), path));
     } catch (const Error& error) {
         if (isOutOfMemory(error))
             throw;
@@ -108,6 +132,11 @@ bool Check::load(const std::string& path, const Load& load) {
     if (!loaded)
         unread_.insert(path.substr(path.rfind('/') + 1));
     return loaded;
+}
+
+std::vector<std::string> Check::findAll(const std::string& fileName) const {
+    const auto named = named_.find(fileName);
+    return named == named_.end() ? installation_.findAll(fileName) : std::vector{named->second};
 }
 
 void Check::checkSingles() {
@@ -126,14 +155,13 @@ void Check::checkSingles() {
     for (size_t at = 0; at < std::size(loads); ++at) {
         // One that cannot be read takes the place of one in a lower folder; that one still tells what IDs
         // there are.
-        const std::vector<std::string> paths = all.findAll(kSingles[at].file);
+        const std::vector<std::string> paths = findAll(kSingles[at].file);
         const bool isRead = std::any_of(paths.begin(), paths.end(),
                                         [&](const std::string& path) { return load(path, loads[at]); });
         if (!isRead)
             (paths.empty() ? missing_ : unread_).emplace(kSingles[at].kind);
     }
-    const std::string preferences = all.find("preferences.xml");
-    if (!preferences.empty())
+    for (const std::string& preferences : findAll("preferences.xml"))
         load(preferences, [](const std::string& path) { return New<Preferences>()->Load(path); });
 }
 
@@ -214,7 +242,9 @@ void Check::checkWork(const Installation::Folder& folder, const std::string& nam
     std::string id = name.substr(base.size() + 1, name.rfind('.') - base.size() - 1);
     if (mark == kExamMark)
         id.erase(std::min(id.rfind('_'), id.size()));
-    if (unread_.contains(kStudentsDocument.kind)) {
+    if (missing_.contains(kStudentsDocument.kind)) {
+        ++needed_[fileOf(kStudentsDocument.kind)];
+    } else if (unread_.contains(kStudentsDocument.kind)) {
         following += installation_.students->Exists(id) ? 0 : 1;
     } else if (!installation_.students->Exists(id)) {
         add(Finding::Rank::Error, path, id,
@@ -228,7 +258,9 @@ void Check::checkClass(const std::string& path, const std::string& course, const
     const bool isKnown = found && (section.empty() || (*found)->Sections->contains(section));
     if (isKnown || course.empty())
         return;
-    if (unread_.contains(kCoursesDocument.kind))
+    if (missing_.contains(kCoursesDocument.kind))
+        ++needed_[fileOf(kCoursesDocument.kind)];
+    else if (unread_.contains(kCoursesDocument.kind))
         ++following;
     else
         add(Finding::Rank::Warning, path, found ? section : course,
@@ -241,6 +273,8 @@ void Check::checkClass(const std::string& path, const std::string& course, const
 /// What programs that ended too early left, and what waits for one.
 void Check::checkRemains() {
     namespace fs = std::filesystem;
+    if (isWeb_)
+        return;
     const std::string roster = installation_.find(fileOf(kStudentsDocument.kind));
     if (!roster.empty() &&
         (fs::status(pathFrom(roster)).permissions() & fs::perms::owner_write) == fs::perms::none)
@@ -282,8 +316,7 @@ bool Check::follows(const norvakavlor::Fault& fault) const {
 }
 
 void Check::sortOut() {
-    std::map<std::string, size_t> needed; // by missing document
-    std::set<std::string> told;           // a document may have been read more than once
+    std::set<std::string> told; // a document may have been read more than once
     for (const norvakavlor::Fault& fault : collector_.faults) {
         const std::string text = describe(fault);
         if (!told.insert(fault.place.text() + text).second)
@@ -291,14 +324,19 @@ void Check::sortOut() {
         if (follows(fault))
             ++following;
         else if (fault.kind == FaultKind::Unknown && missing_.contains(fault.wanted))
-            ++needed[fileOf(fault.wanted)];
+            ++needed_[fileOf(fault.wanted)];
         else
             findings.push_back({fault.isWarning ? Finding::Rank::Warning : Finding::Rank::Error,
                                 installation_.relative(fault.place.document), fault.place.line,
                                 fault.place.column, fault.id, text});
     }
-    for (const auto& [file, references] : needed) {
-        following += references;
+    for (const auto& [file, references] : needed_) {
+        if (isWeb_) {
+            add(Finding::Rank::Note, file, "",
+                counted(references, "reference", "references") +
+                    " into it not looked up: name the document with --document " + file + "=ADDRESS");
+            continue;
+        }
         add(Finding::Rank::Error, file, "",
             "there is no such file, and " + counted(references, "reference needs", "references need") +
                 " it; put it in the folder");

@@ -2,6 +2,7 @@
 
 #include "installation.h"
 
+#include <map>
 #include <set>
 
 namespace norvakavlor::kavlor {
@@ -21,8 +22,12 @@ struct Finding {
 /// is wrong.
 class Check {
 public:
-    /// Raises Failure when there is no such folder.
-    explicit Check(const std::string& folder);
+    /// Documents by their usual file names, such as "students.xml", and where they are.
+    using Named = std::map<std::string, std::string, std::less<>>;
+
+    /// `place` is a folder, or a web directory: of that the exams, exam lists, lessons and menus that the
+    /// server lists. Raises Failure when there is no such folder, and what the listings raise.
+    explicit Check(const std::string& place, Named named = {});
 
     std::vector<Finding> findings;
     size_t documents = 0; ///< that were read
@@ -46,11 +51,16 @@ private:
     bool follows(const norvakavlor::Fault& fault) const;
     void add(Finding::Rank rank, const std::string& path, const std::string& id, const std::string& text);
 
+    std::vector<std::string> findAll(const std::string& fileName) const;
+
     Installation installation_;
+    Named named_;
+    bool isWeb_;
     FaultCollector collector_;
     std::string directories_;
     std::set<std::string, std::less<>> unread_;  ///< kinds of single documents, names of other files
     std::set<std::string, std::less<>> missing_; ///< kinds of single documents that are not there
+    std::map<std::string, size_t> needed_;       ///< references into these, by file name
 };
 
 } // namespace norvakavlor::kavlor

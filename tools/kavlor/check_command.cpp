@@ -12,7 +12,8 @@ namespace {
 using Rank = Finding::Rank;
 
 struct CheckOptions {
-    std::string folder;
+    std::string place;
+    std::vector<std::string> documents;
     bool json = false;
 };
 
@@ -55,7 +56,14 @@ void printJson(const Check& check) {
 }
 
 int runCheck(const CheckOptions& options) {
-    const Check check(options.folder);
+    Check::Named named;
+    for (const std::string& document : options.documents) {
+        const size_t equals = document.find('=');
+        if (equals == std::string::npos || equals == 0)
+            throw Failure("--document takes NAME=PLACE, such as students.xml=http://host/students.xml");
+        named[document.substr(0, equals)] = document.substr(equals + 1);
+    }
+    const Check check(options.place, std::move(named));
     if (options.json)
         printJson(check);
     else
@@ -66,18 +74,23 @@ int runCheck(const CheckOptions& options) {
 } // namespace
 
 extern const Command kCheck;
-const Command kCheck{"check", "Find every fault in an installation's documents",
-                     "Reads all documents under FOLDER and names each fault with its place and what to do. "
-                     "Faults that follow\n"
-                     "from another one, such as references into a document that cannot be read, are counted "
-                     "alone. Nothing is\n"
-                     "changed. Code 1: there are errors or warnings.\n\n"
-                     "Example: kavlor check /srv/school",
-                     [](Arguments& arguments) -> std::function<int()> {
-                         auto options = std::make_shared<CheckOptions>();
-                         arguments.required("FOLDER", options->folder, "The installation's folder");
-                         arguments.flag("--json", options->json, "Print JSON, for programs");
-                         return [options] { return runCheck(*options); };
-                     }};
+const Command kCheck{
+    "check", "Find every fault in an installation's documents",
+    "Reads all documents under a folder, or those that a server lists, and names each fault with its place "
+    "and what to do. "
+    "Faults that follow\n"
+    "from another one, such as references into a document that cannot be read, are counted "
+    "alone. Nothing is\n"
+    "changed. Code 1: there are errors or warnings.\n\n"
+    "Example: kavlor check /srv/school",
+    [](Arguments& arguments) -> std::function<int()> {
+        auto options = std::make_shared<CheckOptions>();
+        arguments.required("PLACE", options->place, "The installation's folder or web address");
+        arguments.several("--document", options->documents,
+                          "Where a single document lies, as students.xml=PLACE; may be given several times",
+                          "NAME=PLACE");
+        arguments.flag("--json", options->json, "Print JSON, for programs");
+        return [options] { return runCheck(*options); };
+    }};
 
 } // namespace norvakavlor::kavlor

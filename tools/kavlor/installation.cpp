@@ -57,6 +57,11 @@ Installation::Installation(const std::string& folder, size_t depth)
     }
 }
 
+Installation::Installation(std::string address, std::vector<std::string> files) : path_(std::move(address)) {
+    std::sort(files.begin(), files.end());
+    folders_.push_back({path_, std::move(files)});
+}
+
 size_t Installation::fileCount() const {
     size_t count = 0;
     for (const Folder& folder : folders_)

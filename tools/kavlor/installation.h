@@ -26,6 +26,9 @@ public:
     /// Failure when there is no such folder.
     explicit Installation(const std::string& folder, size_t depth = 16);
 
+    /// A web directory, "http://.../", with these files.
+    Installation(std::string address, std::vector<std::string> files);
+
     struct Folder {
         std::string path; ///< ends in "/"
         std::vector<std::string> files;
