@@ -170,7 +170,7 @@ private:
     void addBlock(size_t count) {
         const size_t own = count - capacity();
         void* const memory = ::operator new(sizeof(Block) + own * sizeof(Entry) + count * sizeof(Entry*));
-        Block* const block =
+        auto* const block =
             ::new (memory) Block{newest_, static_cast<uint32_t>(count), static_cast<uint32_t>(own)};
         std::uninitialized_copy_n(order(), capacity(), block->order());
         for (size_t i = 0; i < own; ++i)

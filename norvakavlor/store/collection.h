@@ -77,9 +77,9 @@ public:
     /// raises what reading the next member raised; False when that one stopped the loading.
     template <class Add> bool addEach(Add add) {
         return document_->read([&](xml::Node) {
-            for (auto& [member, position] : members_) {
-                reads([&] { add(std::exchange(member, nullptr)); },
-                      [&](const Error& error) { return error.at(placeOf(position)); });
+            for (auto& made : members_) {
+                reads([&] { add(std::exchange(made.first, nullptr)); },
+                      [&](const Error& error) { return error.at(placeOf(made.second)); });
             }
             if (fault_)
                 std::rethrow_exception(fault_);
