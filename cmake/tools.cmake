@@ -20,6 +20,8 @@ endif()
 # All but main, so that tests can ask the parts.
 list(FILTER tool_sources EXCLUDE REGEX "/main\\.cpp$")
 add_library(kavlor_commands STATIC ${tool_sources})
+# Each command is a lambda that captures a type of its own file, which no other file may see.
+set_target_properties(kavlor_commands PROPERTIES UNITY_BUILD OFF)
 target_include_directories(kavlor_commands SYSTEM PRIVATE ${tool_headers})
 # Tests link both this and what the library does not show; in a shared build these must be one copy.
 target_link_libraries(kavlor_commands PUBLIC $<IF:$<TARGET_EXISTS:norvakavlor_internal>,norvakavlor_internal,norvakavlor>)

@@ -15,7 +15,7 @@ class Place(NamedTuple):
 
     def __str__(self) -> str:
         where = self.document + (f":{self.line}" if self.line else "") + (f":{self.column}" if self.column else "")
-        return where if self.line or not self.member else f"{where} ({self.member})"
+        return where + (f" ({self.member})" if self.member else "")
 
 
 class Error(Exception):

@@ -47,7 +47,7 @@ struct stat stateOfFile(const std::string& path) {
     return state;
 }
 
-bool isReadOnly(const struct stat& state) { return (state.st_mode & S_IWUSR) == 0; }
+bool ownerMayNotWrite(const struct stat& state) { return (state.st_mode & S_IWUSR) == 0; }
 
 } // namespace
 
@@ -175,7 +175,7 @@ bool renameFile(const std::string& path, const std::string& newPath) {
 }
 
 void deleteOneFile(const std::string& path, bool force) {
-    if (isReadOnly(stateOfFile(path)) && !force)
+    if (ownerMayNotWrite(stateOfFile(path)) && !force)
         throw runtimeError(RuntimeError::PermissionDenied);
     if (uninterrupted([&] { return ::unlink(localPath(path).c_str()); }) != 0)
         throw readingError(errno);
@@ -190,7 +190,7 @@ bool sameFile(const std::string& left, const std::string& right) {
     return !first || !second || (first->st_dev == second->st_dev && first->st_ino == second->st_ino);
 }
 
-bool isReadOnly(const std::string& path) { return isReadOnly(stateOfFile(path)); }
+bool isReadOnly(const std::string& path) { return ownerMayNotWrite(stateOfFile(path)); }
 
 void setReadOnly(const std::string& path, bool readOnly) {
     const mode_t mode = stateOfFile(path).st_mode & 07777;
