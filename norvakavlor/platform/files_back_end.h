@@ -17,7 +17,7 @@ std::string_view fileNameOf(std::string_view path);
 /// same name, in any process.
 std::string temporaryName(std::string_view fileName);
 /// Is this a save's temporary name?
-[[gnu::visibility("default")]] bool isTemporaryName(std::string_view fileName);
+bool isTemporaryName(std::string_view fileName);
 /// Is it that of a save of `target` (a file name too)?
 bool isTemporaryNameOf(std::string_view fileName, std::string_view target);
 /// The name of the lock file of a document, beside it. No listing shows it, as it ends like a temporary name;
