@@ -1,13 +1,13 @@
 #pragma once
 
 #include <norvakavlor/runtime/describe.h>
-#include <norvakavlor/store/reading.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <string>
 
 namespace norvakavlor {
 
+class SourceDocument;
 class [[gnu::visibility("default")]] GradiumRecord;
 
 /// What launched exams and lessons share: student, instructor, course, and where results go. Records and
