@@ -130,8 +130,10 @@ void handOverOne(const Value& value, const GroupUse& use, nk_value* room) {
 using namespace norvakavlor;
 
 nk_error* nk_create(const char* identifier, nk_object** object) {
-    return withoutExceptions(
-        [&] { roomFor(object) = newHandle(CreateObject(identifier ? identifier : "")); });
+    return withoutExceptions([&] {
+        nk_object*& made = roomFor(object); // first: without room nothing may be made
+        made = newHandle(CreateObject(identifier ? identifier : ""));
+    });
 }
 
 nk_error* nk_parse(const char* text, size_t length, nk_object** node) {
@@ -159,7 +161,8 @@ void nk_object_release(nk_object* object) {
 nk_error* nk_object_share(nk_object* object, nk_object** other) {
     return withoutExceptions([&] {
         const GroupUse use(handlesOf(object));
-        roomFor(other) = newHandle(object->object, use.group());
+        nk_object*& made = roomFor(other);
+        made = newHandle(object->object, use.group());
     });
 }
 
