@@ -54,7 +54,10 @@ struct alignas(8) NodeData {
     bool holdsNodes() const { return kind() == NodeKind::Document || kind() == NodeKind::Element; }
     bool isElement() const { return kind() == NodeKind::Element; }
 
-    NodeData* parent() const { return reinterpret_cast<NodeData*>(parentAndKind & ~kKindBits); }
+    NodeData* parent() const {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the address without its low bits, which hold the kind.
+        return reinterpret_cast<NodeData*>(parentAndKind & ~kKindBits);
+    }
     void setParent(NodeData* parent) {
         parentAndKind = reinterpret_cast<uintptr_t>(parent) | (parentAndKind & kKindBits);
     }
