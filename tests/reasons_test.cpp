@@ -72,6 +72,15 @@ TEST(Reasons, AreKeptForEachFailure) {
     EXPECT_EQ(New<Diagnostics>()->LastReason(), lastReason());
 }
 
+#ifndef _WIN32
+TEST(Messages, WithoutANotifierNameProgramAndDocument) {
+    ::testing::internal::CaptureStderr();
+    New<TextBooks>()->Save(misbehaving("not-xml") + "b.xml");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              "norvakavlor_tests: " + misbehaving("not-xml") + "b.xml: The server is busy.\n");
+}
+#endif
+
 TEST(Log, TellsEachOperationWithoutSecrets) {
     std::vector<std::string> lines;
     const LogSink former = setLog([&](const LogEntry& entry) {

@@ -14,16 +14,16 @@ Notifier& currentNotifier() {
 
 } // namespace
 
-void showMessage(const std::string& text, const std::string& title) {
+void showMessage(const std::string& text, const std::string& title, const std::string& place) {
     // A copy: the notifier may install another one while it runs.
     const Notifier notifier = currentNotifier();
     if (!notifier)
-        return showOnPlatform(text, title);
+        return showOnPlatform(text, title, place);
     try {
         notifier(text, title);
     } catch (const std::exception&) {
         // The message reports what has already happened; failing to show it must not undo that.
-        showOnPlatform(text, title);
+        showOnPlatform(text, title, place);
     }
 }
 

@@ -7,7 +7,7 @@ namespace norvakavlor::platform {
 
 /// Shows a text under a title with an OK button and returns when it is dismissed; never raises. On Windows a
 /// message box, or the event log if nobody sees the window station; natively the notifier, else stderr.
-void showMessage(const std::string& text, const std::string& title = "");
+void showMessage(const std::string& text, const std::string& title = "", const std::string& place = "");
 
 /// Shows messages instead of the platform.
 using Notifier = std::function<void(const std::string& text, const std::string& title)>;

@@ -47,13 +47,14 @@ Presence lookOnDisk(const std::string& path) {
 
 platform::HttpReply askServer(const std::string& url) { return platform::sendHttp({.url = url}); }
 
-bool sendDocument(const std::string& url, const xml::Document& document, std::string_view lead) {
+bool sendDocument(const std::string& url, const xml::Document& document, std::string_view location,
+                  std::string_view lead) {
     std::string body = document.toText();
     xml::checkSize(body.size());
     return serverTook(
         platform::sendHttp(
             {.url = url, .headers = {{"Content-Type", "text/xml; charset=utf-8"}}, .body = std::move(body)}),
-        lead);
+        location, lead);
 }
 
 bool writeDocument(std::string_view kind, const std::string& location, const xml::Document& document,
@@ -61,7 +62,7 @@ bool writeDocument(std::string_view kind, const std::string& location, const xml
     return Operation("save", kind, location).run([&] {
         if (IsURL(location))
             return sendDocument(EndpointRequest::forDocument(kSaveEndpoint, kind, location).url(), document,
-                                lead);
+                                location, lead);
         writeLocalDocument(location, document);
         return true;
     });
@@ -78,7 +79,9 @@ void deleteDocument(std::string_view kind, const std::string& location) {
     });
 }
 
-bool serverDeletes(const EndpointRequest& request) { return serverTook(askServer(request.url())); }
+bool serverDeletes(const EndpointRequest& request) {
+    return serverTook(askServer(request.url()), request.location);
+}
 
 void writeLocalDocument(const std::string& path, const xml::Document& document) {
     platform::replaceFile(path, document.toText());

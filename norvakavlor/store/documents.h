@@ -23,8 +23,10 @@ struct EndpointRequest;
 /// came.
 platform::HttpReply askServer(const std::string& url);
 /// Posts a document. False when it is not proven that the server took it: the user was shown then why, `lead`
-/// going before (see serverTook). Raises when no reply came, and 57 for more than a load would read.
-bool sendDocument(const std::string& url, const xml::Document& document, std::string_view lead = {});
+/// going before (see serverTook), with the location. Raises when no reply came, and 57 for more than a load
+/// would read.
+bool sendDocument(const std::string& url, const xml::Document& document, std::string_view location,
+                  std::string_view lead = {});
 
 /// Stores a document. False when it is not proven that the server stored it, as sendDocument. Raises when a
 /// local file cannot be written (70, 76, 61, 57), 57 for more than a load would read, and when no reply came.

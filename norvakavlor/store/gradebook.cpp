@@ -58,7 +58,7 @@ Submission submitToGradebook(const std::string& host, const std::string& body) {
 bool storeRecord(const std::string& location, const xml::Document& document) {
     return Operation("save", "record", location).run([&] {
         if (IsURL(location))
-            return sendDocument(location, document);
+            return sendDocument(location, document, location);
         writeLocalDocument(location, document);
         return true;
     });

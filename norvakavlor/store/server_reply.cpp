@@ -3,22 +3,26 @@
 #include <norvakavlor/platform/message_box.h>
 #include <norvakavlor/platform/xml_parser.h>
 #include <norvakavlor/runtime/reason.h>
+#include <norvakavlor/store/operation.h>
 #include <norvakavlor/text/text.h>
 #include <string>
 
 namespace norvakavlor {
 
-void showRefusal(const std::string& text, const std::string& title) { platform::showMessage(text, title); }
+void showRefusal(const std::string& text, const std::string& title, const std::string& place) {
+    platform::showMessage(text, title, place);
+}
 
-bool serverTook(const platform::HttpReply& reply, std::string_view lead) {
+bool serverTook(const platform::HttpReply& reply, std::string_view location, std::string_view lead) {
     const bool isSuccess = reply.ownStatus / 100 == 2;
     if (isSuccess && reply.text.empty())
         return true;
     const std::string text =
         reply.text.empty() ? "The server did not take the document (" + std::to_string(reply.ownStatus) + ")."
                            : reply.text;
-    noteReason(text);
-    showRefusal(std::string(lead) + text);
+    const std::string place = shownLocation(location);
+    noteReason(place + ": " + text);
+    showRefusal(std::string(lead) + text, {}, place);
     return false;
 }
 

@@ -9,13 +9,14 @@
 /// What a server's reply says.
 namespace norvakavlor {
 
-/// Shows the user what a server or the gradebook said instead of doing what it was asked for.
-void showRefusal(const std::string& text, const std::string& title = {});
+/// Shows the user what a server or the gradebook said instead of doing what it was asked for. The `place` (of
+/// a document) is for who has no notifier: it goes before the text on the standard error stream.
+void showRefusal(const std::string& text, const std::string& title = {}, const std::string& place = {});
 
 /// Did the server do what a save or a deletion asked for? That is proven by a 2xx status of this very request
 /// and an empty body, and by nothing else. False otherwise; the user is then shown `lead` and the reply's
 /// text, or a sentence with the status where no text came.
-bool serverTook(const platform::HttpReply& reply, std::string_view lead = {});
+bool serverTook(const platform::HttpReply& reply, std::string_view location, std::string_view lead = {});
 
 /// Why there is no document in a reply: "503, an HTML page".
 std::string reasonAgainst(const platform::HttpReply& reply);

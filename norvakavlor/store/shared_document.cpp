@@ -155,7 +155,7 @@ bool changeOnServer(const std::string& location, const SharedChange& change) {
     if (!document)
         return false;
     // A refusal has been shown; clients know the insertion as done all the same.
-    sendDocument(urlOf(kSaveEndpoint, location, change.names), document->read(change.change));
+    sendDocument(urlOf(kSaveEndpoint, location, change.names), document->read(change.change), location);
     return true;
 }
 

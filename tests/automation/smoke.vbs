@@ -193,4 +193,24 @@ Err.Clear
 On Error GoTo 0
 fileSystem.GetFile(rosterFile).Attributes = 0
 
+' Why a call gave False.
+Sub Because(reason)
+    Check "reason: " & Made("Diagnostics").LastReason, InStr(Made("Diagnostics").LastReason, reason) > 0
+End Sub
+
+Equal "no file", textBooks.Load(folder & "none.xml"), False
+Because "none.xml: there is no such file"
+For Each item In Array("<a>", "no document", "<!DOCTYPE a><a/>", "<a b=1/>")
+    fileSystem.CreateTextFile(folder & "ill.xml", True, False).Write item
+    Equal "ill-formed", textBooks.Load(folder & "ill.xml"), False
+    Because "ill.xml:1:"
+Next
+fileSystem.CreateTextFile(folder & "other.xml", True, False).Write "<classes/>"
+Equal "no roster", Made("Students").AddStudent(folder & "other.xml", Made("Student"), Null), False
+Because "other.xml: the root is <classes>, not <students>"
+Equal "nobody listens", textBooks.Load("http://127.0.0.1:1/b.xml"), False
+Because "cannot be reached"
+Equal "no lesson", Made("ModuleDiscManager").LoadConfigFile(folder & "modules.xml"), False
+Because "modules.xml: there is no such file"
+
 Finish

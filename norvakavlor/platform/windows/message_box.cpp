@@ -36,7 +36,7 @@ bool showBox(const std::wstring& text, const std::wstring& title) {
 
 } // namespace
 
-void showOnPlatform(const std::string& text, const std::string& title) {
+void showOnPlatform(const std::string& text, const std::string& title, const std::string&) {
     std::wstring wideText = toWide(text);
     // A box would end at a NUL.
     std::ranges::replace(wideText, L'\0', L'\uFFFD');
