@@ -25,12 +25,7 @@ std::optional<SourceDocument> readLaunchDocument(const std::string& location, co
         const char* separator = location.find('?') == std::string::npos ? "?key=" : "&key=";
         platform::HttpReply reply =
             platform::sendHttp({.method = "GET", .url = location + separator + accessKey});
-        auto tree = parseReply(reply, kLaunchRoot);
-        if (!tree) {
-            noteReason(shownLocation(location) + ": " + reasonAgainst(reply));
-            return std::nullopt;
-        }
-        return SourceDocument(std::move(*tree), location, std::move(reply.text));
+        return takeDocument(reply, location, kLaunchRoot);
     });
 }
 

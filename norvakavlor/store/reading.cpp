@@ -82,14 +82,9 @@ std::optional<SourceDocument> parsed(const std::string& location, std::string te
 }
 
 std::optional<SourceDocument> fetchDocument(const std::string& location, const EndpointRequest& request) {
-    return unlessUnreachable(location, [&]() -> std::optional<SourceDocument> {
+    return unlessUnreachable(location, [&] {
         platform::HttpReply reply = askServer(request.url());
-        auto tree = parseReply(reply, namesOf(request.kind).root);
-        if (!tree) {
-            noteReason(shownLocation(location) + ": " + reasonAgainst(reply));
-            return std::nullopt;
-        }
-        return SourceDocument(std::move(*tree), location, std::move(reply.text));
+        return takeDocument(reply, location, namesOf(request.kind).root);
     });
 }
 

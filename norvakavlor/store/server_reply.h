@@ -9,6 +9,8 @@
 /// What a server's reply says.
 namespace norvakavlor {
 
+class SourceDocument;
+
 /// Shows the user what a server or the gradebook said instead of doing what it was asked for. The `place` (of
 /// a document) is for who has no notifier: it goes before the text on the standard error stream.
 void showRefusal(const std::string& text, const std::string& title = {}, const std::string& place = {});
@@ -18,11 +20,13 @@ void showRefusal(const std::string& text, const std::string& title = {}, const s
 /// text, or a sentence with the status where no text came.
 bool serverTook(const platform::HttpReply& reply, std::string_view location, std::string_view lead = {});
 
-/// Why there is no document in a reply: "503, an HTML page".
-std::string reasonAgainst(const platform::HttpReply& reply);
-
 /// The document in a reply to a load. Nothing when the text does not parse, and for a page that tells of an
 /// error: its root is "html" in any letter case, or the status is 400 or more and the root not `root`.
 std::optional<xml::Document> parseReply(const platform::HttpReply& reply, std::string_view root);
+
+/// The same with what it takes to tell places in it: the reply's text goes there. Without a document the
+/// reply stays as it is, and why there is none is the thread's last reason.
+std::optional<SourceDocument> takeDocument(platform::HttpReply& reply, const std::string& location,
+                                           std::string_view root);
 
 } // namespace norvakavlor

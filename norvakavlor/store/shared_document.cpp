@@ -129,11 +129,9 @@ std::optional<SourceDocument> fetchOrMake(const std::string& location, const Sha
         });
         if (!hasReply)
             return Answer::Unclear;
-        if (auto tree = parseReply(reply, change.names.root)) {
-            document.emplace(std::move(*tree), location, std::move(reply.text));
+        document = takeDocument(reply, location, change.names.root);
+        if (document)
             return isOfKind(*document, change.names) ? Answer::Document : Answer::Unclear;
-        }
-        noteReason(shownLocation(location) + ": " + reasonAgainst(reply));
         return answerWithoutDocument(reply);
     };
     Answer answer = ask();
