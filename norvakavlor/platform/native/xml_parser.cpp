@@ -99,6 +99,7 @@ private:
 /// or the one that is still open where the text ceases to be well-formed.
 class Places {
 public:
+    Places() = default; ///< seeks none: runs to the end, or to the fault
     explicit Places(std::span<const size_t> steps) : steps_(steps) {}
 
     bool run(std::string_view utf8) {
@@ -111,6 +112,8 @@ public:
         if (utf8.starts_with("\xEF\xBB\xBF"))
             utf8.remove_prefix(3);
         XML_Parse(parser_, utf8.data(), static_cast<int>(utf8.size()), XML_TRUE);
+        if (ranOut_)
+            throw std::bad_alloc();
         return true;
     }
 
@@ -133,31 +136,47 @@ private:
 
     static void startElement(void* self, const char* name, const char**) {
         Places& places = *static_cast<Places*>(self);
-        const size_t depth = places.open_.size(); // of the root 0
-        bool isOnPath = depth == 0;
-        if (depth > 0) {
-            Open& parent = places.open_.back();
-            isOnPath = parent.isOnPath && depth <= places.steps_.size() &&
-                       parent.children == places.steps_[depth - 1];
-            ++parent.children;
+        try {
+            places.start(name);
+        } catch (const std::bad_alloc&) {
+            places.ranOut_ = true; // raised when expat has stopped: no exception may pass its frames
         }
-        const xml::Position at{XML_GetCurrentLineNumber(places.parser_),
-                               XML_GetCurrentColumnNumber(places.parser_) + 1};
-        if (isOnPath && depth == places.steps_.size() && !places.found_)
-            places.found_ = at;
-        places.open_.push_back({name, at, 0, isOnPath});
+        if (places.ranOut_ || places.found_)
+            XML_StopParser(places.parser_, XML_FALSE);
     }
 
-    static void endElement(void* self, const char*) { static_cast<Places*>(self)->open_.pop_back(); }
+    void start(const char* name) {
+        if (ranOut_ || found_)
+            return;
+        const size_t depth = open_.size(); // of the root 0
+        bool isOnPath = steps_ && depth == 0;
+        if (depth > 0) {
+            Open& parent = open_.back();
+            isOnPath = steps_ && parent.isOnPath && depth <= steps_->size() &&
+                       parent.children == (*steps_)[depth - 1];
+            ++parent.children;
+        }
+        const xml::Position at{XML_GetCurrentLineNumber(parser_), XML_GetCurrentColumnNumber(parser_) + 1};
+        if (isOnPath && depth == steps_->size())
+            found_ = at;
+        open_.push_back({name, at, 0, isOnPath});
+    }
+
+    static void endElement(void* self, const char*) {
+        Places& places = *static_cast<Places*>(self);
+        if (!places.ranOut_ && !places.found_) // the end of an empty element may still come
+            places.open_.pop_back();
+    }
 
     XML_Parser parser_ = nullptr;
-    std::span<const size_t> steps_;
+    std::optional<std::span<const size_t>> steps_;
     std::vector<Open> open_;
     std::optional<xml::Position> found_;
+    bool ranOut_ = false; ///< of memory
 };
 
 std::string openElement(std::string_view utf8) {
-    Places places({});
+    Places places;
     return places.run(utf8) ? places.innermost() : std::string();
 }
 
