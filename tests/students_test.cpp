@@ -70,7 +70,7 @@ TEST_F(Roster, GivesUpAfterThreeWaits) {
     EXPECT_NEAR(now, 3 * (3.0 - 2.75 * 0.2), 0.05);
     EXPECT_TRUE(platform::isReadOnly(file)) << "another's lock stays";
     EXPECT_EQ(errorNumber([&] { roster->Save(file, nullptr); }), 70);
-    EXPECT_EQ(errorNumber([&] { roster->DeleteStudent(file, student("B", "bob"), nullptr); }), 70);
+    EXPECT_EQ(errorNumber([&] { roster->DeleteStudent(file, student("B", "bob").get(), nullptr); }), 70);
     EXPECT_TRUE(roster->ReplaceStudent(file, student("B"), nullptr)) << "its save's failure is passed over";
 }
 

@@ -28,6 +28,9 @@ inline constexpr std::chrono::minutes kTemporaryAge{10};
 
 /// Each platform provides: a UTF-8 path as the file system takes it; "/" and "\" both separate.
 std::filesystem::path localPath(std::string_view utf8);
+/// Each platform provides: where a document's content goes: behind a link to the file that it names, so that
+/// the link stays one. Raises 76 when no file can have this path.
+std::filesystem::path pathBehindLinks(const std::string& path);
 /// Each platform provides: the names of the files in a folder, in any order; none if it is missing. Raises
 /// 70, 57 or 7 if it cannot be read to its end.
 std::vector<std::string> fileNamesIn(const std::string& folder);

@@ -58,7 +58,7 @@ std::string GradiumExam::buildSubmitBody() {
     return body;
 }
 
-bool GradiumExam::SaveOtherExam(const std::string& filename, const Ref<Exam>& theOtherExam,
+bool GradiumExam::SaveOtherExam(const std::string& filename, Exam* theOtherExam,
                                 bool suppressServerErrorMsg) {
     /// Puts the kept exam back, also after an error.
     struct Restore {
@@ -67,7 +67,7 @@ bool GradiumExam::SaveOtherExam(const std::string& filename, const Ref<Exam>& th
         ~Restore() { place = kept; }
     };
     const Restore restore{exam_, exam_};
-    exam_ = theOtherExam;
+    exam_ = Ref<Exam>(theOtherExam);
     return Save(filename, suppressServerErrorMsg);
 }
 

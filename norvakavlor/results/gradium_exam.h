@@ -31,8 +31,7 @@ public:
     /// Fills a COURSE element. Always True.
     bool SaveToXMLNode(xml::Node gradiumExamNode);
     /// Saves another exam instead of theExam, which is restored even after an error.
-    bool SaveOtherExam(const std::string& filename, const Ref<Exam>& theOtherExam,
-                       bool suppressServerErrorMsg = false);
+    bool SaveOtherExam(const std::string& filename, Exam* theOtherExam, bool suppressServerErrorMsg = false);
 
     /// Deletes a local record, even a read-only one. False on failure and for a web address.
     bool Delete(const std::string& filename) const;

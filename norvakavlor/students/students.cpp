@@ -142,12 +142,11 @@ bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& t
     return true;
 }
 
-bool Students::DeleteStudent(const std::string& filename, const Ref<Student>& theStudent, Courses* courses) {
+bool Students::DeleteStudent(const std::string& filename, Student* theStudent, Courses* courses) {
     if (!theStudent)
         throw runtimeError(RuntimeError::ObjectNotSet);
-    // The caller's Ref may lie in this roster and go with it.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps it.
-    const Ref<Student> student = theStudent;
+    // This roster may be all that holds the student.
+    const Ref<Student> student(theStudent);
     const auto remove = [&] {
         // It is fine if this object does not hold the student.
         ignoringErrors([&] { StudentMembers->Remove(student->StudentID); });

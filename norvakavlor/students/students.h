@@ -60,8 +60,7 @@ public:
                         Courses* courses = nullptr);
     /// Removes a student from the stored roster. False if a local roster does not load or is another
     /// document, or if the server refused with a text; the text was shown. A failing local save raises.
-    bool DeleteStudent(const std::string& filename, const Ref<Student>& theStudent,
-                       Courses* courses = nullptr);
+    bool DeleteStudent(const std::string& filename, Student* theStudent, Courses* courses = nullptr);
 
     /// The roster's own object for a user name, case-sensitive; Nothing if there is none.
     Ref<Student> MatchUserName(const std::string& userName) const;

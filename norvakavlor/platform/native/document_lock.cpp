@@ -4,10 +4,10 @@
 #include <chrono>
 #include <exception>
 #include <fcntl.h>
+#include <norvakavlor/platform/document_lock_file.h>
 #include <norvakavlor/platform/document_lock_mark.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/native/document_lock_file.h>
 #include <norvakavlor/platform/native/files_descriptor.h>
 #include <norvakavlor/platform/native/files_temporary.h>
 #include <sys/file.h>
@@ -96,11 +96,6 @@ std::string documentLineOf(const struct stat& state) {
     return lockDocumentLine(state.st_ino, changed);
 }
 
-/// A document that is read-only and has no lock file is read-only for another reason, and gets none.
-LockFile::Opened openLockFile(LockFile& file, const struct stat& document) {
-    return file.open(isReadOnly(document) ? nullptr : &document);
-}
-
 /// What becomes of the lock file and of the attribute at the end of an attempt, an error included.
 struct LockAttempt {
     LockFile& file;
@@ -119,22 +114,6 @@ struct LockAttempt {
 
 } // namespace
 
-DocumentLock::DocumentLock(const std::string& path)
-    : path_(path), target_(pathBehindLinks(path)), lockFile_(std::make_unique<LockFile>(target_)) {}
-
-DocumentLock::~DocumentLock() {
-    // One that is not held may be proof of somebody else's death.
-    if (isHeld_)
-        lockFile_->remove();
-}
-
-LockResult DocumentLock::tryTake() {
-    for (;;) {
-        if (const auto result = tryTakeOnce())
-            return *result;
-    }
-}
-
 /// Nothing when another file came into the place of the one looked at.
 std::optional<LockResult> DocumentLock::tryTakeOnce() {
     struct stat named {};
@@ -145,7 +124,8 @@ std::optional<LockResult> DocumentLock::tryTakeOnce() {
     }
     if (!S_ISREG(named.st_mode))
         throw runtimeError(RuntimeError::PermissionDenied);
-    switch (openLockFile(*lockFile_, named)) {
+    // A document that is read-only and has no lock file is read-only for another reason, and gets none.
+    switch (lockFile_->open(!isReadOnly(named))) {
     case LockFile::Opened::Held:
     case LockFile::Opened::Missing:
         return LockResult::Held;

@@ -11,10 +11,6 @@ namespace norvakavlor::platform {
 /// The error of the system call that failed last.
 Error lastError();
 
-/// Where the content of a path goes: behind a link to the file that it names, so that the link stays one.
-/// Raises 76 when no file can have this path.
-std::filesystem::path pathBehindLinks(const std::string& path);
-
 /// New content on its way to a target: a file of a temporary name in the target's folder, which is removed
 /// unless it took the target's place.
 class TemporaryFile {

@@ -1,9 +1,9 @@
 #include <norvakavlor/platform/document_lock.h>
 
+#include <norvakavlor/platform/document_lock_file.h>
 #include <norvakavlor/platform/document_lock_mark.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/windows/document_lock_file.h>
 #include <norvakavlor/platform/windows/files_handle.h>
 #include <norvakavlor/platform/windows/files_temporary.h>
 #include <norvakavlor/platform/windows/text_wide.h>
@@ -142,22 +142,6 @@ DWORD tryReplaceLocked(TemporaryFile& temporary, const std::string& path, const 
 }
 
 } // namespace
-
-DocumentLock::DocumentLock(const std::string& path)
-    : path_(path), target_(pathBehindLinks(path)), lockFile_(std::make_unique<LockFile>(target_)) {}
-
-DocumentLock::~DocumentLock() {
-    // One that is not held may be proof of somebody else's death.
-    if (isHeld_)
-        lockFile_->remove();
-}
-
-LockResult DocumentLock::tryTake() {
-    for (;;) {
-        if (const auto result = tryTakeOnce())
-            return *result;
-    }
-}
 
 /// Nothing when another file came into the place of the one looked at.
 std::optional<LockResult> DocumentLock::tryTakeOnce() {

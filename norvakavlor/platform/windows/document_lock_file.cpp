@@ -1,12 +1,13 @@
-#include <norvakavlor/platform/windows/document_lock_file.h>
+#include <norvakavlor/platform/document_lock_file.h>
 
 #include <array>
 #include <cstddef>
 #include <cstring>
 #include <norvakavlor/platform/files_back_end.h>
-#include <norvakavlor/platform/windows/files_temporary.h>
+#include <norvakavlor/platform/windows/files_handle.h>
 #include <norvakavlor/platform/windows/text_wide.h>
 #include <utility>
+#include <vector>
 
 namespace norvakavlor::platform {
 namespace {
@@ -28,87 +29,89 @@ bool isNamed(const FileHandle& file, const fs::path& path) {
            ::GetFileInformationByHandle(named.get(), &other) && isSameFile(opened, other);
 }
 
+/// The request to rename a document's lock file before it is removed. The name is that of a temporary file of
+/// the document: one which stays after all is cleaned up with those.
+std::vector<std::byte> removalRequest(const fs::path& document) {
+    const fs::path path = document.parent_path() / toWide(temporaryName(documentName(document)));
+    const std::wstring& name = path.native();
+    const size_t nameBytes = name.size() * sizeof(wchar_t);
+    std::vector<std::byte> bytes(sizeof(FILE_RENAME_INFO) + nameBytes);
+    FILE_RENAME_INFO request{};
+    request.FileNameLength = static_cast<DWORD>(nameBytes);
+    std::memcpy(bytes.data(), &request, sizeof request);
+    std::memcpy(bytes.data() + offsetof(FILE_RENAME_INFO, FileName), name.data(), nameBytes);
+    return bytes;
+}
+
 } // namespace
 
-DWORD lockFarByte(const FileHandle& file) {
-    OVERLAPPED place{};
-    place.OffsetHigh = 0x40000000;
-    return ::LockFileEx(file.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place)
-               ? DWORD{ERROR_SUCCESS}
-               : ::GetLastError();
-}
-
-bool isSameFile(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other) {
-    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
-           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
-}
+struct LockFile::OpenFile {
+    FileHandle handle;
+    std::vector<std::byte> removal; ///< the request to rename it, made while there is memory
+};
 
 LockFile::LockFile(fs::path document)
     : document_(std::move(document)),
-      path_(document_.parent_path() / toWide(lockFileName(documentName(document_)))) {}
+      path_(document_.parent_path() / toWide(lockFileName(documentName(document_)))),
+      file_(std::make_unique<OpenFile>()) {}
 
-/// The name is that of a temporary file of the document: one which stays after all is cleaned up with those.
-void LockFile::prepareRemoval() {
-    const fs::path path = document_.parent_path() / toWide(temporaryName(documentName(document_)));
-    const std::wstring& name = path.native();
-    const size_t nameBytes = name.size() * sizeof(wchar_t);
-    removal_.assign(sizeof(FILE_RENAME_INFO) + nameBytes, std::byte{});
-    FILE_RENAME_INFO request{};
-    request.FileNameLength = static_cast<DWORD>(nameBytes);
-    std::memcpy(removal_.data(), &request, sizeof request);
-    std::memcpy(removal_.data() + offsetof(FILE_RENAME_INFO, FileName), name.data(), nameBytes);
-}
+LockFile::~LockFile() = default;
 
 LockFile::Opened LockFile::open(bool make) {
-    prepareRemoval();
+    file_->removal = removalRequest(document_);
+    FileHandle& file = file_->handle;
     for (;;) {
         const DWORD failure = retryWhileHeld([&] {
-            file_ =
+            file =
                 openShared(path_, GENERIC_READ | GENERIC_WRITE | DELETE, make ? OPEN_ALWAYS : OPEN_EXISTING);
-            return file_ ? DWORD{ERROR_SUCCESS} : ::GetLastError();
+            return file ? DWORD{ERROR_SUCCESS} : ::GetLastError();
         });
         if (failure == ERROR_FILE_NOT_FOUND && !make)
             return Opened::Missing;
         if (failure != ERROR_SUCCESS)
             throw runtimeError(errorOfCode(failure));
-        const DWORD error = lockFarByte(file_);
+        const DWORD error = lockFarByte(file);
         if (error != ERROR_SUCCESS) {
-            file_.close();
+            file.close();
             return isHeldByOthers(error) ? Opened::Held : Opened::Impossible;
         }
         // Whoever had it locked may have removed it meanwhile.
-        if (isNamed(file_, path_))
+        if (isNamed(file, path_))
             return Opened::Locked;
-        file_.close();
+        file.close();
     }
 }
+
+void LockFile::close() noexcept { file_->handle.close(); }
+
+bool LockFile::isOpen() const { return static_cast<bool>(file_->handle); }
 
 void LockFile::remove() noexcept {
     // A deletion ends when the last handle does. Until then its name would be in the way of the next lock
     // file, so it goes under another one.
-    if (file_ && ::SetFileInformationByHandle(file_.get(), FileRenameInfo, removal_.data(),
-                                              static_cast<DWORD>(removal_.size()))) {
+    if (isOpen() && ::SetFileInformationByHandle(file_->handle.get(), FileRenameInfo, file_->removal.data(),
+                                                 static_cast<DWORD>(file_->removal.size()))) {
         FILE_DISPOSITION_INFO deletion{};
         deletion.DeleteFile = TRUE;
-        ::SetFileInformationByHandle(file_.get(), FileDispositionInfo, &deletion, sizeof deletion);
+        ::SetFileInformationByHandle(file_->handle.get(), FileDispositionInfo, &deletion, sizeof deletion);
     }
-    file_.close();
+    close();
 }
 
 std::string LockFile::text() const {
     std::array<char, 1024> text{};
     DWORD length = 0;
-    if (::SetFilePointer(file_.get(), 0, nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER ||
-        !::ReadFile(file_.get(), text.data(), text.size(), &length, nullptr))
+    if (::SetFilePointer(file_->handle.get(), 0, nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER ||
+        !::ReadFile(file_->handle.get(), text.data(), text.size(), &length, nullptr))
         throw runtimeError(errorOfCode(::GetLastError()));
     return {text.data(), length};
 }
 
 void LockFile::write(std::string_view text) const {
     DWORD length = 0;
-    if (::SetFilePointer(file_.get(), 0, nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER ||
-        !::WriteFile(file_.get(), text.data(), static_cast<DWORD>(text.size()), &length, nullptr) ||
-        !::SetEndOfFile(file_.get()) || !::FlushFileBuffers(file_.get()))
+    if (::SetFilePointer(file_->handle.get(), 0, nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER ||
+        !::WriteFile(file_->handle.get(), text.data(), static_cast<DWORD>(text.size()), &length, nullptr) ||
+        !::SetEndOfFile(file_->handle.get()) || !::FlushFileBuffers(file_->handle.get()))
         throw runtimeError(errorOfCode(::GetLastError()));
 }
 

@@ -46,4 +46,17 @@ RuntimeError errorOfCode(DWORD code) {
     }
 }
 
+DWORD lockFarByte(const FileHandle& file) {
+    OVERLAPPED place{};
+    place.OffsetHigh = 0x40000000;
+    return ::LockFileEx(file.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place)
+               ? DWORD{ERROR_SUCCESS}
+               : ::GetLastError();
+}
+
+bool isSameFile(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other) {
+    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
+}
+
 } // namespace norvakavlor::platform

@@ -49,6 +49,12 @@ template <class Step> DWORD retryWhileHeld(Step step, DWORD pause = 25) {
     return error;
 }
 
+/// Locks a byte far behind the end of every file, where readers never meet it. The system frees it with the
+/// handle. The native product locks the same byte of a lock file. The system's error, 0 when it is locked.
+DWORD lockFarByte(const FileHandle& file);
+
+bool isSameFile(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other);
+
 /// The runtime's error for a system error.
 RuntimeError errorOfCode(DWORD code);
 

@@ -1,5 +1,6 @@
 #include <norvakavlor/platform/files.h>
 
+#include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/windows/files_temporary.h>
 
 namespace norvakavlor::platform {

@@ -8,10 +8,6 @@
 
 namespace norvakavlor::platform {
 
-/// Where a document's content goes: behind a link to the file that it names, so that the link stays one.
-/// Raises 76 for what names no file.
-std::filesystem::path pathBehindLinks(const std::string& path);
-
 /// New content on its way to a target: a file of a temporary name in the target's folder, which is removed
 /// unless it took the target's place.
 class TemporaryFile {
