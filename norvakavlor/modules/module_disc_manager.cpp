@@ -1,12 +1,14 @@
 #include <norvakavlor/modules/module_disc_manager.h>
 
 #include <norvakavlor/runtime/describe.h>
-#include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/operation.h>
+#include <norvakavlor/store/reading.h>
 
 namespace norvakavlor {
 
 bool ModuleDiscManager::LoadConfigFile(const std::string& xmlFileName) {
-    const auto document = readLocalDocument(xmlFileName);
+    const auto document =
+        Operation("load", "Modules", xmlFileName).run([&] { return readLocalDocument(xmlFileName); });
     if (!document)
         return false;
     // Both carry over to the next element, so a file for several modules is named once.

@@ -149,11 +149,13 @@ std::optional<SourceDocument> readDocument(std::string_view kind, const std::str
 
 std::optional<SourceDocument> readDocumentIn(std::string_view kind, const std::string& directory,
                                              const std::string& fileName) {
-    if (!IsURL(directory))
-        return readLocalDocument(directory + fileName);
-    return fetchDocument(
-        URLBase(directory) + fileName,
-        {.endpoint = kLoadEndpoint, .kind = kind, .location = directory, .fileName = fileName});
+    const std::string location = (IsURL(directory) ? URLBase(directory) : directory) + fileName;
+    return Operation("load", kind, location).run([&] {
+        if (!IsURL(directory))
+            return readLocalDocument(location);
+        return fetchDocument(
+            location, {.endpoint = kLoadEndpoint, .kind = kind, .location = directory, .fileName = fileName});
+    });
 }
 
 std::optional<SourceDocument> readLocalDocument(const std::string& path) {
