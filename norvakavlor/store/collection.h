@@ -71,9 +71,12 @@ public:
                                              std::string_view parameters = {}) {
         LoadedMembers loaded;
         loaded.location_ = location;
+        const size_t before = faultCount();
         loaded.document_ = readMembers(
             kind, location, [&](xml::Node node, std::string_view text) { loaded.take(node, text, read); },
             parameters);
+        if (loaded.document_)
+            loaded.document_->locateFaults(before);
         return loaded.document_ ? std::optional(std::move(loaded)) : std::nullopt;
     }
 
@@ -115,9 +118,9 @@ private:
                     noteMissingID(node, *member);
                     members_.emplace_back(std::move(member), position);
                 },
-                [&](const Error& error) {
-                    return locatedIn(text, location_, ofMember(xml::at(node, error), position));
-                });
+                [&](const Error& error) { return ofMember(xml::at(node, error), position); });
+        } catch (const Error& error) {
+            fault_ = std::make_exception_ptr(locatedIn(text, location_, error));
         } catch (const std::exception&) {
             fault_ = std::current_exception();
         }

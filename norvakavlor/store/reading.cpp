@@ -106,6 +106,34 @@ std::optional<SourceDocument> ofKindIfChecked(std::optional<SourceDocument> docu
 
 Error SourceDocument::located(const Error& error) const { return locatedIn(text_, location_, error); }
 
+void SourceDocument::locateFaults(size_t first) const {
+    FaultCollector* const collector = FaultCollector::current();
+    if (!collector)
+        return;
+    std::vector<ErrorPlace*> places;
+    std::vector<platform::Steps> wanted;
+    const auto take = [&](ErrorPlace& place) {
+        if (!place.document.empty())
+            return;
+        place.document = shownLocation(location_);
+        if (place.member.empty())
+            return;
+        places.push_back(&place);
+        wanted.push_back(place.steps);
+    };
+    for (size_t at = first; at < collector->faults.size(); ++at)
+        take(collector->faults[at].place);
+    for (Fault& mention : collector->mentions)
+        take(mention.place);
+    const auto positions = platform::positionsOf(text_, wanted);
+    for (size_t at = 0; at < places.size(); ++at) {
+        if (positions[at]) {
+            places[at]->line = positions[at]->line;
+            places[at]->column = positions[at]->column;
+        }
+    }
+}
+
 bool isOfKind(const SourceDocument& document, const DocumentNames& names) {
     const std::string_view root = document.root().name();
     if (root != names.root)
@@ -117,7 +145,7 @@ bool isOfKind(const SourceDocument& document, const DocumentNames& names) {
 Error locatedIn(std::string_view text, std::string_view location, const Error& error) {
     ErrorPlace place = error.place();
     place.document = shownLocation(location);
-    if (const auto at = place.member.empty() ? std::nullopt : platform::positionOf(text, place.steps)) {
+    if (const auto at = place.member.empty() ? std::nullopt : platform::positionsOf(text, {place.steps})[0]) {
         place.line = at->line;
         place.column = at->column;
     }
