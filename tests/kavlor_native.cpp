@@ -72,7 +72,7 @@ TEST(Kavlor, CommandsSayWhatTheyDidAndHowItEnded) {
          0,
          {"StudentID,LastName,FirstName,MiddleInit,Course,Section,UserName\nSID00009,Müller,", "Wójcik"}},
         {"roster curriculum/students.xml --sort Age", 2, {"students have no field Age"}},
-        {"roster broken.xml", 2, {"broken.xml is missing or no well-formed document"}},
+        {"roster broken.xml", 2, {"broken.xml: line 1, column 20: no element found"}},
         {"roster curriculum/students.xml --import new.csv",
          1,
          {"new.csv:3: refused: there is no name",

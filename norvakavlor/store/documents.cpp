@@ -160,10 +160,13 @@ Ref<KeyedCollection<TitleFilename>> listDocuments(std::string_view kind, const s
 
 LocalListing listLocalFiles(const std::string& location, const NameTest& accepts) {
     LocalListing listing{EnsureTrailingSlash(location), {}};
-    for (std::string& fileName : platform::listFiles(location)) {
-        if (accepts(fileName))
-            listing.fileNames.push_back(std::move(fileName));
-    }
+    Operation("list", {}, location).run([&] {
+        for (std::string& fileName : platform::listFiles(location)) {
+            if (accepts(fileName))
+                listing.fileNames.push_back(std::move(fileName));
+        }
+        return true;
+    });
     return listing;
 }
 

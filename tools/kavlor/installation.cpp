@@ -68,8 +68,12 @@ Installation::Installation(const std::string& folder, size_t depth)
                 found.files.push_back(name);
             }
         }
-        if (unreadable)
+        if (unreadable && next == 0)
+            throw Failure("the folder " + folder + " cannot be read");
+        if (unreadable) {
             faults.push_back({relative(found.path), "the folder cannot be read"});
+            continue;
+        }
         std::sort(found.files.begin(), found.files.end());
         std::sort(below.begin(), below.end());
         for (const fs::path& folderBelow : below)

@@ -1,5 +1,6 @@
 #include "command.h"
 #include "console.h"
+#include "installation.h"
 
 #include <cstdio>
 #include <memory>
@@ -41,12 +42,12 @@ int replayExam(GradiumExam& record) {
 int replayLesson(const ReplayOptions& options) {
     auto record = New<GradiumLesson>();
     if (!record->Load(options.record, nullptr, options.titleFile))
-        throw Failure(options.record + " is no well-formed document");
+        throw Failure(options.record + ": " + reasonAbout(options.record));
     requireHost(*record);
     auto lesson = New<Lesson>();
     // A record does not bring its lesson back, so that stands in a file of its own.
     if (!lesson->Load(options.lesson, nullptr))
-        throw Failure(options.lesson + " is missing or no well-formed document");
+        throw Failure(options.lesson + ": " + reasonAbout(options.lesson));
     if (lesson->Tasks->empty())
         throw Failure(options.lesson + " holds no tasks: it is no lesson");
     record->SetTheLesson(lesson);
@@ -81,7 +82,7 @@ int replay(const ReplayOptions& options) {
         return replayLesson(options);
     auto record = New<GradiumExam>();
     if (!record->Load(options.record, nullptr, options.titleFile))
-        throw Failure(options.record + " is no well-formed document");
+        throw Failure(options.record + ": " + reasonAbout(options.record));
     // The same reader takes any document; one of another kind leaves the record empty.
     if (record->CourseID.empty() && record->SubmitHost.empty())
         return replayLive(options);

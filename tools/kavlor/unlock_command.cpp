@@ -1,5 +1,6 @@
 #include "command.h"
 #include "console.h"
+#include "installation.h"
 
 #include <cstdio>
 #include <memory>
@@ -20,7 +21,7 @@ struct UnlockOptions {
 std::string faultOf(const std::string& roster) {
     auto students = New<Students>();
     try {
-        return students->Load(roster, nullptr) ? "" : "it is no well-formed document";
+        return students->Load(roster, nullptr) ? "" : reasonAbout(roster);
     } catch (const Error& error) {
         return isOutOfMemory(error) ? throw : describe(error);
     }
