@@ -3,6 +3,8 @@
 #include "installation.h"
 
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <norvakavlor/norvakavlor.h>
 
@@ -57,6 +59,15 @@ int replayLesson(const ReplayOptions& options) {
 }
 
 /// An accepted record of a live exercise is stored without its scores: a copy of the file keeps them.
+std::string contentOf(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool haveSameContent(const std::filesystem::path& one, const std::filesystem::path& other) {
+    return std::filesystem::exists(other) && contentOf(one) == contentOf(other);
+}
+
 int replayLive(const ReplayOptions& options) {
     auto record = New<LiveExResults>();
     if (!record->Load(options.record) || record->Scores->empty())
@@ -65,7 +76,9 @@ int replayLive(const ReplayOptions& options) {
         throw Failure("no launch waits for the exercise " + record->ExamID);
     const std::filesystem::path path = pathFrom(options.record);
     const std::filesystem::path copy = pathFrom(options.record + ".scores");
-    std::filesystem::copy_file(path, copy); // raises when there is one: it may be the only one
+    // One that is there may be the only one, unless a replay that was cut off left it.
+    if (!haveSameContent(path, copy))
+        std::filesystem::copy_file(path, copy);
     record->Save(options.record, false);
     const bool accepted = !record->GetGradiumLiveEx();
     if (accepted)
