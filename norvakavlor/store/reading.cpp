@@ -54,6 +54,20 @@ bool looksLikePage(std::string_view text) {
                                                equalIgnoringCase(text.substr(start, 14), "<!doctype html"));
 }
 
+void noteIllFormed(const std::string& location, std::string_view text, platform::ParseError error) {
+    if (looksLikePage(text))
+        error.reason += " (an HTML page)";
+    noteParseError(location, error);
+}
+
+/// What was found in the members of a document that is none after all says nothing.
+void forgetFaults(size_t first, size_t end) {
+    if (FaultCollector* const collector = FaultCollector::current()) {
+        const auto begin = collector->faults.begin();
+        collector->faults.erase(begin + static_cast<ptrdiff_t>(first), begin + static_cast<ptrdiff_t>(end));
+    }
+}
+
 /// The text of a file; nothing when its bytes are not what its encoding allows.
 std::optional<std::string> decodedFile(const std::string& path) {
     std::string bytes = platform::readFile(path);
@@ -73,9 +87,7 @@ std::optional<SourceDocument> parsed(const std::string& location, std::string te
     platform::ParseError error;
     auto tree = platform::parseXml(text, &error);
     if (!tree) {
-        if (looksLikePage(text))
-            error.reason += " (an HTML page)";
-        noteParseError(location, error);
+        noteIllFormed(location, text, std::move(error));
         return std::nullopt;
     }
     return SourceDocument(std::move(*tree), location, std::move(text));
@@ -197,8 +209,8 @@ std::optional<SourceDocument> parseLocalDocument(const std::string& path) {
 
 std::optional<SourceDocument> readMembers(std::string_view kind, const std::string& location,
                                           const SourceHandler& onMember, std::string_view parameters) {
-    if (IsURL(location) || FaultCollector::current()) {
-        // A reply must be looked at as a whole before it counts as a document, and so must what is checked.
+    if (IsURL(location)) {
+        // A reply must be looked at as a whole before it counts as a document.
         auto document = readDocument(kind, location, parameters);
         for (const xml::Node child : xml::children(document ? document->root() : xml::Node()))
             onMember(child, document->text());
@@ -209,14 +221,21 @@ std::optional<SourceDocument> readMembers(std::string_view kind, const std::stri
             auto text = decodedFile(location);
             if (!text)
                 return std::nullopt;
+            const size_t before = faultCount();
             platform::ParseError error;
             auto tree = platform::parseMembers(
                 *text, [&](xml::Node member) { onMember(member, *text); }, &error);
+            const size_t end = faultCount();
             if (!tree) {
-                noteParseError(location, error);
+                forgetFaults(before, end);
+                noteIllFormed(location, *text, std::move(error));
                 return std::nullopt;
             }
-            return SourceDocument(std::move(*tree), location, std::move(*text));
+            auto document =
+                ofKindIfChecked(SourceDocument(std::move(*tree), location, std::move(*text)), kind);
+            if (!document)
+                forgetFaults(before, end);
+            return document;
         });
     });
 }
