@@ -5,7 +5,8 @@
 #include <norvakavlor/component/identifiers.h>
 #include <norvakavlor/platform/windows/registry_key.h>
 #include <norvakavlor/platform/windows/text_wide.h>
-#include <string_view>
+#include <norvakavlor/version.h>
+#include <string>
 #include <vector>
 
 namespace norvakavlor {
@@ -13,7 +14,6 @@ namespace {
 
 using platform::toWide;
 
-constexpr std::wstring_view kVersion = L"1.0";
 constexpr bool kIs64Bit = sizeof(void*) == 8;
 constexpr const wchar_t* kPlatformKey = kIs64Bit ? L"win64" : L"win32";
 /// Where the other bitness registers its classes.
@@ -44,8 +44,12 @@ std::wstring classKey(const ClassInfo& info) {
 std::wstring interfaceKey(const ClassInfo& info) {
     return L"Interface\\" + toRegistryText(identifiersOf(info.name).interfaceId);
 }
+/// The type library's version; a patch does not change that.
+std::wstring libraryVersion() {
+    return std::to_wstring(kVersionMajor) + L"." + std::to_wstring(kVersionMinor);
+}
 std::wstring libraryKey() { return L"TypeLib\\" + toRegistryText(kTypeLibraryId); }
-std::wstring versionKey() { return libraryKey() + L"\\" + std::wstring(kVersion); }
+std::wstring versionKey() { return libraryKey() + L"\\" + libraryVersion(); }
 
 void appendClass(std::vector<Entry>& entries, const ClassInfo& info, const std::wstring& path) {
     const std::wstring classText = toRegistryText(identifiersOf(info.name).classId);
@@ -53,7 +57,7 @@ void appendClass(std::vector<Entry>& entries, const ClassInfo& info, const std::
     entries.push_back({programKey(info) + L"\\CLSID", L"", classText});
     const std::wstring key = classKey(info);
     // The version comes first: a removal needs it, even if the rest could not be written.
-    entries.push_back({key + L"\\Version", L"", std::wstring(kVersion)});
+    entries.push_back({key + L"\\Version", L"", libraryVersion()});
     entries.push_back({key, L"", toWide(info.summary)});
     entries.push_back({key + L"\\InprocServer32", L"", path});
     entries.push_back({key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"});
@@ -64,7 +68,7 @@ void appendClass(std::vector<Entry>& entries, const ClassInfo& info, const std::
 
 void appendInterface(std::vector<Entry>& entries, const ClassInfo& info) {
     const std::wstring key = interfaceKey(info);
-    entries.push_back({key + L"\\TypeLib", L"Version", std::wstring(kVersion)});
+    entries.push_back({key + L"\\TypeLib", L"Version", libraryVersion()});
     entries.push_back({key, L"", L"_" + toWide(info.name)});
     entries.push_back({key + L"\\ProxyStubClsid32", L"", kDispatchMarshaller});
     entries.push_back({key + L"\\TypeLib", L"", toRegistryText(kTypeLibraryId)});
@@ -72,7 +76,7 @@ void appendInterface(std::vector<Entry>& entries, const ClassInfo& info) {
 
 void appendLibrary(std::vector<Entry>& entries, const std::wstring& path) {
     const std::wstring key = versionKey();
-    entries.push_back({key, L"", L"NorvaKavlor 1.0"});
+    entries.push_back({key, L"", L"NorvaKavlor " + libraryVersion()});
     entries.push_back({key + L"\\0\\" + kPlatformKey, L"", path});
     entries.push_back({key + L"\\FLAGS", L"", L"0"});
     entries.push_back({key + L"\\HELPDIR", L"", path.substr(0, path.find_last_of(L'\\'))});
@@ -123,7 +127,7 @@ public:
         DWORD size = sizeof text;
         return ::RegGetValueW(root_.key, (root_.path + key).c_str(), name, RRF_RT_REG_SZ, nullptr, text,
                               &size) == ERROR_SUCCESS &&
-               std::wstring_view(text) == kVersion;
+               text == libraryVersion();
     }
 
     HRESULT result() const { return first_ == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(first_); }
