@@ -105,15 +105,14 @@ public:
             note(status);
     }
 
-    bool hasSubkeys(const std::wstring& name) const {
-        platform::RegistryKey key;
-        if (::RegOpenKeyExW(root_.key, (root_.path + name).c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS)
-            return false;
-        DWORD count = 0;
-        ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
-                           nullptr, nullptr, nullptr);
-        return count > 0;
+    /// Removes a key that has neither subkeys nor values: it says nothing to anybody.
+    void removeIfEmpty(const std::wstring& key) {
+        const Content content = contentOf(key);
+        if (content.subkeys == 0 && content.values == 0)
+            removeIfLeaf(key);
     }
+
+    bool hasSubkeys(const std::wstring& key) const { return contentOf(key).subkeys > 0; }
 
     bool isInOtherView(const std::wstring& name) const {
         platform::RegistryKey key;
@@ -133,6 +132,20 @@ public:
     HRESULT result() const { return first_ == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(first_); }
 
 private:
+    struct Content {
+        DWORD subkeys = 0;
+        DWORD values = 0;
+    };
+
+    Content contentOf(const std::wstring& name) const {
+        platform::RegistryKey key;
+        Content content;
+        if (::RegOpenKeyExW(root_.key, (root_.path + name).c_str(), 0, KEY_READ, key.put()) == ERROR_SUCCESS)
+            ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &content.subkeys, nullptr, nullptr,
+                               &content.values, nullptr, nullptr, nullptr, nullptr);
+        return content;
+    }
+
     void note(LSTATUS status) {
         if (first_ == ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)
             first_ = static_cast<DWORD>(status);
@@ -183,6 +196,9 @@ HRESULT unregisterClasses(RegistrationScope scope) {
     if (!removal.hasSubkeys(version + L"\\0"))
         removal.removeTree(version);
     removal.removeIfLeaf(libraryKey());
+    // A user who had no classes before has none of these keys; the machine always has something in them.
+    for (const wchar_t* key : {L"CLSID", L"Interface", L"TypeLib"})
+        removal.removeIfEmpty(key);
     return removal.result();
 }
 
