@@ -7,7 +7,7 @@ int main() {
     student->FirstName = "Mila";
     student->LastName = "Novak";
     auto roster = New<Students>();
-    if (!roster->AddStudent("roster.xml", student))
+    if (!roster->AddStudent("students.xml", student))
         return 1;
     for (const Ref<Student>& one : *roster->StudentMembers)
         std::cout << one->StudentID << ' ' << one->FirstName << ' ' << one->LastName << '\n';
