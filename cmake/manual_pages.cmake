@@ -2,20 +2,16 @@
 find_program(HELP2MAN help2man)
 
 # A page of a program, or of one of its commands: kavlor-check.1.gz says what `kavlor check --help` does.
-function(add_manual_page program title)
+function(add_manual_page program)
     if(NOT HELP2MAN)
         return()
     endif()
-    list(JOIN ARGN " " command)
-    string(STRIP "${program} ${command}" said)
-    string(REPLACE " " "-" page "${said}")
-    set(file ${PROJECT_BINARY_DIR}/man/${page}.1)
-    add_custom_command(OUTPUT ${file}.gz
+    list(JOIN ARGV "-" page)
+    set(file ${PROJECT_BINARY_DIR}/man/${page}.1.gz)
+    set(maker ${PROJECT_SOURCE_DIR}/packaging/manual_page)
+    add_custom_command(OUTPUT ${file}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/man
-        COMMAND ${HELP2MAN} -N --version-string=${PROJECT_VERSION} -n ${title} -o ${file}
-            "$<TARGET_FILE_DIR:${program}>/./${said}"
-        COMMAND sed -i "s/^${said} /${page} /" ${file}
-        COMMAND gzip -9nf ${file}
-        DEPENDS ${program} VERBATIM)
-    add_custom_target(manual_${page} ALL DEPENDS ${file}.gz)
+        COMMAND ${maker} ${PROJECT_VERSION} ${file} $<TARGET_FILE:${program}> ${ARGN}
+        DEPENDS ${program} ${maker} VERBATIM)
+    add_custom_target(manual_${page} ALL DEPENDS ${file})
 endfunction()
