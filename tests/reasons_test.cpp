@@ -126,7 +126,7 @@ TEST(Log, TellsEachOperationAndItsReasonWithoutSecrets) {
     New<Security>()->Login(misbehaving("404"));
     const auto student = New<Student>();
     student->StudentID = "S";
-    New<Students>()->DeleteStudent(busy + "s.xml", student);
+    New<Students>()->DeleteStudent(busy + "s.xml", student.get());
     setLog(former);
     const auto line = [](const std::string& begin, const std::string& reason) {
         return AllOf(StartsWith(begin + " - "), HasSubstr(reason));

@@ -211,7 +211,7 @@ std::optional<LockOwner> lockOwner(const std::string& path) {
     auto owner = lockOwnerIn(mark, documentLineOf(state));
     if (owner && owner->state == LockOwner::State::Unknown) {
         ignoringErrors([&] {
-            const auto opened = lockFile.open(nullptr);
+            const auto opened = lockFile.open(false);
             if (opened == LockFile::Opened::Held)
                 owner->state = LockOwner::State::Runs;
             else if (opened == LockFile::Opened::Locked)
