@@ -22,7 +22,7 @@ public:
     /// Adds a document's questions, those before a faulty one. False, and nothing changed, if it is missing,
     /// unreachable or ill-formed. Raises object errors for a faulty question: 641 an objective and 642 a task
     /// that the arguments lack; 643, 644, 646, 647 a missing step; 645 a missing index; 651, 652, 649, 648 a
-    /// repeated step; 653 a repeated ID.
+    /// repeated step; 653 a repeated ID. Raises 13 or 6 for an index that is not a 16-bit number.
     bool Load(const std::string& fileName, Objectives* objectives = nullptr, TaskPool* taskPool = nullptr);
     /// The same from a questionPool element. Raises as Load does.
     bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives = nullptr, TaskPool* taskPool = nullptr);

@@ -21,7 +21,7 @@ template <class T> class [[gnu::visibility("default")]] KeyedCollection;
 /// An ordered collection whose items may have a key. Items keep the order in which they were added; keys
 /// compare without regard to letter case. A class holds `KeyedCollection<Student>` for shared objects and
 /// `KeyedCollection<std::string>` for texts. Appending and looking up by key or index take constant time;
-/// removing shifts what follows.
+/// removing shifts what follows. Clients know it as `Collection`.
 template <class T> class KeyedCollection final : public Object {
     struct Entry;
 
