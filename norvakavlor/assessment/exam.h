@@ -98,12 +98,13 @@ public:
     /// The exams of a type (ExamTypes) at a location; unreadable files are left out. Raises 70 or 57 if a
     /// local folder cannot be read and 0x800C0005 if no reply comes.
     Ref<KeyedCollection<TitleFilename>> GetExams(const std::string& location, int32_t examType) const;
-    /// The same as rows with results; if `studentID` is not empty, of that student's attempts. Locally the
-    /// name is searched for the student, so "A" also finds attempts of "A_B"; a file with a bad percentage is
-    /// left out. Raises 6 or 13 for a bad number from a server, and as GetExams does.
+    /// The exams of a type as rows with results; if `studentID` is not empty, of that student's attempts.
+    /// Locally the name is searched for the student, so "A" also finds attempts of "A_B"; a file with a bad
+    /// percentage is left out. Raises 6 or 13 for a bad number from a server, and as GetExams does.
     Ref<KeyedCollection<ExamInfo>> GetExamInfo(const std::string& location, const std::string& studentID,
                                                int32_t examType) const;
-    /// The same from a server that gives each row's Source as a sixth field. Raises as GetExamInfo does.
+    /// Like GetExamInfo, from a server that gives each row's Source as a sixth field. Raises as GetExamInfo
+    /// does.
     Ref<KeyedCollection<ExamInfo>> GetExamInfo2(const std::string& location, const std::string& studentID,
                                                 int32_t examType) const;
     /// A student's first attempt at each exam; every attempt file if `studentID` is empty. Raises as GetExams

@@ -49,7 +49,8 @@ public:
 
     /// Sets the password; "" removes it. Raises 9 beyond 256 characters.
     void SetPassword(const std::string& password);
-    /// If no password is in force, any one passes. Raises 9 beyond 256 characters if one is.
+    /// Does a password open the exam? If none is in force, any one does. Raises 9 beyond 256 characters if
+    /// one is.
     bool CheckPassword(const std::string& password) const;
 
     static const ClassInfo& classInfo();

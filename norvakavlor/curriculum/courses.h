@@ -18,7 +18,7 @@ public:
     std::string ID;   ///< key within the course
     std::string Name; ///< section name
 
-    /// A field without a child keeps its value. Always True.
+    /// Reads a section element; a field without a child keeps its value. Always True.
     bool LoadFromXMLNode(xml::Node node);
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 

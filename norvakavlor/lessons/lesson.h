@@ -19,7 +19,7 @@ public:
     std::string CourseID;
     std::string SectionID;
 
-    /// A field without a child keeps its value. Always True.
+    /// Reads a lessonAssignment element; a field without a child keeps its value. Always True.
     bool LoadFromXMLNode(xml::Node objNode);
     bool SaveToXMLNode(xml::Node objNode) const;
 
@@ -79,8 +79,8 @@ public:
 
     /// Has every task a completion date? True for a lesson without tasks.
     bool CalcLessonComplete() const;
-    /// The same for a document; True if it is missing, unreachable or ill-formed: menus rely on it. Raises as
-    /// Load does.
+    /// CalcLessonComplete for a document; True if it is missing, unreachable or ill-formed: menus rely on it.
+    /// Raises as Load does.
     bool CalcLessonFileComplete(const std::string& filename, TaskPool* taskPool = nullptr) const;
 
     /// For the library itself: this authored lesson goes to a student whose copy did not load.

@@ -23,7 +23,8 @@ public:
     std::string UserName;
     bool hasPassword = false; ///< is a password in force?
 
-    /// If no password is in force, any one passes. Raises 9 beyond 256 characters if one is.
+    /// Is it the student's password? If none is in force, any one passes. Raises 9 beyond 256 characters if
+    /// one is.
     bool CheckPassword(const std::string& password) const;
     /// Sets the password and hasPassword; "" removes it. Raises 9 beyond 256 characters.
     void SetPassword(const std::string& password);

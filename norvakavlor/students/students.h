@@ -29,8 +29,8 @@ public:
     /// ill-formed. Raises as Student::LoadFromXMLNode does, 457 for a repeated ID or user name, 6 or 13 if
     /// the counter is not a 16-bit number; students before it stay.
     bool Load(const std::string& filename, Courses* courses = nullptr);
-    /// The same for a course, section or student, if a server holds the roster. A local file is loaded whole.
-    /// Raises as Load does.
+    /// Like Load, for a course, section or student, if a server holds the roster. A local file is loaded
+    /// whole. Raises as Load does.
     bool LoadWithFilter(const std::string& filename, Courses* courses = nullptr,
                         const std::string& courseID = {}, const std::string& sectionID = {},
                         const std::string& studentID = {});

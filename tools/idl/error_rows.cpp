@@ -66,7 +66,8 @@ Table table() {
 
     const Rows student{{{91}, "a student's element lacks `id` or `name`"},
                        {{object(631)}, "`courses` lacks the course"},
-                       {{object(632), object(633)}, "the section has no course, or `courses` lacks it"}};
+                       {{object(632), object(633)},
+                        "the section has no course, or `courses` lacks it; what was read before stays"}};
     const Rows repeatedStudent{{{457}, "an ID or a user name is repeated; the students before it stay"}};
     const Rows roster =
         student + repeatedStudent + Rows{{{13, 6}, "the counter of IDs is not a 16-bit number"}};
@@ -228,7 +229,7 @@ const Table& errorRows() {
 
 const std::vector<ErrorMeaning>& errorMeanings() {
     static const std::vector<ErrorMeaning> meanings = {
-        {5, "Nothing has this key; or the argument cannot be used here."},
+        {5, "No item has this key, or the argument cannot be used here."},
         {6, "A number is too large.", true},
         {7, "Memory ran out (`std::bad_alloc` in C++).", true},
         {9, "A position or an index outside a collection, an array or a list of properties; a text that is "

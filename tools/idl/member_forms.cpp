@@ -108,9 +108,12 @@ std::string scriptForm(const ClassInfo& info, const Member& member) {
         separator = ", ";
     }
     text += ")";
+    // An indexed property that only takes a value shows that.
+    if (!member.get)
+        return text + " = value";
     if (member.type.kind != Type::Kind::None)
         text += " As " + scriptType(member.type);
-    return text;
+    return member.put ? text + ", and = value" : text;
 }
 
 std::string pythonForm(const ClassInfo& info, const Member& member) {
@@ -130,7 +133,8 @@ std::string pythonForm(const ClassInfo& info, const Member& member) {
     if (member.kind == Member::Kind::Method)
         return name + "(" + list + ") -> " + pythonResult(member);
     // An indexed property stands for its entries.
-    return name + "[" + inputs.front().name + "]" + (member.put ? " = value" : "");
+    const std::string entry = name + "[" + inputs.front().name + "]";
+    return !member.get ? entry + " = value" : member.put ? entry + ", and = value" : entry;
 }
 
 } // namespace norvakavlor

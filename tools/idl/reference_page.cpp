@@ -3,6 +3,7 @@
 #include <map>
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/enumerations.h>
+#include <regex>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -211,6 +212,20 @@ void Page::writeContents() {
     text_ += "Then the " + linkTo("Named numbers") + " and the " + linkTo("Errors") + ".\n";
 }
 
+/// "Tutorial::LoadFromXMLNode" as a link to that member.
+std::string linked(const std::string& text) {
+    static const std::regex name(R"(\b(\w+)::(\w+)\b)");
+    std::string result;
+    auto at = text.cbegin();
+    for (std::smatch found; std::regex_search(at, text.cend(), found, name); at = found[0].second) {
+        const ClassInfo* const info = findCreatableClass(found[1].str());
+        const bool isMember = info && info->find(found[2].str());
+        result += found.prefix().str() +
+                  (isMember ? linkTo(found[1].str() + "." + found[2].str()) : found[0].str());
+    }
+    return result.append(at, text.cend());
+}
+
 /// A comment without what stands elsewhere on the page.
 std::string proseOf(const std::string& comment) {
     std::string text;
@@ -223,7 +238,7 @@ std::string proseOf(const std::string& comment) {
     }
     while (text.ends_with('\n'))
         text.pop_back();
-    return text;
+    return linked(text);
 }
 
 void Page::writeClass(const ClassInfo& info) {
@@ -316,7 +331,7 @@ void Page::writeMember(const ClassInfo& info, const Member& member) {
     const std::string prose = declarations.size() == 1 ? proseOf(declarations.front()->comment) : "";
     text_ += prose.empty() ? member.help : prose;
     for (const Parameter& parameter : member.parameters) {
-        if (parameter.isKept)
+        if (parameter.isKept && prose.find("share") == std::string::npos)
             text_ += " `" + parameter.name + "` is kept: it is shared from then on.";
     }
     text_ += "\n";
