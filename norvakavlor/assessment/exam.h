@@ -46,29 +46,33 @@ public:
     /// ignored.
     bool Load(const std::string& location, QuestionPool* questionPool = nullptr);
     /// The same from an exam element; `location` only gives ExamFileName and its folder, and the place of an
-    /// earlier load is forgotten. Without a pool, or if the pool lacks it, a question has only ID and
-    /// results; a repeated one is dropped.
+    /// earlier load is forgotten. Raises as Load does. Without a pool, or if the pool lacks it, a question
+    /// has only ID and results; a repeated one is dropped.
     bool LoadFromXMLNode(xml::Node examNode, QuestionPool* questionPool, const std::string& location);
 
     /// Stores the exam. `deleteOld` then deletes and forgets the document that it was loaded from, if that
     /// lies elsewhere; not if it is unproven that the server took the exam, as that may be the only copy.
-    /// True unless it raises: 70, 76, 61 or 57 if a local file cannot be written.
+    /// Always True. Raises 70, 76, 61 or 57 if a local file cannot be written and 0x800C0005 if no reply
+    /// comes.
     bool Save(const std::string& location, bool deleteOld = false);
     /// Fills an exam element. Always True.
     bool SaveToXMLNode(xml::Node examNode) const;
 
-    /// Deletes an exam's document. A local failure gives False; an unreachable server raises.
+    /// Deletes an exam's document. A local failure gives False. Raises 0x800C0005 if no reply comes.
     bool Delete(const std::string& location) const;
 
     /// Shuffles the questions: once per question, draws from all positions and moves that question to the
     /// end. Recorded exams rely on this, though it is not a uniform permutation. The preferences' limit is
-    /// not applied here.
+    /// not applied here. Raises 457 if a question's ID is by now another one's key.
     void RandomizeQuestions();
 
     /// Replaces Prefs; the object is shared.
     void SetPreferences(const Ref<Preferences>& thePrefs);
-    /// The preferences' password; if there are none, new ones are made.
+    /// Does a password open the preferences? If there are none, new ones are made. Raises as
+    /// Preferences::CheckPassword does.
     bool CheckPassword(const std::string& password);
+    /// Sets the preferences' password; if there are none, new ones are made. Raises as
+    /// Preferences::SetPassword does.
     void SetPassword(const std::string& password);
 
     /// Adds every roster student's attempt of one number to this exam's Questions: Attempts counts the
@@ -80,8 +84,8 @@ public:
     /// server makes the summary; this exam takes its header fields and adds its results, and the result says
     /// whether it loaded. Locally course and section filter nothing: every student with an attempt file
     /// counts. With random order only the first RandomQuestionLimit questions of an attempt count; a limit of
-    /// 0 counts none. An attempt that does not load is skipped. Raises 13 if the roster does not load, and
-    /// what its Load raises.
+    /// 0 counts none. An attempt that does not load is skipped. Raises 13 if the roster does not load, 6 if a
+    /// sum exceeds 16 bits, and as Load and Students::Load do.
     bool LoadExamSummary(const std::string& rosterFile, QuestionPool* questionPool, Courses* courses,
                          const std::string& examID, int16_t attemptNum, const std::string& courseID = {},
                          const std::string& sectionID = {});
@@ -91,17 +95,20 @@ public:
     void AddAttempts(const Students& roster, QuestionPool* questionPool, const std::string& location,
                      int16_t attemptNum);
 
-    /// The exams of a type (ExamTypes) at a location; unreadable files are left out.
+    /// The exams of a type (ExamTypes) at a location; unreadable files are left out. Raises 70 or 57 if a
+    /// local folder cannot be read and 0x800C0005 if no reply comes.
     Ref<KeyedCollection<TitleFilename>> GetExams(const std::string& location, int32_t examType) const;
-    /// The same as rows with results; if `studentID` is not empty, of that student's attempts. Locally the
-    /// name is searched for the student, so "A" also finds attempts of "A_B"; a file with a bad percentage is
-    /// left out. Raises 6 or 13 for a bad number from a server.
+    /// The exams of a type as rows with results; if `studentID` is not empty, of that student's attempts.
+    /// Locally the name is searched for the student, so "A" also finds attempts of "A_B"; a file with a bad
+    /// percentage is left out. Raises 6 or 13 for a bad number from a server, and as GetExams does.
     Ref<KeyedCollection<ExamInfo>> GetExamInfo(const std::string& location, const std::string& studentID,
                                                int32_t examType) const;
-    /// The same from a server that gives each row's Source as a sixth field.
+    /// Like GetExamInfo, from a server that gives each row's Source as a sixth field. Raises as GetExamInfo
+    /// does.
     Ref<KeyedCollection<ExamInfo>> GetExamInfo2(const std::string& location, const std::string& studentID,
                                                 int32_t examType) const;
-    /// A student's first attempt at each exam; every attempt file if `studentID` is empty.
+    /// A student's first attempt at each exam; every attempt file if `studentID` is empty. Raises as GetExams
+    /// does.
     Ref<KeyedCollection<TitleFilename>> GetStudentExams(const std::string& location,
                                                         const std::string& studentID) const;
 

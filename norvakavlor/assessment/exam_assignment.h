@@ -15,7 +15,7 @@ public:
     std::string ClassRef;   ///< ID of the course
     std::string SectionRef; ///< ID of the section
 
-    /// A field without a child keeps its value. Always True.
+    /// Reads an examAssignment element; a field without a child keeps its value. Always True.
     bool LoadFromXMLNode(xml::Node objNode);
     bool SaveToXMLNode(xml::Node objNode) const;
 

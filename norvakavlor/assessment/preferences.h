@@ -34,20 +34,23 @@ public:
     bool DisplayRemediation = true;
     std::string EncryptedPasswordProp; ///< the password's stored digest; setting it hashes nothing
 
-    /// Loads a document. False, and nothing changed, if it is missing, unreachable or ill-formed.
+    /// Loads a document. False, and nothing changed, if it is missing, unreachable or ill-formed. Raises as
+    /// LoadFromXMLNode does.
     bool Load(const std::string& location);
     /// Reads a pref element. Fields that it lacks keep their values, but a missing password is removed and a
     /// missing Inherited becomes True. Raises 13 or 6 for a bad switch or number; the fields before it stay
     /// read.
     bool LoadFromXMLNode(xml::Node prefNode);
 
-    /// Stores the preferences. True unless it raises: 70, 76, 61 or 57 if a local file cannot be written.
+    /// Stores the preferences. Always True. Raises 70, 76, 61 or 57 if a local file cannot be written and
+    /// 0x800C0005 if no reply comes.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
     /// Sets the password; "" removes it. Raises 9 beyond 256 characters.
     void SetPassword(const std::string& password);
-    /// If no password is in force, any one passes.
+    /// Does a password open the exam? If none is in force, any one does. Raises 9 beyond 256 characters if
+    /// one is.
     bool CheckPassword(const std::string& password) const;
 
     static const ClassInfo& classInfo();

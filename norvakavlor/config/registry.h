@@ -18,11 +18,11 @@ public:
 
     /// A string value's text up to its first NUL; "" if it is missing or of another type.
     std::string fGetstring(int32_t hKey, const std::string& strPath, const std::string& strValue) const;
-    /// Makes the key if it is absent.
+    /// Stores a value's text. Makes the key if it is absent.
     void fSaveString(int32_t hKey, const std::string& strPath, const std::string& strValue,
                      const std::string& strdata) const;
     void fDeleteValue(int32_t hKey, const std::string& strPath, const std::string& strValue) const;
-    /// Data from and to the value that Key, SubKey and Value name.
+    /// Reads Data from the value that Key, SubKey and Value name; WriteValue stores it there.
     void ReadValue();
     void WriteValue() const;
 

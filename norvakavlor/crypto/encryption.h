@@ -21,7 +21,8 @@ bool passwordOpens(const std::string& password, bool inForce, const std::string&
 /// Hashes passwords for scripts and pages.
 class Encryption final : public Object {
 public:
-    /// EncryptPassword of the text.
+    /// The digest stored instead of a password, as EncryptPassword makes it. Raises 9 for more than 256
+    /// characters.
     std::string Encrypt(const std::string& source) const;
 
     static const ClassInfo& classInfo();

@@ -18,7 +18,7 @@ public:
     std::string ID;   ///< key within the course
     std::string Name; ///< section name
 
-    /// A field without a child keeps its value. Always True.
+    /// Reads a section element; a field without a child keeps its value. Always True.
     bool LoadFromXMLNode(xml::Node node);
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
@@ -40,7 +40,8 @@ public:
     bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
-    /// Adds a section with the next number and returns it.
+    /// Adds a section with the next number and returns it. Raises 6 if there is no next number and 457 if a
+    /// section has it as its ID.
     int32_t AddSection(const std::string& sectionName);
     /// A new collection that holds the same section objects under the same keys.
     Ref<KeyedCollection<CourseSection>> GetSections() const;
@@ -62,16 +63,19 @@ public:
     /// Raises as Course::LoadFromXMLNode does, 457 for a repeated ID, 13 for an ID that is not a number and 6
     /// for one that is too large; the courses before it stay.
     bool Load(const std::string& location, TextBooks* textBooks = nullptr);
+    /// The same from a classes element. Raises as Load does.
     bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
 
-    /// Stores the courses. True unless it raises: 70, 76, 61 or 57 if a local file cannot be written.
+    /// Stores the courses. Always True. Raises 70, 76, 61 or 57 if a local file cannot be written and
+    /// 0x800C0005 if no reply comes.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
     /// Is this ID among the courses?
     bool Exists(const std::string& id) const;
 
-    /// Adds a course; its ID is the next number. Returns the ID.
+    /// Adds a course; its ID is the next number. Returns the ID. Raises 6 if there is no next number and 457
+    /// if a course has it as its ID.
     std::string AddCourse(const std::string& name);
 
     static const ClassInfo& classInfo();

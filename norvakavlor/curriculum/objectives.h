@@ -20,7 +20,7 @@ public:
     /// Reads a reference element. Always True. Looks up the textbook in `textBooks`; without those it makes
     /// one with only its ID. Raises object error 601 for a textbook that `textBooks` lacks.
     bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
-    /// Raises 91 without a textbook.
+    /// Fills a reference element. Raises 91 without a textbook.
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
     /// Renames the textbook in place, for all who share it; without one, makes one with this ID.
@@ -38,9 +38,10 @@ public:
     std::string Label;                              ///< display label
     NotNull<KeyedCollection<Reference>> References; ///< no keys
 
-    /// Reads an objective element; a field without a child keeps its value. Raises as references do; those
-    /// before stay.
+    /// Reads an objective element; a field without a child keeps its value. Raises as
+    /// Reference::LoadFromXMLNode does; the references before it stay.
     bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
+    /// Fills an objective element. Raises 91 for a reference without a textbook.
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
     static const ClassInfo& classInfo();
@@ -56,10 +57,13 @@ public:
     /// Raises object error 601 for an unknown textbook and 457 for a repeated ID; the objectives before it
     /// stay.
     bool Load(const std::string& location, TextBooks* textBooks = nullptr);
+    /// The same from an objectiveList element. Raises as Load does.
     bool LoadFromXMLNode(xml::Node node, TextBooks* textBooks = nullptr);
 
-    /// Stores the objectives. True unless it raises: 70, 76, 61 or 57 if a local file cannot be written.
+    /// Stores the objectives. Always True. Raises 70, 76, 61 or 57 if a local file cannot be written,
+    /// 0x800C0005 if no reply comes, and as Objective::SaveToXMLNode does.
     bool Save(const std::string& location) const;
+    /// Fills an objectiveList element. Raises as Objective::SaveToXMLNode does.
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 
     /// Is this ID among the objectives?

@@ -24,7 +24,7 @@ public:
 
     /// A new task with the same fields, sharing Objective and References.
     Ref<Task> Clone() const;
-    /// Fills a task element.
+    /// Fills a task element. Raises 91 for a reference without a textbook.
     void SaveToXMLNode(xml::Node node) const;
     /// Renames the objective in place, for all who share it; without one, makes one with this ID.
     void SetObjectiveID(const std::string& objectiveID);
@@ -41,17 +41,20 @@ public:
     /// A new collection of the objectives' modules, in the order loaded.
     Ref<KeyedCollection<std::string>> GetModules() const;
     /// Clones of the tasks whose objective's module is exactly this one, keyed by ID. Raises 91 if any task
-    /// has no objective, even if others match.
+    /// has no objective, even if others match, and 457 if two of them now share an ID.
     Ref<KeyedCollection<Task>> GetTasksByModule(const std::string& moduleName) const;
 
-    /// Adds a document's tasks. False, and nothing changed, if it is missing, unreachable or ill-formed.
-    /// Raises object error 621 for an objective that `objectives` lacks (any, without `objectives`) and 622
-    /// for a repeated ID; the tasks before it stay. Textbooks of references have only IDs.
+    /// Adds a document's tasks. Textbooks of references have only IDs. False, and nothing changed, if it is
+    /// missing, unreachable or ill-formed. Raises object error 621 for an objective that `objectives` lacks
+    /// (any, without `objectives`) and 622 for a repeated ID; the tasks before it stay.
     bool Load(const std::string& location, Objectives* objectives = nullptr);
+    /// The same from a taskPool element. Raises as Load does.
     bool LoadFromXMLNode(xml::Node poolNode, Objectives* objectives = nullptr);
 
-    /// Stores the pool. True unless it raises: 70, 76, 61 or 57 if a local file cannot be written.
+    /// Stores the pool. Always True. Raises 70, 76, 61 or 57 if a local file cannot be written, 0x800C0005 if
+    /// no reply comes, and as Task::SaveToXMLNode does.
     bool Save(const std::string& location) const;
+    /// Fills a taskPool element. Raises as Task::SaveToXMLNode does.
     void SaveToXMLNode(xml::Node poolNode) const;
 
     static const ClassInfo& classInfo();

@@ -32,11 +32,11 @@ public:
     /// Adds a document's textbooks. False, and nothing changed, if it is missing, unreachable or ill-formed.
     /// Raises 457 for a repeated ID; the textbooks before it stay.
     bool Load(const std::string& location);
-    /// The same from the document's root. The collection is not emptied first.
+    /// The same from the document's root. The collection is not emptied first. Raises as Load does.
     bool LoadFromXMLNode(xml::Node node);
 
-    /// Stores the textbooks. True unless it raises; a server's reply is shown to the user. Raises 70, 76, 61
-    /// or 57 if a local file cannot be written; the old file stays then.
+    /// Stores the textbooks. Always True; a server's reply is shown to the user. Raises 70, 76, 61 or 57 if a
+    /// local file cannot be written and 0x800C0005 if no reply comes; the old document stays then.
     bool Save(const std::string& location) const;
     void SaveToXMLNode(xml::Document& document, xml::Node node) const;
 

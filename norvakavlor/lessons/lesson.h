@@ -19,7 +19,7 @@ public:
     std::string CourseID;
     std::string SectionID;
 
-    /// A field without a child keeps its value. Always True.
+    /// Reads a lessonAssignment element; a field without a child keeps its value. Always True.
     bool LoadFromXMLNode(xml::Node objNode);
     bool SaveToXMLNode(xml::Node objNode) const;
 
@@ -45,39 +45,42 @@ public:
     /// it stay.
     bool Load(const std::string& filename, TaskPool* taskPool = nullptr);
     /// The same from a lesson element; `filename` only gives LessonFilename, and the place of an earlier load
-    /// is forgotten. Each task is a copy of the pool's; without a pool it has only ID and date.
+    /// is forgotten. Each task is a copy of the pool's; without a pool it has only ID and date. Raises as
+    /// Load does.
     bool LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool = nullptr,
                          const std::string& filename = {});
 
     /// Stores the lesson. `deleteOldIfChanged` then deletes and forgets the document that it was loaded from,
     /// if that lies elsewhere; not if it is unproven that the server took the lesson, as that may be the only
-    /// copy. True unless it raises: 70, 76, 61 or 57 if a local file cannot be written, and as deleting does;
-    /// the lesson is stored then.
+    /// copy. Always True. Raises 70, 76, 61 or 57 if a local file cannot be written, 0x800C0005 if no reply
+    /// comes, and as Delete does; the lesson is stored then.
     ///
-    /// A menu's stand-in for a student's copy looks for that copy again before it replaces it: raises 70 if a
-    /// copy exists by now, or if that is still unknown. A local file there that does not parse is renamed to
-    /// NAME.unreadable.
+    /// A menu's stand-in for a student's copy looks for that copy again before it replaces it. A local file
+    /// there that does not parse is renamed to NAME.unreadable. Raises 70 if a copy exists by now, or if that
+    /// is still unknown.
     bool Save(const std::string& filename, bool deleteOldIfChanged = false);
     /// Fills a lesson element. Always True.
     bool SaveToXMLNode(xml::Node lessonNode) const;
 
-    /// Deletes a lesson's document. Always True; failure raises: 53 for a missing local file, 70 if
-    /// read-only.
+    /// Deletes a lesson's document. Always True. Raises 53, 70 or 57 if a local file is missing, read-only or
+    /// not to be deleted, and 0x800C0005 if no reply comes.
     bool Delete(const std::string& filename) const;
 
-    /// The lessons of a type (LessonTypes) in a directory; unreadable files are left out.
+    /// The lessons of a type (LessonTypes) in a directory; unreadable files are left out. Raises 70 or 57 if
+    /// a local folder cannot be read and 0x800C0005 if no reply comes.
     Ref<KeyedCollection<TitleFilename>> GetLessons(const std::string& directory, int32_t lessonType) const;
 
     /// A student's copies in a directory, loaded with the pool; unreadable ones are left out. `completed`
     /// True keeps the complete ones, False the open ones; Null, Empty or nothing keeps all. An empty
-    /// `studentID` means every student.
+    /// `studentID` means every student. Raises as GetLessons does.
     Ref<KeyedCollection<Lesson>> GetStudentLessons(const std::string& directory, const std::string& studentID,
                                                    const Value& completed = {},
                                                    TaskPool* taskPool = nullptr) const;
 
     /// Has every task a completion date? True for a lesson without tasks.
     bool CalcLessonComplete() const;
-    /// The same for a document; True if it is missing, unreachable or ill-formed: menus rely on it.
+    /// CalcLessonComplete for a document; True if it is missing, unreachable or ill-formed: menus rely on it.
+    /// Raises as Load does.
     bool CalcLessonFileComplete(const std::string& filename, TaskPool* taskPool = nullptr) const;
 
     /// For the library itself: this authored lesson goes to a student whose copy did not load.

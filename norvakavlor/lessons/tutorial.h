@@ -30,7 +30,7 @@ public:
     /// With a `studentID`, the student's own copy in `saveDir` (a folder or a web directory) replaces the
     /// authored lesson if it loads. If not, the authored lesson stays but gets the copy's file name, so
     /// saving it makes the copy. Save it without deleting the old file: that is the authored lesson, shared
-    /// by all. Raises what loading a lesson raises.
+    /// by all. Raises as Lesson::Load does.
     bool LoadFromXMLNode(xml::Node objNode, const std::optional<std::string>& directoryList = {},
                          TaskPool* taskPool = nullptr, const std::string& studentID = {},
                          const std::string& saveDir = {});

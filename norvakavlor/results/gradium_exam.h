@@ -17,20 +17,22 @@ public:
 
     /// Loads a local record, or a launch document from an address; the request appends the access key.
     /// `iniLocation` is the title file that chooses the key, or "none". True also if the document has no
-    /// exam. False if it does not parse; only the access key has changed then. Raises if no reply came, and
-    /// as loading an exam does.
+    /// exam. False if it does not parse; only the access key has changed then. Raises 0x800C0005 if no reply
+    /// comes, and as Exam::LoadFromXMLNode does.
     bool Load(const std::string& filename, QuestionPool* thePool, const std::string& iniLocation);
-    /// The same from a COURSE element; `url` gives the exam's file name.
+    /// The same from a COURSE element; `url` gives the exam's file name. Raises as Exam::LoadFromXMLNode
+    /// does.
     bool LoadFromXMLNode(xml::Node gradiumExamNode, QuestionPool* thePool, const std::string& url);
 
     /// Without a `filename`, posts the results to SubmitHost: True if the gradebook accepted them. A refusal
     /// is shown, or kept in ServerErrorStr if the message is suppressed; a failing connection gives False
     /// silently. Nothing else changes, so the client can submit again or save to a file. With a `filename`,
-    /// stores the record in that file or at that web address; raises as saving a document does.
+    /// stores the record in that file or at that web address. Raises 70, 76, 61 or 57 if a local file cannot
+    /// be written and 0x800C0005 if no reply comes.
     bool Save(const std::string& filename, bool suppressServerErrorMsg = false);
     /// Fills a COURSE element. Always True.
     bool SaveToXMLNode(xml::Node gradiumExamNode);
-    /// Saves another exam instead of theExam, which is restored even after an error.
+    /// Saves another exam instead of theExam, which is restored even after an error. Raises as Save does.
     bool SaveOtherExam(const std::string& filename, Exam* theOtherExam, bool suppressServerErrorMsg = false);
 
     /// Deletes a local record, even a read-only one. False on failure and for a web address.

@@ -16,13 +16,15 @@ public:
     const Ref<Lesson>& theLesson();
     void SetTheLesson(const Ref<Lesson>& lesson);
 
-    /// Like GradiumExam::Load, but raises what loading a lesson raises.
+    /// Like GradiumExam::Load, with a lesson. Raises 0x800C0005 if no reply comes, and as
+    /// Lesson::LoadFromXMLNode does.
     bool Load(const std::string& filename, TaskPool* taskPool, const std::string& iniLocation);
     /// Reads the "lesson" in a "LESSON" element; True also without one. Records that this class saved hold
-    /// their lesson elsewhere, so it is not read back: save the lesson as well.
+    /// their lesson elsewhere, so it is not read back: save the lesson as well. Raises as
+    /// Lesson::LoadFromXMLNode does.
     bool LoadFromXMLNode(xml::Node gradiumLessonNode, TaskPool* taskPool, const std::string& url);
 
-    /// Like GradiumExam::Save.
+    /// Like GradiumExam::Save. Raises as GradiumExam::Save does.
     bool Save(const std::string& filename, bool suppressServerErrorMsg = false);
     /// Fills a COURSE element, the lesson in an "EXAM" element. Always True.
     bool SaveToXMLNode(xml::Node gradiumLessonNode);

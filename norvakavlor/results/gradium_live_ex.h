@@ -24,16 +24,17 @@ public:
 
     /// Loads a launch document from a local file or an address; the request appends the access key.
     /// `iniLocation` is the title file that chooses the key, or "none". False if it does not parse or is not
-    /// ORBEX_INPUTS; only the key has changed then. Raises if no reply came, and 13 if the score is not a
-    /// number (an empty one is ignored).
+    /// ORBEX_INPUTS; only the key has changed then. Raises 0x800C0005 if no reply comes, 13 if the score is
+    /// not a number and 6 if it is too large; an empty one is ignored.
     bool Load(const std::string& filename, const std::string& iniLocation);
-    /// The same from the ORBEX_INPUTS element. Always True otherwise.
+    /// The same from the ORBEX_INPUTS element. Always True otherwise. Raises 13 or 6 for a bad score.
     bool LoadFromXMLNode(xml::Node rootNode, const std::string& url = {});
 
     /// Without a `filename`, submits the result in up to five tries; the third and fifth go to the backup
     /// host. Each failure is shown, and the next try starts when the user answers. True whether the gradebook
     /// accepted or not. With a `filename`, stores the launch document there; if a web server replies with
-    /// text, the text is shown and the result is False. Raises as saving a document does.
+    /// text, the text is shown and the result is False. Raises 70, 76, 61 or 57 if a local file cannot be
+    /// written and 0x800C0005 if no reply comes.
     bool Save(const std::string& filename);
     /// Fills an ORBEX_INPUTS element. Always True.
     bool SaveToXMLNode(xml::Node rootNode) const;

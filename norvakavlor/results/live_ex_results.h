@@ -40,7 +40,7 @@ public:
     /// Loads a record. False, and nothing changed, if it is missing, unreachable or ill-formed. Raises 13 or
     /// 6 if a step or attempt count is not a 16-bit number, 457 for a repeated step; scores before it stay.
     bool Load(const std::string& filename);
-    /// The same from a liveResults element; `filename` only gives ExamFileName.
+    /// The same from a liveResults element; `filename` only gives ExamFileName. Raises as Load does.
     bool LoadFromXMLNode(xml::Node examNode, const std::string& filename = {});
 
     /// Stores the record. If the gradebook launched the exercise, the percentage is submitted first and the
@@ -50,12 +50,14 @@ public:
     ///
     /// `deleteOldIfChanged` then deletes the record at origFilename if that is another place, unless the save
     /// is not proven: it may be the only copy. False if it is not proven that the server took the record; the
-    /// user has been told. Raises 6 if there is no score to submit, and as saving a document does.
+    /// user has been told. Raises 6 if there is no score to submit, 70, 76, 61 or 57 if a local file cannot
+    /// be written, 0x800C0005 if no reply comes, and as Delete does.
     bool Save(const std::string& filename, bool deleteOldIfChanged = false);
     /// Fills a liveResults element. Always True.
     bool SaveToXMLNode(xml::Node resultsNode) const;
 
-    /// Deletes a record. Always True; failure raises: 53 for a missing local file, 70 if read-only.
+    /// Deletes a record. Always True. Raises 53, 70 or 57 if a local file is missing, read-only or not to be
+    /// deleted, and 0x800C0005 if no reply comes.
     bool Delete(const std::string& filename) const;
 
     /// The launch that waits for this exercise's result, or Nothing.

@@ -13,8 +13,8 @@ class Security final : public Object {
 public:
     /// Fetches a key from the location's server, stores the validation string made from it, and sends that.
     /// True if the server answers exactly "Validated"; also for a local path, and nothing is sent. False for
-    /// another answer or status; once the key came, the validation string stays. Raises if no reply came, and
-    /// 9 if the key (an error page, say) is over 256 characters.
+    /// another answer or status; once the key came, the validation string stays. Raises 0x800C0005 if no
+    /// reply comes and 9 if the key (an error page, say) is over 256 characters.
     bool Login(const std::string& serverPath) const;
 
     std::string ValidationString() const;

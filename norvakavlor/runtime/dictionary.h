@@ -19,23 +19,26 @@ class [[gnu::visibility("default")]] Dictionary;
 /// changes here is what the object that holds it will save.
 class Dictionary final : public Object {
 public:
-    /// Raises 457 when the key is there.
+    /// Adds an entry. Raises 457 if the key is there and 5 if it is an array.
     void Add(const Value& key, const Value& item);
+    /// Raises 5 for an array as key.
     bool Exists(const Value& key) const;
-    /// Reading a missing key adds it with an Empty item, as scripts are used to.
+    /// Reading a missing key adds it with an Empty item, as scripts are used to. Raises 5 for an array as
+    /// key.
     Value Item(const Value& key);
     void SetItem(const Value& key, const Value& item);
     /// Gives an entry another key, in its place; where there is no such entry, adds the new key with an Empty
-    /// item, as scripts are used to. Raises 457 when the new key is taken, be it by the entry itself.
+    /// item, as scripts are used to. Raises 457 if the new key is taken, be it by the entry itself, and 5 for
+    /// an array as key.
     void SetKey(const Value& key, const Value& newKey);
-    /// Raises 32811 when the key is missing.
+    /// Removes an entry. Raises 32811 if the key is missing and 5 if it is an array.
     void Remove(const Value& key);
     void RemoveAll();
     int32_t Count() const;
-    /// Arrays from 0, in order.
+    /// Keys and items as arrays from 0, in order.
     std::shared_ptr<Array> Keys() const;
     std::shared_ptr<Array> Items() const;
-    /// 0 exact, 1 without regard to letter case. Raises 5 when changed while entries are there.
+    /// 0 exact, 1 without regard to letter case. Raises 5 if it is changed while entries are there.
     int32_t CompareMode() const;
     void SetCompareMode(int32_t mode);
 

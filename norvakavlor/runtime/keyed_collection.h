@@ -21,7 +21,7 @@ template <class T> class [[gnu::visibility("default")]] KeyedCollection;
 /// An ordered collection whose items may have a key. Items keep the order in which they were added; keys
 /// compare without regard to letter case. A class holds `KeyedCollection<Student>` for shared objects and
 /// `KeyedCollection<std::string>` for texts. Appending and looking up by key or index take constant time;
-/// removing shifts what follows.
+/// removing shifts what follows. Clients know it as `Collection`.
 template <class T> class KeyedCollection final : public Object {
     struct Entry;
 
@@ -32,7 +32,9 @@ public:
     /// Appends an item without a key.
     void Add(Element item) { insert(entries_.size(), std::move(item), {}, false); }
 
-    /// Appends an item under a key. Raises 457 when the key is taken; nothing is added then.
+    /// Appends an item under a key. Scripts may also name the item before or after which it goes. Raises 457
+    /// if the key is taken, 5 and 9 if the named place is not there, 5 for two places, and 13 for Nothing;
+    /// nothing is added then.
     void Add(Element item, std::string_view key) {
         insert(entries_.size(), std::move(item), upperCase(key), true);
     }

@@ -23,7 +23,8 @@ public:
     std::string UserName;
     bool hasPassword = false; ///< is a password in force?
 
-    /// If no password is in force, any one passes.
+    /// Is it the student's password? If none is in force, any one passes. Raises 9 beyond 256 characters if
+    /// one is.
     bool CheckPassword(const std::string& password) const;
     /// Sets the password and hasPassword; "" removes it. Raises 9 beyond 256 characters.
     void SetPassword(const std::string& password);
@@ -45,11 +46,11 @@ public:
     /// there is a course but no `courses`.
     bool Validate(Courses* courses, int32_t& errCode, std::string& errDesc) const;
 
-    /// Reads a student element. Always True. Raises 91 without "id" or "name"; with `courses`, raises object
-    /// errors 631, 632 and 633 for an unknown course or section. What was read before stays.
+    /// Reads a student element. Always True. Raises 91 without "id" or "name"; object errors 631, 632 and 633
+    /// for a course or section that is not among `courses`; what was read before stays.
     bool LoadFromXMLNode(xml::Node node, Courses* courses = nullptr);
-    /// Fills a student element. Always True. With `courses`, raises object errors 641 and 642 for an unknown
-    /// course or section; what was appended before stays.
+    /// Fills a student element. Always True. Raises object errors 641 and 642 for a course or section that is
+    /// not among `courses`; what was appended before stays.
     bool SaveToXMLNode(xml::Node node, xml::Document& document, Courses* courses = nullptr) const;
 
     static const ClassInfo& classInfo();

@@ -6,6 +6,7 @@ import gc
 import inspect
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import threading
@@ -29,6 +30,20 @@ def one_of_each_class():
         made = getattr(nk, row.name)() if row.is_creatable else handed_out[row.name]()
         assert type(made).__name__ == row.name
         yield row, made
+
+
+def test_the_reference_page_shows_what_is_offered():
+    page = (SOURCE / "docs/reference.md").read_text(encoding="utf-8")
+    shown = re.findall(r"#### (\w+)\.(\w+)\n\n```text\n[^`]*\nPython +([^`]*)\n```", page)
+    assert len(shown) > 100
+    for owner, name, form in shown:
+        offered = getattr(getattr(nk, owner), name)
+        form = re.sub(r"\s+", " ", form).partition(".")[2]
+        if isinstance(offered, property):
+            assert form.startswith(f"{name}["), f"{owner}.{name}"
+            continue
+        signature = re.sub(r"self, /(, )?|'| \| PathLike\[str\]", "", str(inspect.signature(offered)))
+        assert form == name + signature, owner
 
 
 def fitting(kind):

@@ -10,8 +10,9 @@ namespace norvakavlor {
 /// parameter's.
 std::string interfaceDefinition();
 
-/// The reference of all classes, in Markdown.
-std::string referencePage();
+/// The reference of all classes, in Markdown, from the tables and the public headers in the project's folder.
+/// Raises std::runtime_error, which says what to mend, if a header and the tables disagree.
+std::string referencePage(const std::string& root);
 
 /// The source file that holds every identifier.
 std::string identifierTable();

@@ -1,6 +1,7 @@
 // kavlor-idl FOLDER: writes the files made from the classes' tables into the project's folder: the type
 // library's source, the table of identifiers and the reference page.
 
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -28,10 +29,17 @@ int main(int count, char** arguments) {
         return 2;
     }
     const std::filesystem::path root = arguments[1];
+    std::string reference;
+    try {
+        reference = norvakavlor::referencePage(root.string());
+    } catch (const std::exception& fault) {
+        std::cerr << "kavlor-idl: " << fault.what() << '\n';
+        return 1;
+    }
     const bool written =
         write(root / "norvakavlor/component/automation/NorvaKavlor.idl",
               norvakavlor::interfaceDefinition()) &&
         write(root / "norvakavlor/component/identifier_table.cpp", norvakavlor::identifierTable()) &&
-        write(root / "docs/reference.md", norvakavlor::referencePage());
+        write(root / "docs/reference.md", reference);
     return written ? 0 : 1;
 }
