@@ -52,8 +52,8 @@ TEST(KeyedCollection, FindsByKeyInAnyCaseAndByPosition) {
                                                    {Value::nothing(), "error 13"}};
     for (const auto& [index, expected] : cases) {
         const std::string found = outcome([&] { return call(*list, "item", {index}).toText(); });
-        const auto* key = index.as<std::string>();
-        EXPECT_EQ(found, expected) << (key ? *key : "");
+        const auto* key = index.as<CompactText>();
+        EXPECT_EQ(found, expected) << (key ? key->view() : "");
         EXPECT_EQ(key ? outcome([&] { return list->Item(*key); }) : found, found);
         EXPECT_EQ(key && list->contains(*key), key && !found.starts_with("error"));
     }

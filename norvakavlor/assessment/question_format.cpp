@@ -109,9 +109,9 @@ std::string innerMarkup(xml::Node element) {
 }
 
 /// The value as text: nearly all are text already and need not be copied into `spare`.
-const std::string& writtenText(const Value& value, std::string& spare) {
-    const auto* text = value.as<std::string>();
-    return text ? *text : spare = value.toText();
+std::string_view writtenText(const Value& value, std::string& spare) {
+    const auto* text = value.as<CompactText>();
+    return text ? text->view() : spare = value.toText();
 }
 
 template <class AppendItem>
@@ -200,13 +200,13 @@ void writeQuestion(const Question& question, xml::Node node) {
         node.append("taskRef", question.Task->ID);
     writeField(kHint, node, question);
     std::string spare;
-    const auto appendImage = [&](xml::Node parent, const std::string& step, const Value& image) {
+    const auto appendImage = [&](xml::Node parent, std::string_view step, const Value& image) {
         parent.append("image", writtenText(image, spare)).setAttribute("step", step);
     };
     writeSteps(kBackgroundImages, question, node, appendImage);
     writeSteps(kCorrectImages, question, node, appendImage);
     writeSteps(kDialogBoxes, question, node,
-               [](xml::Node parent, const std::string& step, const Value& item) {
+               [](xml::Node parent, std::string_view step, const Value& item) {
                    const auto box = ArgumentTraits<DialogBox>::take(item);
                    const xml::Node element = parent.append("dialogBox", box->Answer);
                    element.setAttribute("index", std::to_string(box->Index));
@@ -214,7 +214,7 @@ void writeQuestion(const Question& question, xml::Node node) {
                });
     if (!question.TaskPaneList->empty())
         writeList(*question.TaskPaneList, node.append("taskPaneList"), "taskPane");
-    writeSteps(kDivIDs, question, node, [&](xml::Node parent, const std::string& step, const Value& id) {
+    writeSteps(kDivIDs, question, node, [&](xml::Node parent, std::string_view step, const Value& id) {
         parent.append("divID", writtenText(id, spare)).setAttribute("step", step);
     });
     // This version of the format reads set-up and question images but never writes them.

@@ -23,7 +23,7 @@ struct Identity {
 };
 
 Identity identityOf(const Value& key) {
-    if (const auto* text = key.as<std::string>())
+    if (const auto* text = key.as<CompactText>())
         return {.kind = 't', .text = *text};
     if (const auto* object = key.as<Ref<Object>>())
         return {.kind = 'o',

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/runtime/entries.h>
+#include <norvakavlor/text/compact_text.h>
 #include <norvakavlor/text/hash.h>
 #include <norvakavlor/text/text.h>
 #include <optional>
@@ -62,12 +63,13 @@ public:
     void moveToEnd(int32_t position, std::string_view key) {
         const size_t index = indexOf(position);
         Entry& entry = entries_[index];
-        std::string newKey = upperCase(key);
+        const std::string newKey = upperCase(key);
         if (const Entry* const holder = findEntry(newKey); holder && holder != &entry)
             throw runtimeError(RuntimeError::KeyAlreadyAssociated);
+        CompactText storedKey(newKey);
         entries_.rekey(entry, [&](Entry& changed) {
             changed.hash = hashOf(newKey);
-            changed.key = std::move(newKey);
+            changed.key = std::move(storedKey);
             changed.keyed = true;
         });
         entry.place = placeAt(entries_.size());
@@ -139,7 +141,7 @@ public:
 private:
     struct Entry {
         Element item;
-        std::string key; ///< upper-cased
+        CompactText key; ///< upper-cased
         /// Grows from entry to entry, never 0. Gaps let an entry in between without touching the others, so
         /// that a place stays a place for whoever walks along while members come and go.
         uint64_t place = 0;
@@ -191,16 +193,16 @@ private:
     }
 
     /// `keyed`: the item has the key, which is upper-cased; else it has none.
-    void insert(size_t position, Element item, std::string key, bool keyed) {
-        if (!tryInsert(position, std::move(item), std::move(key), keyed))
+    void insert(size_t position, Element item, std::string_view key, bool keyed) {
+        if (!tryInsert(position, std::move(item), key, keyed))
             throw runtimeError(RuntimeError::KeyAlreadyAssociated);
     }
 
-    bool tryInsert(size_t position, Element item, std::string key, bool keyed) {
+    bool tryInsert(size_t position, Element item, std::string_view key, bool keyed) {
         const uint32_t hash = keyed ? hashOf(key) : 0;
         if (keyed && findEntry(key, hash))
             return false;
-        entries_.insert(position, Entry{std::move(item), std::move(key), placeAt(position), hash, keyed});
+        entries_.insert(position, Entry{std::move(item), CompactText(key), placeAt(position), hash, keyed});
         return true;
     }
 
@@ -208,7 +210,7 @@ private:
 
     Entry* findEntry(std::string_view upperCased) const { return findEntry(upperCased, hashOf(upperCased)); }
     Entry* findEntry(std::string_view upperCased, uint32_t hash) const {
-        return entries_.find(hash, [&](const Entry& entry) { return entry.key == upperCased; });
+        return entries_.find(hash, [&](const Entry& entry) { return entry.key.view() == upperCased; });
     }
     Entry& entryUnder(std::string_view key) const {
         if (Entry* const entry = findEntry(upperCase(key)))
@@ -226,7 +228,7 @@ private:
 
     /// A late-bound index: text is a key, anything else a position.
     size_t indexOf(const Value& index) const {
-        if (const auto* key = index.as<std::string>())
+        if (const auto* key = index.as<CompactText>())
             return positionOf(entryUnder(*key));
         return indexOf(index.toInt32());
     }
@@ -240,13 +242,13 @@ private:
         if (!after.isEmpty())
             position = indexOf(after) + 1;
         const bool keyed = !key.isEmpty();
-        std::string itemKey = upperCase(key.toText());
+        const std::string itemKey = upperCase(key.toText());
         Element typed = ArgumentTraits<Element>::take(item);
         if constexpr (kHoldsObjects) {
             if (!typed)
                 throw runtimeError(RuntimeError::TypeMismatch);
         }
-        insert(position, std::move(typed), std::move(itemKey), keyed);
+        insert(position, std::move(typed), itemKey, keyed);
     }
     void removeLate(const Value& index) { erase(indexOf(index)); }
     Value itemLate(const Value& index) { return Value(entries_[indexOf(index)].item); }
