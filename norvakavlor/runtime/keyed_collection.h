@@ -62,18 +62,17 @@ public:
     /// than before. Raises 9, and 457 when the key is taken by another item; nothing has moved then.
     void moveToEnd(int32_t position, std::string_view key) {
         const size_t index = indexOf(position);
-        Entry& entry = entries_[index];
-        const std::string newKey = upperCase(key);
-        if (const Entry* const holder = findEntry(newKey); holder && holder != &entry)
+        CompactText newKey(upperCase(key));
+        const uint32_t hash = hashOf(newKey);
+        if (const Entry* const holder = findEntry(newKey, hash); holder && holder != &entries_[index])
             throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-        CompactText storedKey(newKey);
-        entries_.rekey(entry, [&](Entry& changed) {
-            changed.hash = hashOf(newKey);
-            changed.key = std::move(storedKey);
+        const uint64_t place = placeAt(entries_.size());
+        entries_.moveToEnd(index, [&](Entry& changed) {
+            changed.place = place;
+            changed.hash = hash;
+            changed.key = std::move(newKey);
             changed.keyed = true;
         });
-        entry.place = placeAt(entries_.size());
-        entries_.moveToEnd(index);
     }
     void clear() { const auto removed = std::exchange(entries_, {}); }
 
@@ -84,8 +83,8 @@ public:
     Ref<KeyedCollection> copy() const {
         auto result = New<KeyedCollection>();
         result->reserve(entries_.size());
-        for (const Entry* const entry : entries_)
-            result->insert(result->entries_.size(), entry->item, entry->key, entry->keyed);
+        for (const Entry& entry : entries_)
+            result->insert(result->entries_.size(), entry.item, entry.key, entry.keyed);
         return result;
     }
 
@@ -102,9 +101,9 @@ public:
         using reference = const Element&;
 
         Iterator() = default;
-        explicit Iterator(Entry* const* at) : at_(at) {}
-        reference operator*() const { return (*at_)->item; }
-        pointer operator->() const { return &(*at_)->item; }
+        explicit Iterator(typename Entries<Entry>::Iterator at) : at_(at) {}
+        reference operator*() const { return at_->item; }
+        pointer operator->() const { return &at_->item; }
         Iterator& operator++() {
             ++at_;
             return *this;
@@ -113,7 +112,7 @@ public:
         bool operator==(const Iterator&) const = default;
 
     private:
-        Entry* const* at_ = nullptr;
+        typename Entries<Entry>::Iterator at_;
     };
     Iterator begin() const { return Iterator(entries_.begin()); }
     Iterator end() const { return Iterator(entries_.end()); }
@@ -162,8 +161,8 @@ private:
             return kMiddle;
         if (entries_.back().place > UINT64_MAX - kGap || entries_.front().place <= kGap) {
             uint64_t place = kMiddle;
-            for (Entry* const entry : entries_)
-                entry->place = place += kGap;
+            for (Entry& entry : entries_)
+                entry.place = place += kGap;
         }
         if (position == entries_.size())
             return entries_.back().place + kGap;
