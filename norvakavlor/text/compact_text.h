@@ -9,8 +9,8 @@ namespace norvakavlor {
 
 class [[gnu::visibility("default")]] CompactText;
 
-/// A text that never changes, in half the memory of a std::string: what collections and dictionaries hold most
-/// of. Up to 15 bytes lie in the object itself.
+/// A text that never changes, in half the memory of a std::string: what collections and dictionaries hold
+/// most of. Up to 15 bytes lie in the object itself.
 class CompactText {
 public:
     CompactText() = default;
