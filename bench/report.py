@@ -156,9 +156,12 @@ def plot(label, points, path):
     for size in sizes:
         x, _ = place(size, 10 ** low_y)
         parts.append(f'<text x="{x:.1f}" y="{height - 20}" text-anchor="middle">{size:,}</text>')
+    ends = [place(points[-1][0], points[-1][column])[1] for column in (1, 2)]
+    apart = max(0, 14 - abs(ends[0] - ends[1])) / 2  # so that the two names stay legible
+    names = [end + (apart if end > other else -apart) for end, other in (ends, ends[::-1])]
     for column, colour, name in ((1, "#0b5cad", "ours"), (2, "#8a8a8a", "libxml2")):
         line = " ".join("{:.1f},{:.1f}".format(*place(point[0], point[column])) for point in points)
-        x, y = place(points[-1][0], points[-1][column])
+        x, y = place(points[-1][0], 1)[0], names[column - 1]
         parts.append(f'<polyline points="{line}" fill="none" stroke="{colour}" stroke-width="2"/>'
                      f'<text x="{x + 6:.1f}" y="{y + 4:.1f}" fill="{colour}">{name}</text>')
     path.write_text("".join(parts) + "</svg>\n", encoding="utf-8")
@@ -255,7 +258,7 @@ def write(options, results, others, table, tiny_figures):
 Written by `./bench/run` on {time.strftime("%-d %B %Y")}. Machine: {machine()}.
 
 Times are CPU time, system calls included. Each operation runs in a process of its own, in turn with its reference, in
-{options.processes} processes of {ROUNDS} rounds: "first" is the first round of a process, "warm" the median of the later ones,
+{options.processes} {"process" if options.processes == 1 else "processes"} of {ROUNDS} rounds: "first" is the first round of a process, "warm" the median of the later ones,
 and the table shows the median over the processes. Freed memory goes back to the system between two rounds, so every
 round pays for its own. The reference is libxml2's plain tree of the same bytes, made and freed; its ratio is 1.
 "Held" and "growth" are the memory that the result holds and that the process grew by, in sizes of the document.

@@ -72,7 +72,13 @@ void readSteps(const StepList& list, xml::Node node, Question& question, ItemOf 
     }
 }
 
-Value textOf(xml::Node element) { return element.text(); }
+Value textOf(xml::Node element) {
+    // Nearly every element holds one text alone: taken as it stands, it is copied once.
+    const xml::Node only = element.firstChild();
+    if (only.kind() == xml::NodeKind::Text && !only.nextSibling())
+        return only.value();
+    return element.text();
+}
 
 Value dialogBoxOf(xml::Node element) {
     const auto index = element.attribute("index");
