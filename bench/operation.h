@@ -27,9 +27,10 @@ struct Operation {
     std::function<Round(const Documents&)> prepare;
     /// The document whose size and whose reference tree the figures are compared with.
     std::function<std::string(const Documents&)> measuredBy;
-    /// Takes far less than a microsecond: measured over many rounds.
+    /// Takes far less than a microsecond: measured over many rounds of kTinyCalls.
     bool isTiny = false;
 };
+constexpr int kTinyCalls = 100;
 
 std::vector<Operation> ownOperations();
 std::vector<Operation> references();

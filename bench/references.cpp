@@ -73,6 +73,18 @@ std::function<void()> expatEvents(const std::string& text) {
     return keep(events);
 }
 
+/// What is to be had for the files of a folder at the least: their bytes, then also their events.
+Round readFiles(const Documents& documents, std::function<void()> (*parse)(const std::string&)) {
+    return [folder = documents.sized("attempts"), parse] {
+        for (const std::string& path : filesOf(folder)) {
+            const std::string text = readBytes(path);
+            if (parse)
+                parse(text);
+        }
+        return keep(0);
+    };
+}
+
 std::function<void()> pugiTree(const std::string& text) {
     auto tree = std::make_shared<pugi::xml_document>();
     if (!tree->load_buffer(text.data(), text.size()))
@@ -95,6 +107,9 @@ std::vector<Operation> references() {
     add(all, "libxml2 events", libxmlEvents);
     add(all, "expat events", expatEvents);
     add(all, "pugixml tree", pugiTree);
+    all.push_back({"files read attempts", [](const Documents& d) { return readFiles(d, nullptr); }, nullptr});
+    all.push_back({"files read, expat events attempts",
+                   [](const Documents& d) { return readFiles(d, expatEvents); }, nullptr});
     return all;
 }
 

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 #include <norvakavlor/runtime/keyed_collection.h>
+#include <norvakavlor/text/hash.h>
+#include <set>
 #include <string>
 #include <tests/support/fixtures.h>
 #include <vector>
@@ -52,10 +54,45 @@ TEST(KeyedCollection, FindsByKeyInAnyCaseAndByPosition) {
                                                    {Value::nothing(), "error 13"}};
     for (const auto& [index, expected] : cases) {
         const std::string found = outcome([&] { return call(*list, "item", {index}).toText(); });
-        const auto* key = index.as<std::string>();
-        EXPECT_EQ(found, expected) << (key ? *key : "");
+        const auto* key = index.as<CompactText>();
+        EXPECT_EQ(found, expected) << (key ? key->view() : "");
         EXPECT_EQ(key ? outcome([&] { return list->Item(*key); }) : found, found);
         EXPECT_EQ(key && list->contains(*key), key && !found.starts_with("error"));
+    }
+}
+
+// Whoever knows how texts are hashed cannot make many fall together: these do where a hash has no seed, adds
+// its characters up, or goes by the first or last of them.
+TEST(Hash, SpreadsTextsMadeToCollide) {
+    constexpr uint32_t kCount = 1 << 14;
+    const struct {
+        const char* what;
+        std::string (*text)(uint32_t number);
+    } sets[] = {
+        {"equal where each character weighs 31 times the next",
+         [](uint32_t number) {
+             std::string text;
+             for (uint32_t bits = number | kCount; bits > 1; bits >>= 1)
+                 text += bits & 1 ? "Aa" : "BB";
+             return text;
+         }},
+        {"the same words of eight bytes in another order",
+         [](uint32_t number) {
+             std::string text;
+             for (uint32_t bits = number | kCount; bits > 1; bits >>= 1)
+                 text += bits & 1 ? "first---second--" : "second--first---";
+             return text;
+         }},
+        {"nothing but zeros", [](uint32_t number) { return std::string(number, '\0'); }},
+        {"differ in the middle alone",
+         [](uint32_t number) { return "beginning" + std::to_string(number + kCount) + "ending---"; }},
+    };
+    for (const auto& set : sets) {
+        std::set<uint32_t> slots;
+        for (uint32_t number = 0; number < kCount; ++number)
+            slots.insert(hashOf(set.text(number)) % (2 * kCount));
+        // Of so many into twice as many slots chance puts 79 % into slots of their own.
+        EXPECT_GT(slots.size(), kCount * 3 / 4) << set.what;
     }
 }
 

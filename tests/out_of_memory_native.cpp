@@ -1,3 +1,4 @@
+#include <bit>
 #include <cerrno>
 #include <functional>
 #include <gmock/gmock.h>
@@ -16,8 +17,10 @@
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/platform/xml_parser.h>
 #include <norvakavlor/store/documents.h>
+#include <norvakavlor/students/selection.h>
 #include <norvakavlor/students/students.h>
 #include <string>
+#include <vector>
 
 #include "support/fixtures.h"
 #include "support/servers.h"
@@ -174,12 +177,14 @@ TEST(OutOfMemory, ARequestIsSentWholeOrNotAtAll) {
     }
 }
 
-// However many members a roster has, each takes the same few allocations to load, save and sort.
+// However many members a roster has, each takes the same few allocations to load, save and sort, and a few
+// comparisons for each doubling.
 TEST(Growth, IsLinearInTheMembers) {
-    constexpr size_t kOfEachMember = 8;
+    constexpr size_t kOfEachMember = 2;
     constexpr size_t kOfTheRoster = 400;
+    constexpr size_t kComparisons = 4;
     const TemporaryFolder folder;
-    for (const size_t count : {1000u, 8000u}) {
+    for (const size_t count : {1000u, 30000u}) {
         std::string text = "<students autoStudentID='0'>";
         for (size_t i = 0; i < count; ++i) {
             const std::string number = std::to_string(i * 7919 % count);
@@ -196,6 +201,14 @@ TEST(Growth, IsLinearInTheMembers) {
         EXPECT_EQ(roster->Sort("LastName", "", "")->Count(), static_cast<int32_t>(count));
         left = 0;
         EXPECT_FALSE(failed);
+        std::vector<Ref<Student>> students(roster->StudentMembers->begin(), roster->StudentMembers->end());
+        size_t comparisons = 0;
+        selection::sort(students, StudentFields::named("FirstName", "LastName", ""),
+                        [&](auto one, auto other) {
+                            ++comparisons;
+                            return one < other;
+                        });
+        EXPECT_LT(comparisons, kComparisons * count * std::bit_width(count));
     }
 }
 

@@ -48,6 +48,8 @@ std::string missingStepText(const StepList& list, const Question& question) {
 template <class ItemOf>
 void readSteps(const StepList& list, xml::Node node, Question& question, ItemOf item) {
     const auto elements = xml::children(node.child(list.list), list.element);
+    if (elements.count() == 0)
+        return;
     Dictionary& dictionary = *(question.*list.dictionary);
     dictionary.reserve(elements.count());
     for (const xml::Node element : elements) {
@@ -70,7 +72,13 @@ void readSteps(const StepList& list, xml::Node node, Question& question, ItemOf 
     }
 }
 
-Value textOf(xml::Node element) { return element.text(); }
+Value textOf(xml::Node element) {
+    // Nearly every element holds one text alone: taken as it stands, it is copied once.
+    const xml::Node only = element.firstChild();
+    if (only.kind() == xml::NodeKind::Text && !only.nextSibling())
+        return only.value();
+    return element.text();
+}
 
 Value dialogBoxOf(xml::Node element) {
     const auto index = element.attribute("index");
@@ -81,11 +89,13 @@ Value dialogBoxOf(xml::Node element) {
     return box;
 }
 
-void readList(KeyedCollection<std::string>& list, xml::Node node, const char* element) {
+void readList(const NotNull<KeyedCollection<std::string>>& list, xml::Node node, const char* element) {
     const auto texts = xml::children(node, element);
-    list.reserve(texts.count());
+    if (texts.count() == 0)
+        return;
+    list->reserve(texts.count());
     for (const xml::Node child : texts)
-        list.Add(child.text());
+        list->Add(child.text());
 }
 
 /// The markup inside the text element: its serialised form without the first 6 and last 7 characters. These
@@ -109,20 +119,20 @@ std::string innerMarkup(xml::Node element) {
 }
 
 /// The value as text: nearly all are text already and need not be copied into `spare`.
-const std::string& writtenText(const Value& value, std::string& spare) {
-    const auto* text = value.as<std::string>();
-    return text ? *text : spare = value.toText();
+std::string_view writtenText(const Value& value, std::string& spare) {
+    const auto* text = value.as<CompactText>();
+    return text ? text->view() : spare = value.toText();
 }
 
 template <class AppendItem>
 void writeSteps(const StepList& list, const Question& question, xml::Node node, AppendItem appendItem) {
-    const Dictionary& dictionary = *(question.*list.dictionary);
-    if (dictionary.empty())
+    const Dictionary* const dictionary = (question.*list.dictionary).ifMade();
+    if (!dictionary || dictionary->empty())
         return;
     const xml::Node parent = node.append(list.list);
     std::string spare;
-    for (size_t position = 0; position < static_cast<size_t>(dictionary.Count()); ++position)
-        appendItem(parent, writtenText(dictionary.keyAt(position), spare), dictionary.itemAt(position));
+    for (size_t position = 0; position < static_cast<size_t>(dictionary->Count()); ++position)
+        appendItem(parent, writtenText(dictionary->keyAt(position), spare), dictionary->itemAt(position));
 }
 
 void writeList(const KeyedCollection<std::string>& list, xml::Node parent, const char* element) {
@@ -143,7 +153,7 @@ Ref<Question> readQuestion(xml::Node node, Objectives* objectives, TaskPool* tas
     if (const xml::Node answers = node.child("answers")) {
         const auto inOrder = answers.attribute("inorder");
         question->AnswerInOrder = inOrder == "true" || inOrder == "1";
-        readList(*question->Answers, answers, "answer");
+        readList(question->Answers, answers, "answer");
     }
     readFields(kAlternatives, node, *question);
     readField(kHint, node, *question);
@@ -176,22 +186,22 @@ Ref<Question> readQuestion(xml::Node node, Objectives* objectives, TaskPool* tas
     readSteps(kBackgroundImages, node, *question, textOf);
     readSteps(kCorrectImages, node, *question, textOf);
     readSteps(kDialogBoxes, node, *question, dialogBoxOf);
-    readList(*question->TaskPaneList, node.child("taskPaneList"), "taskPane");
+    readList(question->TaskPaneList, node.child("taskPaneList"), "taskPane");
     readSteps(kDivIDs, node, *question, textOf);
     const xml::Node setup = node.child("questionSetup");
     question->QuestionSetupFunction = setup.child("questionSetupFunction").text();
     question->QuestionSetupParam = setup.child("questionSetupParam").text();
-    readList(*question->QuestionImages, node.child("questionImageList"), "image");
+    readList(question->QuestionImages, node.child("questionImageList"), "image");
     return question;
 }
 
 void writeQuestion(const Question& question, xml::Node node) {
     node.append("id", question.ID);
     node.append("text", question.Text);
-    if (!question.Answers->empty()) {
-        const xml::Node answers = node.append("answers");
-        answers.setAttribute("inorder", question.AnswerInOrder ? "true" : "false");
-        writeList(*question.Answers, answers, "answer");
+    if (const auto* answers = question.Answers.ifMade(); answers && !answers->empty()) {
+        const xml::Node element = node.append("answers");
+        element.setAttribute("inorder", question.AnswerInOrder ? "true" : "false");
+        writeList(*answers, element, "answer");
     }
     writeFields(kAlternatives, node, question);
     if (question.Objective)
@@ -200,21 +210,20 @@ void writeQuestion(const Question& question, xml::Node node) {
         node.append("taskRef", question.Task->ID);
     writeField(kHint, node, question);
     std::string spare;
-    const auto appendImage = [&](xml::Node parent, const std::string& step, const Value& image) {
+    const auto appendImage = [&](xml::Node parent, std::string_view step, const Value& image) {
         parent.append("image", writtenText(image, spare)).setAttribute("step", step);
     };
     writeSteps(kBackgroundImages, question, node, appendImage);
     writeSteps(kCorrectImages, question, node, appendImage);
-    writeSteps(kDialogBoxes, question, node,
-               [](xml::Node parent, const std::string& step, const Value& item) {
-                   const auto box = ArgumentTraits<DialogBox>::take(item);
-                   const xml::Node element = parent.append("dialogBox", box->Answer);
-                   element.setAttribute("index", std::to_string(box->Index));
-                   element.setAttribute("step", step);
-               });
-    if (!question.TaskPaneList->empty())
-        writeList(*question.TaskPaneList, node.append("taskPaneList"), "taskPane");
-    writeSteps(kDivIDs, question, node, [&](xml::Node parent, const std::string& step, const Value& id) {
+    writeSteps(kDialogBoxes, question, node, [](xml::Node parent, std::string_view step, const Value& item) {
+        const auto box = ArgumentTraits<DialogBox>::take(item);
+        const xml::Node element = parent.append("dialogBox", box->Answer);
+        element.setAttribute("index", std::to_string(box->Index));
+        element.setAttribute("step", step);
+    });
+    if (const auto* panes = question.TaskPaneList.ifMade(); panes && !panes->empty())
+        writeList(*panes, node.append("taskPaneList"), "taskPane");
+    writeSteps(kDivIDs, question, node, [&](xml::Node parent, std::string_view step, const Value& id) {
         parent.append("divID", writtenText(id, spare)).setAttribute("step", step);
     });
     // This version of the format reads set-up and question images but never writes them.

@@ -89,7 +89,7 @@ nk_value forClient(const Value& value, const std::shared_ptr<ObjectGroup>& group
                 return numberFor(held, NK_NUMBER);
             } else if constexpr (std::is_same_v<Held, Date>) {
                 return numberFor(held.days, NK_DATE);
-            } else if constexpr (std::is_same_v<Held, std::string>) {
+            } else if constexpr (std::is_same_v<Held, CompactText>) {
                 return textFor(held, NK_TEXT);
             } else if constexpr (std::is_same_v<Held, Ref<Object>>) {
                 nk_value object = integerFor(held ? classNumber(&held->dynamicClass()) : -1, NK_OBJECT);

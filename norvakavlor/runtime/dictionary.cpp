@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/text/hash.h>
@@ -23,7 +24,7 @@ struct Identity {
 };
 
 Identity identityOf(const Value& key) {
-    if (const auto* text = key.as<std::string>())
+    if (const auto* text = key.as<CompactText>())
         return {.kind = 't', .text = *text};
     if (const auto* object = key.as<Ref<Object>>())
         return {.kind = 'o',
@@ -70,8 +71,18 @@ bool Dictionary::tryAdd(Value key, Value item) {
     const Found found = look(key);
     if (found.entry)
         return false;
-    entries_.insert(entries_.size(), Entry{std::move(key), std::move(item), nextPlace_++, found.hash});
+    entries_.insert(entries_.size(), Entry{std::move(key), std::move(item), nextPlace(), found.hash});
     return true;
+}
+
+/// After billions of additions all places begin anew; whoever walks along then meets no entry twice.
+uint32_t Dictionary::nextPlace() {
+    if (places_ == std::numeric_limits<uint32_t>::max()) {
+        places_ = 0;
+        for (Entry& entry : entries_)
+            entry.place = places_++;
+    }
+    return places_++;
 }
 
 Dictionary::Entry& Dictionary::insert(Value key, Value item) {
@@ -135,15 +146,15 @@ int32_t Dictionary::Count() const { return static_cast<int32_t>(entries_.size())
 
 std::shared_ptr<Array> Dictionary::Keys() const {
     auto keys = std::make_shared<Array>();
-    for (const Entry* const entry : entries_)
-        keys->elements.push_back(entry->key);
+    for (const Entry& entry : entries_)
+        keys->elements.push_back(entry.key);
     return keys;
 }
 
 std::shared_ptr<Array> Dictionary::Items() const {
     auto items = std::make_shared<Array>();
-    for (const Entry* const entry : entries_)
-        items->elements.push_back(entry->item);
+    for (const Entry& entry : entries_)
+        items->elements.push_back(entry.item);
     return items;
 }
 

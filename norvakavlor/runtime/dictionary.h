@@ -58,7 +58,7 @@ private:
     struct Entry {
         Value key;
         Value item;
-        uint64_t place; ///< a number that grows from entry to entry
+        uint32_t place; ///< a number that grows from entry to entry
         uint32_t hash;
 
         static bool isKeyed() { return true; }
@@ -71,11 +71,12 @@ private:
     };
     Found look(const Value& key) const;
     Entry& insert(Value key, Value item);
+    uint32_t nextPlace();
     std::optional<Value> nextElement(uint64_t& mark);
 
+    bool ignoreCase_ = false; // first: it costs nothing where the base ends
     Entries<Entry> entries_;
-    uint64_t nextPlace_ = 0;
-    bool ignoreCase_ = false;
+    uint32_t places_ = 0; ///< that were given
 };
 
 } // namespace norvakavlor

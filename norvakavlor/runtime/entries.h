@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <type_traits>
@@ -19,58 +20,98 @@ namespace norvakavlor {
 ///     uint32_t hash;        // of its key
 ///     bool isKeyed() const; // is it found by a key?
 ///
-/// A small list is one piece of memory and has no hash table: of a pool's lists nearly all hold less than
-/// eight, and their tables and single entries took longer to make and free than all the rest of loading.
+/// A small list is one piece of memory, its entries side by side in their order: of a pool's lists nearly all
+/// hold less than eight, and making and freeing more for each took longer than all the rest of loading. What
+/// else it takes to find entries is made when a list needs it.
 template <class Entry> class Entries {
 public:
+    class Iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = Entry;
+        using difference_type = std::ptrdiff_t;
+        using pointer = Entry*;
+        using reference = Entry&;
+
+        Iterator() = default;
+        Iterator(Entry* const* ordered, Entry* entry) : ordered_(ordered), entry_(entry) {}
+        reference operator*() const { return ordered_ ? **ordered_ : *entry_; }
+        pointer operator->() const { return &**this; }
+        Iterator& operator++() {
+            if (ordered_) {
+                ++ordered_;
+            } else {
+                ++entry_;
+            }
+            return *this;
+        }
+        Iterator operator++(int) {
+            const Iterator former = *this;
+            ++*this;
+            return former;
+        }
+        bool operator==(const Iterator&) const = default;
+
+    private:
+        Entry* const* ordered_ = nullptr; ///< null while entries lie in their order
+        Entry* entry_ = nullptr;
+    };
+
     Entries() = default;
     Entries(Entries&& other) noexcept
-        : newest_(std::exchange(other.newest_, nullptr)), size_(std::exchange(other.size_, 0)),
-          table_(std::move(other.table_)) {}
+        : newest_(std::exchange(other.newest_, nullptr)), size_(std::exchange(other.size_, 0)) {}
     Entries(const Entries&) = delete;
     Entries& operator=(Entries other) noexcept {
         std::swap(newest_, other.newest_);
         std::swap(size_, other.size_);
-        std::swap(table_, other.table_);
         return *this;
     }
     ~Entries() {
-        for (Entry* const entry : *this)
-            std::destroy_at(entry);
-        while (newest_)
-            ::operator delete(std::exchange(newest_, newest_->former));
+        for (Entry& entry : *this)
+            std::destroy_at(&entry);
+        while (newest_) {
+            Block* const block = std::exchange(newest_, newest_->former);
+            std::destroy_at(block);
+            ::operator delete(block);
+        }
     }
 
     size_t size() const { return size_; }
     bool empty() const { return size_ == 0; }
-    Entry& operator[](size_t position) const { return *begin()[position]; }
-    Entry& front() const { return *begin()[0]; }
-    Entry& back() const { return *begin()[size_ - 1]; }
-    Entry* const* begin() const { return order(); }
-    Entry* const* end() const { return order() + size_; }
+    Entry& operator[](size_t position) const { return *addressAt(position); }
+    Entry& front() const { return (*this)[0]; }
+    Entry& back() const { return (*this)[size_ - 1]; }
+    Iterator begin() const { return iteratorAt(0); }
+    Iterator end() const { return iteratorAt(size_); }
 
     /// The entry of this hash of which `isSame(entry)` is true; null when there is none.
     template <class IsSame> Entry* find(uint32_t hash, IsSame isSame) const {
         const auto fits = [&](const Entry& entry) {
             return entry.hash == hash && entry.isKeyed() && isSame(entry);
         };
-        if (!table_) {
+        if (!hasTable()) {
             // A longer list without a table has no keys.
             const auto last = size_ > kSmall ? begin() : end();
-            const auto found = std::find_if(begin(), last, [&](const Entry* entry) { return fits(*entry); });
-            return found == last ? nullptr : *found;
+            const auto found = std::find_if(begin(), last, fits);
+            return found == last ? nullptr : &*found;
         }
-        size_t slot = table_->home(hash);
-        while (table_->slots[slot] && !fits(*table_->slots[slot]))
-            slot = table_->next(slot);
-        return table_->slots[slot];
+        const Index& index = *newest_->index;
+        size_t slot = index.home(hash);
+        while (index.slots[slot].entry && !(index.slots[slot].hash == hash && fits(*index.slots[slot].entry)))
+            slot = index.next(slot);
+        return index.slots[slot].entry;
     }
 
     /// Where the first entry is whose place is this or a later one.
     size_t positionFrom(uint64_t place) const {
-        const auto found = std::lower_bound(
-            begin(), end(), place, [](const Entry* entry, uint64_t wanted) { return entry->place < wanted; });
-        return static_cast<size_t>(found - begin());
+        size_t position = 0;
+        for (size_t count = size_; count > 0;) {
+            const size_t half = count / 2;
+            const bool isBefore = (*this)[position + half].place < place;
+            position += isBefore ? half + 1 : 0;
+            count = isBefore ? count - half - 1 : half;
+        }
+        return position;
     }
 
     /// Room for so many entries in all.
@@ -86,41 +127,47 @@ public:
             addBlock(std::max<size_t>(kFirst, 2 * capacity()));
         if (size_ >= kSmall)
             provideTable(size_ + 1, entry.isKeyed());
-        // Behind the order of the entries stand the addresses that are free.
-        Entry* const added = std::construct_at(order()[size_], std::move(entry));
-        std::rotate(order() + position, order() + size_, order() + size_ + 1);
+        if (position < size_)
+            provideOrder();
+        Entry* const added = std::construct_at(addressAt(size_), std::move(entry));
         ++size_;
-        if (table_ && added->isKeyed())
-            table_->put(added);
+        moveAddress(size_ - 1, position);
+        if (hasTable() && added->isKeyed())
+            newest_->index->put(*added);
         return *added;
     }
 
     /// Takes an entry out. It is the caller's, to be released when everything holds again: that may run a
-    /// client's code, which may look in here.
+    /// client's code, which may look in here. Nothing has changed when memory is short.
     Entry remove(size_t position) {
-        Entry* const removed = order()[position];
-        if (table_ && removed->isKeyed())
-            table_->take(removed);
-        std::rotate(order() + position, order() + position + 1, order() + size_);
+        moveToEnd(position);
+        Entry& last = back();
+        if (hasTable() && last.isKeyed())
+            newest_->index->take(last);
         --size_;
-        Entry entry = std::move(*removed);
-        std::destroy_at(removed);
-        return entry;
+        Entry removed = std::move(last);
+        std::destroy_at(&last);
+        return removed;
     }
 
-    void moveToEnd(size_t position) {
-        std::rotate(order() + position, order() + position + 1, order() + size_);
+    /// Gives an entry another key and the last place: see rekey.
+    template <class Change> void moveToEnd(size_t position, Change change) {
+        if (position + 1 < size_)
+            provideOrder();
+        rekey((*this)[position], change);
+        moveToEnd(position);
     }
 
-    /// Gives an entry another key: `change(entry)` sets it and its hash, and may not fail.
+    /// Gives an entry another key: `change(entry)` sets it and its hash, and may not fail. Nothing has
+    /// changed when memory is short.
     template <class Change> void rekey(Entry& entry, Change change) {
         if (size_ > kSmall)
             provideTable(size_, true);
-        if (table_ && entry.isKeyed())
-            table_->take(&entry);
+        if (hasTable() && entry.isKeyed())
+            newest_->index->take(entry);
         change(entry);
-        if (table_)
-            table_->put(&entry);
+        if (hasTable())
+            newest_->index->put(entry);
     }
 
 private:
@@ -128,75 +175,128 @@ private:
     /// As many are looked through faster than a table is made.
     static constexpr size_t kSmall = 8;
 
-    /// Memory for entries: this header, the entries themselves, and the order of all entries of this and the
-    /// former blocks, whose own orders are not used any more.
-    struct alignas(std::max(alignof(Entry), alignof(Entry*))) Block {
-        Block* former;
-        uint32_t capacity; ///< of all blocks up to this
-        uint32_t own;      ///< of this one
-
-        Entry* entries() { return reinterpret_cast<Entry*>(this + 1); }
-        Entry** order() { return reinterpret_cast<Entry**>(entries() + own); }
+    /// The hash stands here too: fetching an entry only to see that it is another one is the dearest step.
+    struct Slot {
+        Entry* entry;
+        uint32_t hash;
     };
 
-    /// An open hash table, at most half full, of the entries that have a key.
-    struct Table {
-        explicit Table(size_t size) : slots(size) {}
+    /// What finds entries when they do not simply lie in their order, and by their keys when they are many.
+    struct Index {
+        /// The addresses of the entries in their order, then the free ones; empty while the entries of the
+        /// one block lie in their order.
+        std::vector<Entry*> order;
+        /// An open hash table, at most half full, of the entries that have a key: a power of two of slots.
+        std::vector<Slot> slots;
 
         size_t home(uint32_t hash) const { return hash & (slots.size() - 1); }
         size_t next(size_t slot) const { return (slot + 1) & (slots.size() - 1); }
-        void put(Entry* entry) {
-            size_t slot = home(entry->hash);
-            while (slots[slot])
+        void put(Slot added) {
+            size_t slot = home(added.hash);
+            while (slots[slot].entry)
                 slot = next(slot);
-            slots[slot] = entry;
+            slots[slot] = added;
         }
-        void take(const Entry* entry) {
-            size_t hole = home(entry->hash);
-            while (slots[hole] != entry)
+        void put(Entry& entry) { put({&entry, entry.hash}); }
+        void take(const Entry& entry) {
+            size_t hole = home(entry.hash);
+            while (slots[hole].entry != &entry)
                 hole = next(hole);
-            slots[hole] = nullptr;
+            slots[hole] = {};
             // What stands behind the hole and was displaced over it would not be found any more.
-            for (size_t slot = next(hole); slots[slot]; slot = next(slot))
-                put(std::exchange(slots[slot], nullptr));
+            for (size_t slot = next(hole); slots[slot].entry; slot = next(slot))
+                put(std::exchange(slots[slot], {}));
         }
-
-        std::vector<Entry*> slots; ///< a power of two of them
     };
 
-    Entry** order() const { return newest_ ? newest_->order() : nullptr; }
+    /// Memory for entries, which lie behind this header.
+    struct alignas(std::max(alignof(Entry), alignof(void*))) Block {
+        Block* former;
+        std::unique_ptr<Index> index; ///< of the newest block; null while none is needed
+        uint32_t capacity;            ///< of all blocks up to this
+        uint32_t own;                 ///< of this one
+
+        Entry* entries() { return reinterpret_cast<Entry*>(this + 1); }
+    };
+
     size_t capacity() const { return newest_ ? newest_->capacity : 0; }
+    bool hasTable() const { return newest_ && newest_->index && !newest_->index->slots.empty(); }
+    bool hasOrder() const { return newest_ && newest_->index && !newest_->index->order.empty(); }
+
+    /// Where an entry lies, or behind the last one: where the next one will.
+    Entry* addressAt(size_t position) const {
+        return hasOrder() ? newest_->index->order[position] : newest_->entries() + position;
+    }
+    Iterator iteratorAt(size_t position) const {
+        if (hasOrder())
+            return {newest_->index->order.data() + position, nullptr};
+        return {nullptr, newest_ ? newest_->entries() + position : nullptr};
+    }
+
+    void moveToEnd(size_t position) {
+        if (position + 1 < size_)
+            provideOrder();
+        moveAddress(position, size_ - 1);
+    }
+
+    /// Moves an entry in the order, which is there unless the two positions are one.
+    void moveAddress(size_t from, size_t to) {
+        if (from == to)
+            return;
+        Entry** const order = newest_->index->order.data();
+        if (from < to) {
+            std::rotate(order + from, order + from + 1, order + to + 1);
+        } else {
+            std::rotate(order + to, order + from, order + from + 1);
+        }
+    }
+
+    Index& provideIndex() {
+        if (!newest_->index)
+            newest_->index = std::make_unique<Index>();
+        return *newest_->index;
+    }
+
+    void provideOrder() {
+        if (hasOrder())
+            return;
+        std::vector<Entry*> order(newest_->own);
+        for (size_t i = 0; i < order.size(); ++i)
+            order[i] = newest_->entries() + i;
+        provideIndex().order = std::move(order);
+    }
 
     void addBlock(size_t count) {
+        if (newest_) {
+            provideOrder();
+            newest_->index->order.reserve(count);
+        }
         const size_t own = count - capacity();
-        void* const memory = ::operator new(sizeof(Block) + own * sizeof(Entry) + count * sizeof(Entry*));
-        auto* const block =
-            ::new (memory) Block{newest_, static_cast<uint32_t>(count), static_cast<uint32_t>(own)};
-        std::uninitialized_copy_n(order(), capacity(), block->order());
-        for (size_t i = 0; i < own; ++i)
-            std::construct_at(block->order() + capacity() + i, block->entries() + i);
-        newest_ = block;
+        void* const memory = ::operator new(sizeof(Block) + own * sizeof(Entry));
+        newest_ = ::new (memory) Block{newest_, newest_ ? std::move(newest_->index) : nullptr,
+                                       static_cast<uint32_t>(count), static_cast<uint32_t>(own)};
+        for (size_t i = 0; newest_->former && i < own; ++i)
+            newest_->index->order.push_back(newest_->entries() + i);
     }
 
     /// The table that a list beyond kSmall has as soon as an entry has a key, with room for `count` entries.
     void provideTable(size_t count, bool keyComes) {
-        const bool isNeeded = table_ || keyComes || (size_ == kSmall && hasKeys());
-        if (!isNeeded || (table_ && table_->slots.size() >= 2 * count))
+        const bool isNeeded = hasTable() || keyComes || (size_ == kSmall && hasKeys());
+        if (!isNeeded || (hasTable() && newest_->index->slots.size() >= 2 * count))
             return;
-        auto grown = std::make_unique<Table>(std::bit_ceil(2 * std::max(count, capacity())));
-        for (Entry* const entry : *this) {
-            if (entry->isKeyed())
-                grown->put(entry);
+        Index grown{{}, std::vector<Slot>(std::bit_ceil(2 * std::max(count, capacity())))};
+        for (Entry& entry : *this) {
+            if (entry.isKeyed())
+                grown.put(entry);
         }
-        table_ = std::move(grown);
+        provideIndex().slots = std::move(grown.slots);
     }
     bool hasKeys() const {
-        return std::any_of(begin(), end(), [](const Entry* entry) { return entry->isKeyed(); });
+        return std::any_of(begin(), end(), [](const Entry& entry) { return entry.isKeyed(); });
     }
 
     Block* newest_ = nullptr;
     uint32_t size_ = 0;
-    std::unique_ptr<Table> table_;
 };
 
 } // namespace norvakavlor

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/runtime/entries.h>
+#include <norvakavlor/text/compact_text.h>
 #include <norvakavlor/text/hash.h>
 #include <norvakavlor/text/text.h>
 #include <optional>
@@ -63,17 +64,17 @@ public:
     /// than before. Raises 9, and 457 when the key is taken by another item; nothing has moved then.
     void moveToEnd(int32_t position, std::string_view key) {
         const size_t index = indexOf(position);
-        Entry& entry = entries_[index];
-        std::string newKey = upperCase(key);
-        if (const Entry* const holder = findEntry(newKey); holder && holder != &entry)
+        CompactText newKey(upperCase(key));
+        const uint32_t hash = hashOf(newKey);
+        if (const Entry* const holder = findEntry(newKey, hash); holder && holder != &entries_[index])
             throw runtimeError(RuntimeError::KeyAlreadyAssociated);
-        entries_.rekey(entry, [&](Entry& changed) {
-            changed.hash = hashOf(newKey);
+        const uint64_t place = placeAt(entries_.size());
+        entries_.moveToEnd(index, [&](Entry& changed) {
+            changed.place = place;
+            changed.hash = hash;
             changed.key = std::move(newKey);
             changed.keyed = true;
         });
-        entry.place = placeAt(entries_.size());
-        entries_.moveToEnd(index);
     }
     void clear() { const auto removed = std::exchange(entries_, {}); }
 
@@ -84,8 +85,8 @@ public:
     Ref<KeyedCollection> copy() const {
         auto result = New<KeyedCollection>();
         result->reserve(entries_.size());
-        for (const Entry* const entry : entries_)
-            result->insert(result->entries_.size(), entry->item, entry->key, entry->keyed);
+        for (const Entry& entry : entries_)
+            result->insert(result->entries_.size(), entry.item, entry.key, entry.keyed);
         return result;
     }
 
@@ -102,9 +103,9 @@ public:
         using reference = const Element&;
 
         Iterator() = default;
-        explicit Iterator(Entry* const* at) : at_(at) {}
-        reference operator*() const { return (*at_)->item; }
-        pointer operator->() const { return &(*at_)->item; }
+        explicit Iterator(typename Entries<Entry>::Iterator at) : at_(at) {}
+        reference operator*() const { return at_->item; }
+        pointer operator->() const { return &at_->item; }
         Iterator& operator++() {
             ++at_;
             return *this;
@@ -113,7 +114,7 @@ public:
         bool operator==(const Iterator&) const = default;
 
     private:
-        Entry* const* at_ = nullptr;
+        typename Entries<Entry>::Iterator at_;
     };
     Iterator begin() const { return Iterator(entries_.begin()); }
     Iterator end() const { return Iterator(entries_.end()); }
@@ -141,7 +142,7 @@ public:
 private:
     struct Entry {
         Element item;
-        std::string key; ///< upper-cased
+        CompactText key; ///< upper-cased
         /// Grows from entry to entry, never 0. Gaps let an entry in between without touching the others, so
         /// that a place stays a place for whoever walks along while members come and go.
         uint64_t place = 0;
@@ -162,8 +163,8 @@ private:
             return kMiddle;
         if (entries_.back().place > UINT64_MAX - kGap || entries_.front().place <= kGap) {
             uint64_t place = kMiddle;
-            for (Entry* const entry : entries_)
-                entry->place = place += kGap;
+            for (Entry& entry : entries_)
+                entry.place = place += kGap;
         }
         if (position == entries_.size())
             return entries_.back().place + kGap;
@@ -193,16 +194,16 @@ private:
     }
 
     /// `keyed`: the item has the key, which is upper-cased; else it has none.
-    void insert(size_t position, Element item, std::string key, bool keyed) {
-        if (!tryInsert(position, std::move(item), std::move(key), keyed))
+    void insert(size_t position, Element item, std::string_view key, bool keyed) {
+        if (!tryInsert(position, std::move(item), key, keyed))
             throw runtimeError(RuntimeError::KeyAlreadyAssociated);
     }
 
-    bool tryInsert(size_t position, Element item, std::string key, bool keyed) {
+    bool tryInsert(size_t position, Element item, std::string_view key, bool keyed) {
         const uint32_t hash = keyed ? hashOf(key) : 0;
         if (keyed && findEntry(key, hash))
             return false;
-        entries_.insert(position, Entry{std::move(item), std::move(key), placeAt(position), hash, keyed});
+        entries_.insert(position, Entry{std::move(item), CompactText(key), placeAt(position), hash, keyed});
         return true;
     }
 
@@ -210,7 +211,7 @@ private:
 
     Entry* findEntry(std::string_view upperCased) const { return findEntry(upperCased, hashOf(upperCased)); }
     Entry* findEntry(std::string_view upperCased, uint32_t hash) const {
-        return entries_.find(hash, [&](const Entry& entry) { return entry.key == upperCased; });
+        return entries_.find(hash, [&](const Entry& entry) { return entry.key.view() == upperCased; });
     }
     Entry& entryUnder(std::string_view key) const {
         if (Entry* const entry = findEntry(upperCase(key)))
@@ -228,7 +229,7 @@ private:
 
     /// A late-bound index: text is a key, anything else a position.
     size_t indexOf(const Value& index) const {
-        if (const auto* key = index.as<std::string>())
+        if (const auto* key = index.as<CompactText>())
             return positionOf(entryUnder(*key));
         return indexOf(index.toInt32());
     }
@@ -242,13 +243,13 @@ private:
         if (!after.isEmpty())
             position = indexOf(after) + 1;
         const bool keyed = !key.isEmpty();
-        std::string itemKey = upperCase(key.toText());
+        const std::string itemKey = upperCase(key.toText());
         Element typed = ArgumentTraits<Element>::take(item);
         if constexpr (kHoldsObjects) {
             if (!typed)
                 throw runtimeError(RuntimeError::TypeMismatch);
         }
-        insert(position, std::move(typed), std::move(itemKey), keyed);
+        insert(position, std::move(typed), itemKey, keyed);
     }
     void removeLate(const Value& index) { erase(indexOf(index)); }
     Value itemLate(const Value& index) { return Value(entries_[indexOf(index)].item); }

@@ -86,28 +86,38 @@ private:
 };
 
 /// A reference that always holds an object: a null Ref in its place makes a new one. For collections that may
-/// be set: `exam->Questions = other->Questions` shares, `exam->Questions = nullptr` begins an empty one.
+/// be set: `exam->Questions = other->Questions` shares, `exam->Questions = nullptr` begins an empty one. A
+/// new object is made when it is first asked for: most lists of most questions stay empty.
 template <class T> class NotNull {
 public:
-    NotNull() : object_(New<T>()) {}
-    NotNull(const NotNull&) = default; // also moves: what was moved from would be null
-    NotNull(Ref<T> object) : object_(object ? std::move(object) : New<T>()) {}
+    NotNull() = default;
+    NotNull(const NotNull& other) : object_(other.object()) {}
+    NotNull(Ref<T> object) : object_(std::move(object)) {}
     ~NotNull() = default;
     NotNull& operator=(NotNull other) noexcept {
         std::swap(object_, other.object_);
         return *this;
     }
 
-    operator const Ref<T>&() const { return object_; }
-    T* get() const { return object_.get(); }
-    T* operator->() const { return object_.get(); }
-    T& operator*() const { return *object_; }
+    operator const Ref<T>&() const { return object(); }
+    T* get() const { return object().get(); }
+    T* operator->() const { return get(); }
+    T& operator*() const { return *get(); }
     friend bool operator==(const NotNull& left, const NotNull& right) {
-        return left.object_ == right.object_;
+        return left.object() == right.object();
     }
 
+    /// The object for who only reads it; null while nobody has asked for it, so that it is as a new one.
+    const T* ifMade() const { return object_.get(); }
+
 private:
-    Ref<T> object_;
+    const Ref<T>& object() const {
+        if (!object_)
+            object_ = New<T>();
+        return object_;
+    }
+
+    mutable Ref<T> object_;
 };
 
 /// Creates an object of a public class: `auto books = New<TextBooks>();`.

@@ -25,7 +25,7 @@ Number toNumber(const Value::Storage& storage, Number (*fromDouble)(double), Fro
                                     const ExactNumber& value = shared;
                                     return fromDouble(value.number);
                                 },
-                                [&](const std::string& value) { return fromText(value); },
+                                [&](const CompactText& value) { return fromText(value.view()); },
                                 [](const auto&) -> Number { refuseConversion(); }},
                       storage);
 }
@@ -44,7 +44,7 @@ std::string Value::toText() const {
                                 [](int32_t value) { return std::to_string(value); },
                                 [](double value) { return norvakavlor::toText(value); },
                                 [](Date value) { return norvakavlor::toText(value); },
-                                [](const std::string& value) { return value; },
+                                [](const CompactText& value) { return std::string(value.view()); },
                                 [](const SharedNumber& shared) {
                                     const ExactNumber& value = shared;
                                     return value.text;
@@ -56,29 +56,29 @@ std::string Value::toText() const {
 bool Value::toBoolean() const {
     return toNumber<bool>(
         storage_, [](double number) { return number != 0; },
-        [](const std::string& text) { return norvakavlor::toBoolean(text); });
+        [](std::string_view text) { return norvakavlor::toBoolean(text); });
 }
 
 int16_t Value::toInt16() const {
     return toNumber<int16_t>(storage_, norvakavlor::toInt16,
-                             [](const std::string& text) { return norvakavlor::toInt16(text); });
+                             [](std::string_view text) { return norvakavlor::toInt16(text); });
 }
 
 int32_t Value::toInt32() const {
     return toNumber<int32_t>(storage_, norvakavlor::toInt32,
-                             [](const std::string& text) { return norvakavlor::toInt32(text); });
+                             [](std::string_view text) { return norvakavlor::toInt32(text); });
 }
 
 double Value::toDouble() const {
     return toNumber<double>(
         storage_, [](double number) { return number; },
-        [](const std::string& text) { return norvakavlor::toDouble(text); });
+        [](std::string_view text) { return norvakavlor::toDouble(text); });
 }
 
 Date Value::toDate() const {
     return toNumber<Date>(
         storage_, [](double number) { return norvakavlor::toDate(number); },
-        [](const std::string& text) { return norvakavlor::toDate(text); });
+        [](std::string_view text) { return norvakavlor::toDate(text); });
 }
 
 Ref<Object> Value::toObject() const {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <norvakavlor/runtime/object.h>
+#include <norvakavlor/text/compact_text.h>
 #include <norvakavlor/text/date.h>
 #include <string>
 #include <string_view>
@@ -51,7 +52,7 @@ public:
     struct Null {
         friend bool operator==(Null, Null) = default;
     };
-    using Storage = std::variant<std::monostate, Null, bool, int16_t, int32_t, double, Date, std::string,
+    using Storage = std::variant<std::monostate, Null, bool, int16_t, int32_t, double, Date, CompactText,
                                  Ref<Object>, std::shared_ptr<Array>, SharedNumber>;
 
     Value() = default;
@@ -70,9 +71,9 @@ public:
     Value(int32_t value) : storage_(value) {}
     Value(double value) : storage_(value) {}
     Value(Date value) : storage_(value) {}
-    Value(std::string value) : storage_(std::move(value)) {}
-    Value(std::string_view value) : storage_(std::string(value)) {}
-    Value(const char* value) : storage_(std::string(value)) {}
+    Value(const std::string& value) : storage_(CompactText(value)) {}
+    Value(std::string_view value) : storage_(CompactText(value)) {}
+    Value(const char* value) : storage_(CompactText(value)) {}
     template <class T> Value(T* pointer) = delete; // it would become a boolean; an object travels in a Ref
     template <class T> Value(const Ref<T>& object) : storage_(Ref<Object>(object)) {}
     template <class T> Value(const NotNull<T>& object) : storage_(Ref<Object>(object.get())) {}

@@ -41,7 +41,7 @@ bool Students::AddStudent(const std::string& filename, const Ref<Student>& theSt
 /// Adds a student to the loaded roster. Returns the error text if user name or ID is taken; the roster is
 /// stored even then, as the counter may have moved.
 std::string Students::insert(const Ref<Student>& student) {
-    if (idByUserName_.contains(student->UserName))
+    if (idByUserName_->Exists(student->UserName))
         return "Duplicate Username - " + student->UserName;
     // If the insertion fails, the number stays used.
     if (student->StudentID.empty())

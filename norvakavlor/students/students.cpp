@@ -24,7 +24,7 @@ std::string parameterUnlessEmpty(const char* name, const std::string& value) {
 
 void Students::clear() {
     StudentMembers->clear();
-    idByUserName_.clear();
+    idByUserName_->RemoveAll();
 }
 
 bool Students::Load(const std::string& filename, Courses* courses) {
@@ -59,7 +59,7 @@ bool Students::loadLocation(const std::string& filename, const std::string& para
             return true;
         });
         StudentMembers->reserve(loaded->count());
-        idByUserName_.reserve(loaded->count());
+        idByUserName_->reserve(loaded->count());
         return loaded->addEach([this](const Ref<Student>& student) { add(student); });
     });
 }
@@ -88,9 +88,8 @@ void Students::add(const Ref<Student>& student) {
 }
 
 void Students::addToIndex(const Student& student) {
-    if (!idByUserName_.emplace(student.UserName, student.StudentID).second) {
+    if (!idByUserName_->tryAdd(student.UserName, student.StudentID))
         reportFault(runtimeError(RuntimeError::KeyAlreadyAssociated), FaultKind::Duplicate, student.UserName);
-    }
 }
 
 bool Students::Save(const std::string& filename, Courses* courses) const {
@@ -137,7 +136,7 @@ bool Students::ReplaceStudent(const std::string& filename, const Ref<Student>& t
     // Each step's failure is ignored. The index is keyed by user name, not by ID, so the old user name finds
     // the student until the next load.
     ignoringErrors([&] { StudentMembers->Remove(student->StudentID); });
-    idByUserName_.erase(student->StudentID);
+    ignoringErrors([&] { idByUserName_->Remove(student->StudentID); });
     ignoringErrors([&] { StudentMembers->Add(student, student->StudentID); });
     ignoringErrors([&] { addToIndex(*student); });
     ignoringErrors([&] { Save(filename, courses); });
@@ -153,7 +152,7 @@ bool Students::DeleteStudent(const std::string& filename, Student* theStudent, C
         // It is fine if this object does not hold the student.
         ignoringErrors([&] { StudentMembers->Remove(student->StudentID); });
         if (!student->UserName.empty())
-            idByUserName_.erase(student->UserName);
+            ignoringErrors([&] { idByUserName_->Remove(student->UserName); });
     };
     if (!IsURL(filename)) {
         if (!loadForChange(filename, courses))
@@ -172,10 +171,10 @@ bool Students::DeleteStudent(const std::string& filename, Student* theStudent, C
 }
 
 Ref<Student> Students::MatchUserName(const std::string& userName) const {
-    const auto id = idByUserName_.find(userName);
-    if (id == idByUserName_.end())
+    const Value* const id = idByUserName_->find(userName);
+    if (!id)
         return nullptr;
-    const Ref<Student>* student = StudentMembers->find(id->second);
+    const Ref<Student>* student = StudentMembers->find(id->toText());
     return student ? *student : nullptr;
 }
 
@@ -190,8 +189,10 @@ Ref<KeyedCollection<Student>> Students::Sort(const std::string& fieldname1, cons
     selectionSort(students, StudentFields::named(fieldname1, fieldname2, fieldname3));
     auto sorted = New<KeyedCollection<Student>>();
     sorted->reserve(students.size());
-    for (const Ref<Student>& student : students)
-        sorted->Add(student, student->StudentID);
+    for (Ref<Student>& student : students) {
+        const std::string_view id = student->StudentID;
+        sorted->Add(std::move(student), id);
+    }
     return sorted;
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <norvakavlor/runtime/dictionary.h>
 #include <norvakavlor/runtime/keyed_collection.h>
 #include <norvakavlor/students/student.h>
-#include <norvakavlor/text/hash.h>
 #include <norvakavlor/xml/document.h>
 #include <optional>
 #include <span>
 #include <string>
-#include <unordered_map>
 
 namespace norvakavlor {
 
@@ -108,8 +107,8 @@ private:
     void addToIndex(const Student& student);
     std::string nextStudentID();
 
-    std::unordered_map<std::string, std::string, TextHash> idByUserName_;
-    int16_t autoStudentID_ = 0; ///< the last number that was given
+    const Ref<Dictionary> idByUserName_ = New<Dictionary>(); ///< as both were when the student was added
+    int16_t autoStudentID_ = 0;                              ///< the last number that was given
 };
 
 } // namespace norvakavlor

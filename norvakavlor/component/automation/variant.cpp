@@ -178,7 +178,7 @@ struct VariantFiller {
         variant.vt = VT_DATE;
         variant.date = value.days;
     }
-    void operator()(const std::string& value) const {
+    void operator()(const CompactText& value) const {
         const std::wstring text = platform::toWide(value);
         variant.bstrVal = ::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
         if (!variant.bstrVal)

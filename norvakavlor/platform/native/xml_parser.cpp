@@ -190,6 +190,18 @@ private:
     bool ranOut_ = false; ///< of memory
 };
 
+/// Hands a text over piece by piece: expat copies what it is given, and of a whole document the copy would
+/// take as much memory again.
+bool parseInPieces(XML_Parser parser, std::string_view utf8) {
+    constexpr size_t kPiece = size_t{64} << 10;
+    while (utf8.size() > kPiece) {
+        if (XML_Parse(parser, utf8.data(), static_cast<int>(kPiece), XML_FALSE) != XML_STATUS_OK)
+            return false;
+        utf8.remove_prefix(kPiece);
+    }
+    return XML_Parse(parser, utf8.data(), static_cast<int>(utf8.size()), XML_TRUE) == XML_STATUS_OK;
+}
+
 std::string openElement(std::string_view utf8) {
     Places places;
     return places.run(utf8) ? places.innermost() : std::string();
@@ -204,7 +216,7 @@ bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& er
         throw std::bad_alloc();
     XML_SetParamEntityParsing(parser.get(), XML_PARAM_ENTITY_PARSING_NEVER);
     Events events(parser.get(), builder);
-    if (XML_Parse(parser.get(), utf8.data(), static_cast<int>(utf8.size()), XML_TRUE) == XML_STATUS_OK)
+    if (parseInPieces(parser.get(), utf8))
         return true;
     events.rethrow();
     const XML_Error code = XML_GetErrorCode(parser.get());
