@@ -84,7 +84,7 @@ TEST(OutOfMemory, AnEntryPointLeavesNothingHalfDone) {
         play(0);
         play(0);
         ++entries;
-        for (size_t n = 1;; n += isLong ? 1 : 1 + n / (runsUnderWine() ? 1 : 3)) {
+        for (size_t n = 1;; n += isLong ? 1 : runsUnderWine() ? 1 + 2 * n : 1 + n / 3) {
             const auto faults = [] {
                 return ::testing::UnitTest::GetInstance()->current_test_info()->result()->total_part_count();
             };
