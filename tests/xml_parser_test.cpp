@@ -125,7 +125,9 @@ Cost costOf(const std::array<std::string, 8>& row, size_t bytes) {
 TEST(XmlParser, TakesWhatTheTextIsWorth) {
     for (const auto& row : rows<8>("xml.cost")) {
         SCOPED_TRACE(row[0]);
-        const Cost small = costOf(row, 100000), large = costOf(row, 200000);
+        // Wine's parser takes its time, and no name of more than 50,000 characters.
+        const size_t bytes = runsUnderWine() ? 10000 : 100000;
+        const Cost small = costOf(row, bytes), large = costOf(row, 2 * bytes);
         if (!row[6].empty()) {
             EXPECT_EQ(small.isWhole, row[6] == "true");
             EXPECT_EQ(large.isWhole, row[6] == "true");
