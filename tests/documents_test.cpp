@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <memory>
-#include <norvakavlor/component/class_list.h>
 #include <string>
+#include <tests/support/client.h>
 #include <tests/support/fixtures.h>
 #include <vector>
 
@@ -21,12 +21,12 @@ std::string saved(Object& object, std::string_view root) {
 /// preferences within a document are shown as "(pref)".
 TEST(Documents, AreWrittenAsTheyWereRead) {
     const auto collections = library();
-    const Ref<Object> fresh = CreateObject("NorvaKavlor.Preferences");
+    const Ref<Object> fresh = client::create("Preferences");
     const std::string preferences = saved(*fresh, "pref");
     for (const auto& [name, text, expected, error] : rows<4>("documents.round_trips")) {
         SCOPED_TRACE(name + ": " + text);
         const bool isAlone = name.ends_with('-'); // without other collections
-        const Ref<Object> object = CreateObject("NorvaKavlor." + name.substr(0, name.size() - isAlone));
+        const Ref<Object> object = client::create(name.substr(0, name.size() - isAlone));
         const auto document = std::make_shared<xml::Document>(parsed(text));
         const std::string fault = raised([&] {
             callOnDocument(*object, "LoadFromXMLNode", document,

@@ -10,6 +10,7 @@
 #include <norvakavlor/xml/node_object.h>
 #include <set>
 #include <string>
+#include <tests/support/client.h>
 #include <tests/support/fixtures.h>
 #include <vector>
 
@@ -122,10 +123,73 @@ TEST(EveryMember, ReturnsOrRaises) {
                 for (const Parameter& parameter : member.parameters)
                     values.push_back(arguments.of(parameter.type));
                 // Anything but an Error that comes out of a member fails the test here.
-                errorNumber([&] { call(*object, member.name, values); });
+                errorNumber([&] { client::call(*object, member.name, values); });
+                if (member.put && member.name != "LogFile") // which would be written
+                    errorNumber([&] { client::put(*object, member.name, arguments.of(member.type)); });
             }
         }
     }
+}
+
+/// What a parameter does not take, and the error that this raises.
+std::pair<Value, int32_t> misfit(const Parameter& parameter) {
+    constexpr int kMismatch = 13;
+    switch (parameter.type.kind) {
+    case Type::Kind::Boolean:
+    case Type::Kind::Int16:
+    case Type::Kind::Int32:
+    case Type::Kind::Double:
+    case Type::Kind::Date:
+        return {"no number", kMismatch};
+    case Type::Kind::Text:
+    case Type::Kind::Array:
+    case Type::Kind::Object:
+    case Type::Kind::Node:
+    case Type::Kind::Document:
+        return {New<Dictionary>(), kMismatch};
+    case Type::Kind::Scalar:
+    case Type::Kind::Any:
+    case Type::Kind::None:
+        break;
+    }
+    return {{}, 0};
+}
+
+TEST(EveryMember, RefusesWhatItDoesNotTake) {
+    const testing::RecordedMessages messages;
+    const NoSharedState afterwards;
+    const Arguments arguments(0);
+    size_t calls = 0;
+    for (const Ref<Object>& object : oneOfEachClass()) {
+        for (const Member& member : object->dynamicClass().members()) {
+            if (!member.get)
+                continue;
+            const auto refused = [&](const std::vector<Value>& values, int32_t error,
+                                     const std::string& what) {
+                EXPECT_EQ(errorNumber([&] { client::call(*object, member.name, values); }), error)
+                    << object->dynamicClass().name << "." << member.name << ", " << what;
+                ++calls;
+            };
+            std::vector<Value> fitting;
+            for (const Parameter& parameter : member.parameters)
+                fitting.push_back(arguments.of(parameter.type));
+            for (size_t index = 0; index < fitting.size(); ++index) {
+                const Parameter& parameter = member.parameters[index];
+                if (!parameter.optional)
+                    refused({fitting.begin(), fitting.begin() + static_cast<std::ptrdiff_t>(index)}, 449,
+                            parameter.name + " left out");
+                const auto [value, error] = misfit(parameter);
+                std::vector<Value> values = fitting;
+                values[index] = value;
+                if (error != 0 && !parameter.byReference)
+                    refused(values, error, parameter.name + " of another type");
+            }
+            fitting.emplace_back(1);
+            if (member.kind == Member::Kind::Method)
+                refused(fitting, 450, "one argument more");
+        }
+    }
+    EXPECT_GT(calls, 600u);
 }
 
 bool isCollection(const Type& type) {
@@ -144,20 +208,20 @@ TEST(EveryProperty, GivesBackWhatWasPutOrIsReadOnly) {
             if (!member.put) {
                 if (member.kind == Member::Kind::Property && isCollection(member.type))
                     readOnlyCollections.push_back(object->dynamicClass().name + "." + member.name);
-                EXPECT_EQ(errorNumber([&] { put(*object, member.name, value); }), 438);
+                EXPECT_EQ(errorNumber([&] { client::put(*object, member.name, value); }), 438);
             } else if (isCollection(member.type)) {
-                const Value former = get(*object, member.name);
-                put(*object, member.name, Value::nothing());
-                const Value empty = get(*object, member.name);
+                const Value former = client::get(*object, member.name);
+                client::put(*object, member.name, Value::nothing());
+                const Value empty = client::get(*object, member.name);
                 EXPECT_FALSE(empty.isAbsent());
                 EXPECT_FALSE(empty.toObject() == former.toObject());
-                put(*object, member.name, former);
+                client::put(*object, member.name, former);
                 const Value otherKind = New<KeyedCollection<Dictionary>>();
-                EXPECT_EQ(errorNumber([&] { put(*object, member.name, otherKind); }), 13);
-                EXPECT_TRUE(get(*object, member.name).toObject() == former.toObject());
+                EXPECT_EQ(errorNumber([&] { client::put(*object, member.name, otherKind); }), 13);
+                EXPECT_TRUE(client::get(*object, member.name).toObject() == former.toObject());
             } else if (member.get && member.parameters.empty()) {
-                put(*object, member.name, value);
-                const Value read = get(*object, member.name);
+                client::put(*object, member.name, value);
+                const Value read = client::get(*object, member.name);
                 if (value.isObject()) {
                     EXPECT_TRUE(read.toObject() == value.toObject());
                 } else {

@@ -19,8 +19,9 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
-#include "support/fixtures.h"
+#include "support/scene.h"
 
 /// What the system refuses in passing, and grants the next time. Two of its calls are this file's own: they
 /// are the system's but for one path, while a test says so.
@@ -33,7 +34,12 @@ struct Refusal {
 };
 Refusal refusal;
 
+/// Every path that was opened, while somebody wants to know.
+std::vector<std::string>* seen = nullptr;
+
 bool isRefused(std::string_view call, const char* path) {
+    if (seen && call != "stat")
+        seen->emplace_back(path);
     if (refusal.call != call || refusal.path != path)
         return false;
     errno = refusal.code;
@@ -74,6 +80,30 @@ public:
     RefusedCall(const RefusedCall&) = delete;
     RefusedCall& operator=(const RefusedCall&) = delete;
 };
+
+TEST(Traced, NamesInDocumentsLeadNowhereElse) {
+    Files files;
+    size_t opened = 0;
+    for (std::vector<std::string> row : tableRows("calls.names")) {
+        row.resize(6);
+        if (row[0] == "file") {
+            files.emplace_back(row[1], row[2]);
+            continue;
+        }
+        SCOPED_TRACE(row[0] + ": " + row[2]);
+        Scene scene(row[0], files);
+        std::vector<std::string> paths;
+        seen = &paths;
+        scene.run(row[2]);
+        seen = nullptr;
+        opened += paths.size();
+        for (const std::string& path : paths) {
+            const std::string whole = std::filesystem::weakly_canonical(path).string() + "/";
+            EXPECT_TRUE(whole.starts_with(scene.located("file:in/"))) << path;
+        }
+    }
+    EXPECT_GT(opened, 10u);
+}
 
 TEST(RefusedCalls, AStandInTakesNoPlaceThatCannotBeLookedAt) {
     const TemporaryFolder folder;

@@ -1,12 +1,11 @@
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <norvakavlor/component/class_list.h>
-#include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/runtime/describe.h>
 #include <norvakavlor/xml/node_object.h>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <tests/support/client.h>
 #include <tests/support/fixtures.h>
 #include <vector>
 
@@ -59,17 +58,17 @@ std::vector<Row> rowsOf(const Format& format) {
 
 /// An object with what some of its members need to be saved at all.
 Ref<Object> made(const std::string& name) {
-    Ref<Object> object = CreateObject("NorvaKavlor." + name);
+    Ref<Object> object = client::create(name);
     if (name == "Question") {
-        const Ref<Object> answers = get(*object, "Answers").toObject();
-        call(*answers, "Add", {"answer"});
+        const Ref<Object> answers = client::get(*object, "Answers").toObject();
+        client::call(*answers, "Add", {"answer"});
     } else if (name == "Reference") {
-        call(*object, "SetTextBookID", {"none"});
+        client::call(*object, "SetTextBookID", {"none"});
     } else if (name == "Course" || name == "LiveExScore") {
-        put(*object, "ID", "1");
+        client::put(*object, "ID", "1");
     } else if (name == "Preferences") {
-        put(*object, "QuestionRetakeAllowed", true);
-        put(*object, "RandomQuestionOrder", true);
+        client::put(*object, "QuestionRetakeAllowed", true);
+        client::put(*object, "RandomQuestionOrder", true);
     }
     return object;
 }
@@ -80,26 +79,26 @@ std::pair<Ref<Object>, std::string> holderOf(const Ref<Object>& object, const st
     if (dot == std::string::npos)
         return {object, member};
     const std::string property = member.substr(0, dot);
-    if (get(*object, property).isAbsent())
-        put(*object, property, object->dynamicClass().find(property)->type.objectClass().create());
-    return {get(*object, property).toObject(), member.substr(dot + 1)};
+    if (client::get(*object, property).isAbsent())
+        client::put(*object, property, object->dynamicClass().find(property)->type.objectClass().create());
+    return {client::get(*object, property).toObject(), member.substr(dot + 1)};
 }
 
 std::string textOf(const Ref<Object>& object, const Row& row) {
     const auto [holder, name] = holderOf(object, row.member);
-    return get(*holder, name).toText();
+    return client::get(*holder, name).toText();
 }
 
 std::shared_ptr<xml::Document> saved(const Format& format, Ref<Object> object) {
     if (!format.container.empty()) {
-        const Ref<Object> container = CreateObject("NorvaKavlor." + format.container);
-        const Ref<Object> collection = get(*container, format.collection).toObject();
-        call(*collection, "Add", {object, "key"});
+        const Ref<Object> container = client::create(format.container);
+        const Ref<Object> collection = client::get(*container, format.collection).toObject();
+        client::call(*collection, "Add", {object, "key"});
         object = container;
     }
     if (!object->dynamicClass().find("SaveToXMLNode")) {
         const TemporaryFolder folder;
-        call(*object, "Save", {folder.file("saved.xml")});
+        client::call(*object, "Save", {folder.file("saved.xml")});
         return std::make_shared<xml::Document>(testing::parsed(folder.read("saved.xml")));
     }
     auto document = std::make_shared<xml::Document>();
@@ -110,17 +109,18 @@ std::shared_ptr<xml::Document> saved(const Format& format, Ref<Object> object) {
 
 Ref<Object> loaded(const Format& format, const std::shared_ptr<xml::Document>& document) {
     const std::string& name = format.container.empty() ? format.name : format.container;
-    Ref<Object> object = CreateObject("NorvaKavlor." + name);
+    Ref<Object> object = client::create(name);
     if (object->dynamicClass().find("LoadFromXMLNode")) {
         EXPECT_TRUE(callOnDocument(*object, "LoadFromXMLNode", document).toBoolean());
     } else {
         const TemporaryFolder folder;
-        EXPECT_TRUE(call(*object, "Load", {folder.write("saved.xml", document->toText())}).toBoolean());
+        EXPECT_TRUE(
+            client::call(*object, "Load", {folder.write("saved.xml", document->toText())}).toBoolean());
     }
     if (format.container.empty())
         return object;
-    const Ref<Object> collection = get(*object, format.collection).toObject();
-    return elementsOf(*collection).at(0).toObject();
+    const Ref<Object> collection = client::get(*object, format.collection).toObject();
+    return client::elementsOf(*collection).at(0).toObject();
 }
 
 /// The text at a row's place; nothing when the document lacks the place.
@@ -146,14 +146,14 @@ TEST(SavedMember, HasAPlaceOfItsOwnAndComesBack) {
             SCOPED_TRACE(format.root + ": " + format.name + "." + row.member);
             const Ref<Object> object = made(format.name);
             const auto [holder, name] = holderOf(object, row.member);
-            put(*holder, name, row.value);
+            client::put(*holder, name, row.value);
             const std::string text = textOf(object, row);
             EXPECT_NE(text, textOf(plain, row));
             const auto document = saved(format, object);
             const bool comesBack = !row.place.empty() && row.isRead;
             const Ref<Object> back = comesBack ? loaded(format, document) : nullptr;
             const bool clones = object->dynamicClass().find("Clone");
-            const Ref<Object> clone = clones ? call(*object, "Clone").toObject() : nullptr;
+            const Ref<Object> clone = clones ? client::call(*object, "Clone").toObject() : nullptr;
             for (const Row& other : rows) {
                 SCOPED_TRACE(other.member);
                 const bool isThis = &other == &row;

@@ -1,5 +1,6 @@
 #include "support/fixtures.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <norvakavlor/crypto/encryption.h>
 #include <sstream>
@@ -100,6 +101,37 @@ TEST(KavlorServerOptions, TheGradebookAcceptsWhenItIsToldTo) {
     // A new run goes on counting where the last one stopped.
     EXPECT_EQ(folder.read("gradebook/0011.txt"), "1");
     EXPECT_EQ(folder.read("gradebook/0001.txt"), "0");
+}
+
+TEST(KavlorServerFolder, NoLinkLeadsOutOfIt) {
+    const TemporaryFolder outside;
+    const TemporaryFolder folder;
+    const std::string text = "<exam><title>outside</title></exam>";
+    outside.write("x.xml", text);
+    folder.write("own.xml", text);
+    std::filesystem::create_symlink(outside.file("x.xml"), folder.file("link.xml"));
+    std::filesystem::create_symlink("own.xml", folder.file("inner.xml"));
+    std::filesystem::create_symlink(outside.file("new.xml"), folder.file("dangling.xml"));
+    std::filesystem::create_directory_symlink(outside.path(), folder.file("away"));
+    Service service({.folder = folder.path()});
+    for (const char* target : {"/LoadKavlorObject.asp?ObjName=Exam&FileName=link.xml",
+                               "/away/LoadKavlorObject.asp?ObjName=Exam&FileName=x.xml",
+                               "/SaveKavlorObject.asp?ObjName=Exam&FileName=link.xml",
+                               "/away/SaveKavlorObject.asp?ObjName=Exam&FileName=x.xml",
+                               "/away/SaveKavlorObject.asp?ObjName=Exam&FileName=new.xml",
+                               "/SaveKavlorObject.asp?ObjName=Exam&FileName=dangling.xml",
+                               "/away/DeleteKavlorObject.asp?ObjName=Exam&FileName=x.xml",
+                               "/away/GetTitleFileNames.asp?ObjName=Exam&ExamType=-1&"}) {
+        const std::string reply = posted(service, target, "<new/>");
+        EXPECT_FALSE(reply.empty()) << target;
+        EXPECT_EQ(reply.find("outside"), std::string::npos) << target << ": " << reply;
+    }
+    EXPECT_EQ(service.answer({"GET", "/away/x.xml", "", ""}, "").status, 404);
+    EXPECT_EQ(posted(service, "/LoadKavlorObject.asp?ObjName=Exam&FileName=inner.xml"), text);
+    EXPECT_EQ(posted(service, "/GetTitleFileNames.asp?ObjName=Exam&ExamType=-1&").find("link"),
+              std::string::npos);
+    EXPECT_EQ(outside.read("x.xml"), text);
+    EXPECT_EQ(outside.names(), std::vector<std::string>{"x.xml"});
 }
 
 TEST(KavlorServerLog, MasksKeysAndStaysOneLine) {

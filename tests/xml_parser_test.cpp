@@ -1,9 +1,11 @@
+#include <array>
 #include <gtest/gtest.h>
 #include <norvakavlor/platform/xml_parser.h>
 #include <norvakavlor/xml/document.h>
 #include <random>
 #include <string>
 #include <tests/support/fixtures.h>
+#include <tests/support/memory.h>
 
 namespace norvakavlor {
 namespace {
@@ -88,6 +90,53 @@ TEST(XmlParser, HoldsItsBounds) {
     // Siblings and pieces of text have no bound of their own.
     EXPECT_EQ(platform::parseXml("<a>" + repeated("<b/>", 100000) + "</a>")->root().childCount(), 100000u);
     EXPECT_EQ(platform::parseXml("<a>" + repeated("x&amp;", 100000) + "</a>")->root().text().size(), 200000u);
+}
+
+/// What parsing a text takes.
+struct Cost {
+    bool isWhole = false;
+    size_t bytes = 0; ///< of the text
+    size_t allocations = 0;
+    long memory = 0; ///< at its highest
+};
+
+Cost costOf(const std::array<std::string, 8>& row, size_t bytes) {
+    const auto& [what, before, piece, between, closing, after, whole, times] = row;
+    std::string text = before;
+    size_t turns = 0;
+    for (; text.size() < bytes; ++turns) {
+        std::string one = piece;
+        for (size_t at = 0; (at = one.find('%')) != std::string::npos;)
+            one.replace(at, 1, std::to_string(turns));
+        text += one;
+    }
+    text += between + repeated(closing, turns) + after;
+    Cost cost{.bytes = text.size()};
+    const size_t allocations = memory::count();
+    const long inUse = memory::liveBytes();
+    memory::resetPeak();
+    cost.isWhole = platform::parseXml(text).has_value();
+    cost.allocations = memory::count() - allocations;
+    cost.memory = memory::peakBytes() - inUse;
+    return cost;
+}
+
+// Memory and allocations grow with the size of a text, whatever it is made of.
+TEST(XmlParser, TakesWhatTheTextIsWorth) {
+    for (const auto& row : rows<8>("xml.cost")) {
+        SCOPED_TRACE(row[0]);
+        // Wine's parser takes its time, and no name of more than 50,000 characters.
+        const size_t bytes = runsUnderWine() ? 10000 : 100000;
+        const Cost small = costOf(row, bytes), large = costOf(row, 2 * bytes);
+        if (!row[6].empty()) {
+            EXPECT_EQ(small.isWhole, row[6] == "true");
+            EXPECT_EQ(large.isWhole, row[6] == "true");
+        }
+        constexpr long kFixed = 100000; // what even a small text takes
+        const long times = row[7].empty() ? 10 : std::stol(row[7]);
+        EXPECT_LT(large.memory, times * static_cast<long>(large.bytes) + kFixed);
+        EXPECT_LE(large.allocations, 2 * small.allocations + small.allocations / 10 + 10);
+    }
 }
 
 TEST(XmlParser, ComesBackFromEveryTruncationAndFromRubbish) {

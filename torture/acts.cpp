@@ -148,11 +148,10 @@ std::string settingFault(const std::string& folder, const std::vector<std::strin
 /// What kavlor-server does between a request and its answer.
 bool storeOnServer(const std::string& folder, const std::string&, int number) {
     server::Service service({.folder = folder});
-    xml::Document document;
-    booksOf(number)->SaveToXMLNode(document, document.createRoot("textBookList"));
-    const server::Reply reply = service.answer(
-        {"POST", "/SaveKavlorObject.asp?ObjName=TextBooks&FileName=books.xml", "text/xml", document.toText()},
-        "");
+    const server::Reply reply =
+        service.answer({"POST", "/SaveKavlorObject.asp?ObjName=TextBooks&FileName=books.xml", "text/xml",
+                        documentOf(number)},
+                       "");
     if (!reply.text.empty() && reply.status / 100 == 2)
         throw std::runtime_error("the server answered " + reply.text);
     return reply.status / 100 == 2;
@@ -179,6 +178,12 @@ const Act& actOf(std::string_view name) {
     if (found == acts().end())
         throw std::invalid_argument("no act " + std::string(name));
     return *found;
+}
+
+std::string documentOf(int number) {
+    xml::Document document;
+    booksOf(number)->SaveToXMLNode(document, document.createRoot("textBookList"));
+    return document.toText();
 }
 
 void shortenWaits() {

@@ -22,6 +22,9 @@ struct Act {
 const std::vector<Act>& acts();
 const Act& actOf(std::string_view name);
 
+/// The document that the number-th save stores.
+std::string documentOf(int number);
+
 /// Waits for locks take a few milliseconds here and not seconds.
 void shortenWaits();
 

@@ -11,12 +11,15 @@
 #include <filesystem>
 #include <functional>
 #include <iterator>
+#include <list>
 #include <norvakavlor/platform/document_lock.h>
 #include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/platform/http.h>
 #include <norvakavlor/text/error.h>
 #include <random>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -48,7 +51,8 @@ void pause(int milliseconds) { ::usleep(static_cast<useconds_t>(1000 * milliseco
 
 class Folder {
 public:
-    Folder() : path_((fs::temp_directory_path() / "kavlor-torture-XXXXXX").string()) {
+    explicit Folder(const fs::path& parent = fs::temp_directory_path())
+        : path_((parent / "kavlor-torture-XXXXXX").string()) {
         if (!::mkdtemp(path_.data()))
             throw std::runtime_error("no folder for temporary files");
         path_ += '/';
@@ -341,15 +345,76 @@ int failures(const Plan&) {
     return faults;
 }
 
+/// Who saves one version of a document after the other on kavlor-server.
+struct Client {
+    explicit Client(const Folder& served) : folder(served.path()) {}
+
+    /// Until the server says no more.
+    void save(const std::string& server) {
+        const std::string place = fs::path(folder.path()).parent_path().filename().string();
+        const std::string url = server + place + "/SaveKavlorObject.asp?ObjName=TextBooks&FileName=books.xml";
+        for (int number = 1; fault.empty(); ++number) {
+            try {
+                const platform::HttpReply reply = platform::sendHttp(
+                    {.url = url, .headers = {{"Content-Type", "text/xml"}}, .body = documentOf(number)});
+                if (reply.status == 200 && reply.text.empty())
+                    reported.push_back("n" + std::to_string(number));
+                else
+                    fault = "the server answered " + reply.text;
+            } catch (const Error&) {
+                return; // it is dead
+            }
+        }
+    }
+
+    const Folder folder;
+    std::vector<std::string> reported;
+    std::string fault;
+};
+
+/// Kills kavlor-server itself after 2 to 160 ms, while clients store on it, each a document of its own.
+int server(const Plan& plan) {
+    constexpr int kClients = 4;
+    const int rounds = roundsOf(plan, 20, 2000);
+    const Act& act = actOf("save");
+    const fs::path program = fs::path(plan.worker.at(0)).parent_path().parent_path() / "kavlor-server";
+    Tally tally{"server"};
+    int cleaned = 0;
+    for (int round = 0; round < rounds; ++round) {
+        const Folder folder;
+        std::list<Client> clients;
+        for (int i = 0; i < kClients; ++i)
+            act.prepare(clients.emplace_back(folder).folder.path());
+        Worker worker({program.string(), folder.path()});
+        const std::string line = worker.firstLine();
+        const std::string address = line.substr(std::min(line.find("http://"), line.size()));
+        tally.fault(address.empty() ? "kavlor-server does not begin" : "");
+        std::vector<std::thread> threads;
+        for (Client& client : clients)
+            threads.emplace_back(&Client::save, &client, address);
+        pause(between(2, 160));
+        worker.kill();
+        ++tally.disturbed;
+        for (std::thread& thread : threads)
+            thread.join();
+        for (const Client& client : clients) {
+            tally.reported += static_cast<int>(client.reported.size());
+            tally.fault(client.fault);
+            tally.fault(act.fault(client.folder.path(), client.reported));
+            tally.fault(leftovers(act, client.folder, cleaned));
+        }
+    }
+    tally.remark = std::to_string(cleaned) + " temporaries left and cleaned";
+    tally.print();
+    return tally.faults;
+}
+
 const struct {
     const char* name;
     int (*run)(const Plan&);
     bool ofBoth; ///< also for workers of the Windows product
-} kItems[] = {{"kills", kills, true},
-              {"calls", calls, false},
-              {"locks", locks, true},
-              {"insertions", insertions, true},
-              {"failures", failures, false}};
+} kItems[] = {{"kills", kills, true}, {"server", server, false},        {"calls", calls, false},
+              {"locks", locks, true}, {"insertions", insertions, true}, {"failures", failures, false}};
 
 int run(const std::vector<std::string>& arguments) {
     Plan plan;

@@ -14,6 +14,11 @@ namespace {
 
 constexpr useconds_t kPause = 1000;
 
+std::vector<std::string> longer(std::vector<std::string> words, const std::vector<std::string>& more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
 std::vector<char*> argumentsOf(std::vector<std::string>& words) {
     std::vector<char*> arguments;
     for (std::string& word : words)
@@ -25,10 +30,11 @@ std::vector<char*> argumentsOf(std::vector<std::string>& words) {
 } // namespace
 
 Worker::Worker(const std::vector<std::string>& command, std::string_view act, const std::string& folder,
-               const std::string& prefix, int count) {
-    std::vector<std::string> words = command;
-    words.insert(words.end(), {std::string(act), folder, prefix, std::to_string(count)});
-    const std::vector<char*> arguments = argumentsOf(words);
+               const std::string& prefix, int count)
+    : Worker(longer(command, {std::string(act), folder, prefix, std::to_string(count)})) {}
+
+Worker::Worker(std::vector<std::string> command) {
+    const std::vector<char*> arguments = argumentsOf(command);
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");
@@ -67,14 +73,16 @@ void Worker::listen() {
         said_.append(piece.data(), static_cast<size_t>(count));
 }
 
-bool Worker::begins() {
+std::string Worker::firstLine() {
     constexpr int kTries = 60000;
     for (int i = 0; i < kTries && said_.find('\n') == std::string::npos; ++i) {
         ::usleep(kPause);
         listen();
     }
-    return said_.starts_with("begun");
+    return said_.substr(0, said_.find('\n'));
 }
+
+bool Worker::begins() { return firstLine() == "begun"; }
 
 void Worker::kill() {
     if (process_ <= 0)

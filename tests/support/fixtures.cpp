@@ -1,11 +1,11 @@
 #include "fixtures.h"
 
+#include "client.h"
+
 #include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <iterator>
-#include <norvakavlor/component/class_list.h>
-#include <norvakavlor/component/late_bound.h>
 #include <norvakavlor/platform/xml_parser.h>
 #include <norvakavlor/xml/node_object.h>
 #include <random>
@@ -52,13 +52,13 @@ Value callOnDocument(Object& object, const char* method, const std::shared_ptr<x
                 argument = collection;
         }
     }
-    return call(object, method, std::move(arguments));
+    return client::call(object, method, std::move(arguments));
 }
 
 std::vector<Ref<Object>> library() {
     std::vector<Ref<Object>> collections;
     for (const auto& [name, text] : rows<2>("documents.library")) {
-        collections.push_back(CreateObject("NorvaKavlor." + name));
+        collections.push_back(client::create(name));
         const auto document = std::make_shared<xml::Document>(parsed(text));
         callOnDocument(*collections.back(), "LoadFromXMLNode", document, collections);
     }

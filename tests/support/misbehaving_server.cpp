@@ -69,6 +69,14 @@ struct Visit {
                              "\r\nContent-Type: " + contentType + "\r\n");
         send(body);
     }
+    /// A text of a table, with this server's own address in the place of "{self}".
+    std::string filled(std::string text) const {
+        const size_t host = request.find("\r\nHost: ") + 8;
+        const std::string self = "http://" + request.substr(host, request.find('\r', host) - host) + "/";
+        for (size_t at = 0; (at = text.find("{self}", at)) != std::string::npos; at += self.size())
+            text.replace(at, 6, self);
+        return text;
+    }
     /// The next part of the path.
     std::string part() {
         const size_t slash = std::min(rest.find('/'), rest.size());
@@ -85,10 +93,12 @@ struct Visit {
 
 using Manners = std::map<std::string, std::function<void(Visit&)>, std::less<>>;
 
-void neverEnd(Visit& visit) {
-    constexpr int kMost = 80 << 4; // pieces: more than anybody takes
-    const std::string blanks(65536, ' ');
-    for (int sent = 0; sent < kMost && visit.send(blanks); ++sent) {
+void neverEnd(Visit& visit, std::string_view piece = " ") {
+    constexpr int kMost = 80 << 4; // times: more than anybody takes
+    std::string pieces;
+    while (pieces.size() < 65536)
+        pieces += piece;
+    for (int sent = 0; sent < kMost && visit.send(pieces); ++sent) {
     }
 }
 
@@ -135,14 +145,19 @@ Manners allManners() {
                             visit.sendHead("200 OK", kXml);
                             neverEnd(visit);
                         }},
+                       {"head-endless",
+                        [](Visit& visit) {
+                            visit.send("HTTP/1.1 200 OK\r\n");
+                            neverEnd(visit, "X-Word: 0123456789abcdef\r\n");
+                        }},
                        {"oversize", [](Visit& visit) {
                             visit.sendHead("200 OK", "Content-Length: 70000000\r\n");
                             neverEnd(visit);
                         }}};
     for (const auto& [name, status, contentType, body] : rows<4>("replies.pages"))
-        manners[name] = [=](Visit& visit) { visit.reply(body, status, contentType); };
+        manners[name] = [=](Visit& visit) { visit.reply(visit.filled(body), status, contentType); };
     for (const auto& [name, bytes] : rows<2>("replies.bytes"))
-        manners[name] = [=](Visit& visit) { visit.send(bytes); };
+        manners[name] = [=](Visit& visit) { visit.send(visit.filled(bytes)); };
     return manners;
 }
 

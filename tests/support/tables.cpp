@@ -22,6 +22,15 @@ void finishField(std::string& field) {
             break;
         case 'e':
             break;
+        case '{': {
+            const size_t blank = field.find(' ', at), end = field.find('}', at);
+            std::string piece = field.substr(blank + 1, end - blank - 1);
+            finishField(piece);
+            for (int left = std::stoi(field.substr(at + 1)); left > 0; --left)
+                text += piece;
+            at = end;
+            break;
+        }
         default: {
             constexpr std::string_view kNames = "snrt";
             const size_t known = kNames.find(kind);

@@ -12,8 +12,8 @@ namespace norvakavlor::testing {
 
 /// The rows of a table of cases: "text.trimmed" is the section [trimmed] of tests/data/text.txt. A row is a
 /// line of fields with "|" between them, without the blanks around; "\s" is a blank that stays, "\x80" a
-/// byte, and "\n", "\r", "\t", "\|" and "\\" are what they look like. "\e" is nothing, for a row without
-/// any field. A table that is not there fails the test that asks for it.
+/// byte, "\{3 ab}" is "ababab", and "\n", "\r", "\t", "\|" and "\\" are what they look like. "\e" is nothing,
+/// for a row without any field. A table that is not there fails the test that asks for it.
 std::vector<std::vector<std::string>> tableRows(std::string_view table);
 
 /// The same for structured bindings; fields that a row lacks are "".

@@ -1,6 +1,7 @@
 #include "document_folder.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <mutex>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
@@ -8,6 +9,7 @@
 #include <norvakavlor/store/location.h>
 #include <norvakavlor/text/text.h>
 #include <norvakavlor/xml/decode.h>
+#include <system_error>
 #include <utility>
 
 namespace norvakavlor::server {
@@ -38,6 +40,18 @@ xml::Document parsedBytes(std::string_view bytes) {
 
 DocumentFolder::DocumentFolder(const std::string& path) : path_(EnsureTrailingSlash(path)) {}
 
+bool DocumentFolder::holds(const std::string& path) const {
+    std::error_code fault;
+    const std::filesystem::path root = std::filesystem::canonical(path_, fault);
+    std::filesystem::path place = std::filesystem::weakly_canonical(path, fault);
+    if (fault || (std::filesystem::is_symlink(path, fault) && !std::filesystem::exists(path, fault)))
+        return false;
+    if (!place.has_filename())
+        place = place.parent_path();
+    const std::filesystem::path inside = place.lexically_relative(root);
+    return !inside.empty() && *inside.begin() != "..";
+}
+
 std::string DocumentFolder::pathOf(std::string_view directory) const {
     std::string path = path_;
     for (size_t start = 0; start < directory.size();) {
@@ -51,7 +65,7 @@ std::string DocumentFolder::pathOf(std::string_view directory) const {
             path.append(name).append("/");
         start = end + 1;
     }
-    if (!platform::folderExists(path))
+    if (!platform::folderExists(path) || !holds(path))
         throw runtimeError(RuntimeError::PathNotFound);
     return path;
 }
@@ -62,6 +76,8 @@ std::string DocumentFolder::pathOf(std::string_view directory, const std::string
         throw runtimeError(RuntimeError::InvalidProcedureCall,
                            "\"" + fileName + "\" is no name for a document.");
     }
+    if (!holds(folder + fileName))
+        throw runtimeError(RuntimeError::PathNotFound);
     return folder + fileName;
 }
 

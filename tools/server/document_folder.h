@@ -17,12 +17,17 @@ class DocumentFolder {
 public:
     explicit DocumentFolder(const std::string& path);
 
-    /// The folder of a web directory ("/", "/class1/"), with a final "/". Raises 76 if it is missing, outside
-    /// or the gradebook's.
+    /// Is this path one inside of the folder, once links are followed? A link that leads out or nowhere is
+    /// not.
+    bool holds(const std::string& path) const;
+
+    /// The folder of a web directory ("/", "/class1/"), with a final "/". Raises 76 if it is missing,
+    /// outside, also by a link, or the gradebook's.
     std::string pathOf(std::string_view directory) const;
 
     /// Full path of a document. Raises 76 as above, and 5 for a bad name: empty, with a separator, colon,
-    /// wildcard or NUL in it, "." and "..", and the names of saves' temporary files.
+    /// wildcard or NUL in it, "." and "..", and the names of saves' temporary files. A link that leads out of
+    /// the folder raises 76.
     std::string pathOf(std::string_view directory, const std::string& fileName) const;
 
     // Each raises as pathOf and the platform's files do, and 5 for what does not parse. Each holds a lock: a

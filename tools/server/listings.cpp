@@ -95,6 +95,8 @@ std::string listing(const DocumentFolder& folder, const RequestTarget& target, i
         std::string rows;
         const LocalListing files = listLocalFiles(folder.pathOf(target.directory), selection.name);
         for (const std::string& fileName : files.fileNames) {
+            if (!folder.holds(files.directory + fileName))
+                continue;
             const auto document = readLocalDocument(files.directory + fileName);
             if (!document || fileName.find(';') != std::string::npos)
                 continue;

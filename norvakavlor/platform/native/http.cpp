@@ -6,12 +6,16 @@
 #include <cstdint>
 #include <curl/curl.h>
 #include <exception>
+#include <linux/tcp.h>
 #include <memory>
+#include <netinet/in.h>
 #include <new>
 #include <norvakavlor/platform/url.h>
 #include <norvakavlor/text/text.h>
 #include <string>
+#include <sys/socket.h>
 #include <tuple>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -119,6 +123,8 @@ private:
     void setCallbacks() {
         set(CURLOPT_PREREQFUNCTION, &Transfer::connected);
         set(CURLOPT_PREREQDATA, this);
+        set(CURLOPT_CLOSESOCKETFUNCTION, &Transfer::closing);
+        set(CURLOPT_CLOSESOCKETDATA, this);
         set(CURLOPT_HEADERFUNCTION, &Transfer::header);
         set(CURLOPT_HEADERDATA, this);
         set(CURLOPT_WRITEFUNCTION, &Transfer::content);
@@ -134,6 +140,14 @@ private:
         of(self).isConnected_ = true;
         of(self).lastProgress_ = Clock::now();
         return CURL_PREREQFUNC_OK;
+    }
+
+    static int closing(void* self, curl_socket_t socket) {
+        tcp_info state{};
+        socklen_t size = sizeof state;
+        if (::getsockopt(socket, IPPROTO_TCP, TCP_INFO, &state, &size) == 0)
+            of(self).received_ = state.tcpi_bytes_received;
+        return ::close(socket);
     }
 
     /// No exception may pass through curl's frames: it waits until curl has stopped.
@@ -163,6 +177,9 @@ private:
         // Ignore trailer headers after a chunked body.
         if (sawWholeHead_)
             return;
+        constexpr size_t kLongestHead = 1u << 18;
+        if ((headSize_ += line.size()) > kLongestHead)
+            throw transportError(request_.url, transport_reason::kTooLarge);
         sawWholeHead_ = line == "\r\n" || line == "\n";
         // curl takes "100abc" for 100, and the last of two lengths.
         if (sawWholeHead_)
@@ -222,8 +239,12 @@ private:
     void require(CURLcode code) const {
         if (code == CURLE_OK)
             return;
-        if (code == CURLE_OUT_OF_MEMORY)
+        // curl also says so of a header that is longer than it takes.
+        constexpr uint64_t kLongestHeader = 100000;
+        if (code == CURLE_OUT_OF_MEMORY && (sawWholeHead_ || received_ < kLongestHeader))
             throw std::bad_alloc();
+        if (code == CURLE_OUT_OF_MEMORY)
+            throw transportError(request_.url, transport_reason::kTooLarge);
         const std::string_view detail = detail_[0] != '\0' ? detail_.data() : curl_easy_strerror(code);
         throw transportError(request_.url, reasonOf(code), detail);
     }
@@ -265,6 +286,8 @@ private:
 
     const HttpRequest& request_;
     HttpLimits limits_;
+    uint64_t received_ = 0; ///< bytes in all, known once the connection is closed
+    size_t headSize_ = 0;   ///< of all heads, those of interim replies included
     std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> easy_{curl_easy_init(), curl_easy_cleanup};
     std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> multi_{curl_multi_init(), curl_multi_cleanup};
     Headers headers_;
