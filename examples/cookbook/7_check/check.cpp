@@ -4,12 +4,13 @@
 using namespace norvakavlor;
 
 int main() {
+    auto textBooks = New<TextBooks>();
     auto objectives = New<Objectives>();
     auto pool = New<QuestionPool>();
-    if (!objectives->Load("spring/objectives.xml"))
+    if (!textBooks->Load("spring/textbooks.xml"))
         std::cout << "Not loaded: " << lastReason() << '\n';
-    objectives->Load("objectives.xml");
     try {
+        objectives->Load("spring/objectives.xml", textBooks.get());
         pool->Load("spring/questionpool.xml", objectives.get());
     } catch (const Error& error) {
         std::cout << "Error " << (error.number() & 0xFFFF) << ": " << error.description() << '\n';

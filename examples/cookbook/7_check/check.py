@@ -1,10 +1,10 @@
-from norvakavlor import Error, Objectives, QuestionPool, last_reason
+from norvakavlor import Error, Objectives, QuestionPool, TextBooks, last_reason
 
-objectives, pool = Objectives(), QuestionPool()
-if not objectives.Load("spring/objectives.xml"):
+books, objectives, pool = TextBooks(), Objectives(), QuestionPool()
+if not books.Load("spring/textbooks.xml"):
     print("Not loaded:", last_reason())
-objectives.Load("objectives.xml")
 try:
+    objectives.Load("spring/objectives.xml", books)
     pool.Load("spring/questionpool.xml", objectives)
 except Error as error:
     print(f"Error {error.number & 0xFFFF}: {error.description}")

@@ -1,1 +1,1 @@
-kavlor check .
+kavlor check spring

@@ -1,11 +1,12 @@
 Option Explicit
-Dim diagnostics, objectives, pool
+Dim diagnostics, textBooks, objectives, pool
 
 Set diagnostics = CreateObject("NorvaKavlor.Diagnostics")
+Set textBooks = CreateObject("NorvaKavlor.TextBooks")
 Set objectives = CreateObject("NorvaKavlor.Objectives")
 Set pool = CreateObject("NorvaKavlor.QuestionPool")
-If Not objectives.Load("spring/objectives.xml") Then WScript.Echo "Not loaded: " & diagnostics.LastReason
-objectives.Load "objectives.xml"
+If Not textBooks.Load("spring/textbooks.xml") Then WScript.Echo "Not loaded: " & diagnostics.LastReason
+objectives.Load "spring/objectives.xml", textBooks
 On Error Resume Next
 pool.Load "spring/questionpool.xml", objectives
 If Err.Number <> 0 Then
