@@ -13,11 +13,16 @@ int main() {
     }
     const Ref<Course> course = courses->CourseMembers->Item(1);
     std::ifstream file("class.csv");
-    std::string line, password;
+    std::string line;
     std::getline(file, line); // the columns' names
     while (std::getline(file, line)) {
+        if (line.ends_with('\r'))
+            line.pop_back();
+        if (line.empty())
+            continue;
         auto student = New<Student>();
         std::istringstream cells(line);
+        std::string password;
         std::getline(cells, student->LastName, ',');
         std::getline(cells, student->FirstName, ',');
         std::getline(cells, student->UserName, ',');

@@ -5,7 +5,7 @@ using namespace norvakavlor;
 
 int main(int count, char** arguments) try {
     const std::string server = count > 1 ? arguments[1] : "http://127.0.0.1:8080/";
-    const std::string record = "record_SID00001.xml";
+    const std::string record = "record_SID00001_E-SHEETS.xml";
     auto objectives = New<Objectives>();
     auto pool = New<QuestionPool>();
     auto launched = New<GradiumExam>();

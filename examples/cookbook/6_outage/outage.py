@@ -3,7 +3,7 @@ import sys
 from norvakavlor import GradiumExam, Objectives, QuestionPool, last_reason
 
 server = sys.argv[1] if len(sys.argv) > 1 else "http://127.0.0.1:8080/"
-record = "record_SID00001.xml"
+record = "record_SID00001_E-SHEETS.xml"
 objectives, pool, launched = Objectives(), QuestionPool(), GradiumExam()
 if not (objectives.Load("objectives.xml") and pool.Load("questionpool.xml", objectives)
         and launched.Load(server + "launch.xml", pool, "none")):

@@ -1,5 +1,5 @@
 Option Explicit
-Const record = "record_SID00001.xml"
+Const record = "record_SID00001_E-SHEETS.xml"
 Dim server, objectives, pool, launched, question, kept
 
 server = "http://127.0.0.1:8080/"

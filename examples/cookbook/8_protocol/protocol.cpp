@@ -27,8 +27,12 @@ int main(int count, char** arguments) {
     const std::string copy = "KavlorObject.asp?ObjName=Exam&FileName=spring_kvqm.xml";
     std::string exam, text;
     ask(server + "LoadKavlorObject.asp?ObjName=Exam&FileName=sheets_kvqm.xml", "", exam);
-    exam.replace(exam.find("first term"), 10, "spring");
-    ask(server + "Save" + copy, exam, text);
+    if (const size_t place = exam.find("first term"); place != std::string::npos)
+        exam.replace(place, 10, "spring");
+    if (ask(server + "Save" + copy, exam, text) != 200 || !text.empty()) {
+        std::cerr << text << '\n';
+        return 1;
+    }
     ask(server + "GetTitleFileNames.asp?ObjName=Exam&ExamType=1", "", text);
     for (const char character : text)
         std::cout << (character == ';' ? '\n' : character);

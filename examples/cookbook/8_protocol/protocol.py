@@ -17,7 +17,9 @@ login = {"LoginKey": key, "LoginValue": hashlib.md5(key.encode()).hexdigest()}
 ask("Login.asp")
 
 exam = ask("LoadKavlorObject.asp", ObjName="Exam", FileName="sheets_kvqm.xml")
-ask("SaveKavlorObject.asp", exam.replace("first term", "spring"), ObjName="Exam", FileName="spring_kvqm.xml")
+copy = exam.replace("first term", "spring")
+if refusal := ask("SaveKavlorObject.asp", copy, ObjName="Exam", FileName="spring_kvqm.xml"):
+    sys.exit(refusal)
 print(ask("GetTitleFileNames.asp", ObjName="Exam", ExamType="1").replace(";", "\n"), end="")
 ask("DeleteKavlorObject.asp", ObjName="Exam", FileName="spring_kvqm.xml")
 try:

@@ -1,5 +1,5 @@
 Option Explicit
-Dim server, http, exam, part
+Dim server, http, exam, refusal, part
 
 server = "http://127.0.0.1:8080/"
 If WScript.Arguments.Count > 0 Then server = WScript.Arguments(0)
@@ -13,7 +13,12 @@ Function Ask(endpoint, parameters, document)
 End Function
 
 exam = Ask("LoadKavlorObject.asp", "ObjName=Exam&FileName=sheets_kvqm.xml", "")
-Ask "SaveKavlorObject.asp", "ObjName=Exam&FileName=spring_kvqm.xml", Replace(exam, "first term", "spring")
+exam = Replace(exam, "first term", "spring")
+refusal = Ask("SaveKavlorObject.asp", "ObjName=Exam&FileName=spring_kvqm.xml", exam)
+If refusal <> "" Then
+    WScript.Echo refusal
+    WScript.Quit 1
+End If
 For Each part In Split(Ask("GetTitleFileNames.asp", "ObjName=Exam&ExamType=1", ""), ";")
     If part <> "" Then WScript.Echo part
 Next
