@@ -30,19 +30,12 @@ add_library(norvakavlor_automation STATIC ${automation_sources})
 target_link_libraries(norvakavlor_automation PUBLIC norvakavlor)
 set_target_properties(norvakavlor_automation PROPERTIES UNITY_BUILD OFF)
 
-# A resource script cannot read CMake's version; the two must agree.
-file(STRINGS ${automation_folder}/NorvaKavlor.rc resource_versions REGEX "^(FILE|PRODUCT)VERSION")
-string(REPLACE "." ", " wanted_version "${PROJECT_VERSION}, 0")
-foreach(line IN LISTS resource_versions)
-    if(NOT line MATCHES "VERSION ${wanted_version}$")
-        message(FATAL_ERROR "NorvaKavlor.rc has ${line}, the project is ${PROJECT_VERSION}")
-    endif()
-endforeach()
-
+set(automation_resources ${PROJECT_BINARY_DIR}/NorvaKavlor.rc)
+configure_file(${automation_folder}/NorvaKavlor.rc.in ${automation_resources} @ONLY)
 enable_language(RC)
-set_source_files_properties(${automation_folder}/NorvaKavlor.rc PROPERTIES
+set_source_files_properties(${automation_resources} PROPERTIES
     OBJECT_DEPENDS ${type_library} COMPILE_OPTIONS "-I${PROJECT_BINARY_DIR}")
-add_library(automation_server SHARED ${automation_folder}/NorvaKavlor.rc ${automation_folder}/NorvaKavlor.def)
+add_library(automation_server SHARED ${automation_resources} ${automation_folder}/NorvaKavlor.def)
 add_dependencies(automation_server type_library)
 set_target_properties(automation_server PROPERTIES OUTPUT_NAME NorvaKavlor PREFIX "" LINKER_LANGUAGE CXX)
 target_link_libraries(automation_server PRIVATE

@@ -67,10 +67,16 @@ set_target_properties(norvakavlor PROPERTIES CXX_VISIBILITY_PRESET hidden
 if(BUILD_SHARED_LIBS)
     target_link_options(norvakavlor PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map -Wl,--no-undefined)
     set_target_properties(norvakavlor PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
-    # Our tests and tools use more than is exported.
+    # The static library of the same objects: our tests and tools use more than is exported, and it is installed too.
     add_library(norvakavlor_internal STATIC EXCLUDE_FROM_ALL $<TARGET_OBJECTS:norvakavlor>)
-    target_include_directories(norvakavlor_internal PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/include)
+    target_compile_features(norvakavlor_internal PUBLIC cxx_std_20)
+    target_include_directories(norvakavlor_internal PUBLIC
+        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>)
     target_link_libraries(norvakavlor_internal PRIVATE ${needed_libraries})
+    set_target_properties(norvakavlor_internal PROPERTIES OUTPUT_NAME norvakavlor EXPORT_NAME norvakavlor)
+    if(NORVAKAVLOR_INSTALL)
+        set_target_properties(norvakavlor_internal PROPERTIES EXCLUDE_FROM_ALL OFF)
+    endif()
 else()
     add_library(norvakavlor_internal ALIAS norvakavlor)
 endif()

@@ -34,24 +34,15 @@ if(WIN32)
     return()
 endif()
 
-# What the program says of itself makes its completion and, where help2man is, its manual pages.
+# What the program says of itself makes its completion and its manual pages.
 add_custom_command(OUTPUT ${PROJECT_BINARY_DIR}/completions/kavlor
     COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/completions
     COMMAND $<TARGET_FILE:kavlor> completion > ${PROJECT_BINARY_DIR}/completions/kavlor
     DEPENDS kavlor VERBATIM)
-set(tool_pages ${PROJECT_BINARY_DIR}/completions/kavlor)
-find_program(HELP2MAN help2man)
-if(HELP2MAN)
-    file(GLOB commands CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/tools/kavlor tools/kavlor/*_command.cpp)
-    list(TRANSFORM commands REPLACE "^(.*)_command.cpp$" "kavlor-\\1")
-    foreach(page kavlor ${commands})
-        string(REPLACE "kavlor-" "kavlor " said ${page})
-        add_custom_command(OUTPUT ${PROJECT_BINARY_DIR}/man/${page}.1
-            COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/man
-            COMMAND ${HELP2MAN} -N --version-string=${PROJECT_VERSION} -n "tools for administrators"
-                -o ${PROJECT_BINARY_DIR}/man/${page}.1 "$<TARGET_FILE_DIR:kavlor>/./${said}"
-            DEPENDS kavlor VERBATIM)
-        list(APPEND tool_pages ${PROJECT_BINARY_DIR}/man/${page}.1)
-    endforeach()
-endif()
-add_custom_target(kavlor_pages ALL DEPENDS ${tool_pages})
+add_custom_target(kavlor_completion ALL DEPENDS ${PROJECT_BINARY_DIR}/completions/kavlor)
+file(GLOB commands CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/tools/kavlor tools/kavlor/*_command.cpp)
+list(TRANSFORM commands REPLACE "_command.cpp$" "")
+add_manual_page(kavlor)
+foreach(command IN LISTS commands)
+    add_manual_page(kavlor ${command})
+endforeach()

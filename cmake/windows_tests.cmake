@@ -15,7 +15,7 @@ endforeach()
 # The C++ client of the Automation server. Library and server are linked in, so tests can add a class. Loading
 # and unloading is tested on NorvaKavlor.dll beside it.
 file(GLOB client_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/automation/*.cpp)
-add_executable(norvakavlor_tests ${test_sources} ${client_sources} ${automation_folder}/NorvaKavlor.rc)
+add_executable(norvakavlor_tests ${test_sources} ${client_sources} ${automation_resources})
 add_dependencies(norvakavlor_tests type_library automation_server)
 target_link_libraries(norvakavlor_tests PRIVATE norvakavlor_automation norvakavlor gmock gtest_main psapi)
 target_compile_options(norvakavlor_tests PRIVATE -Wa,-mbig-obj)

@@ -3,7 +3,10 @@
 
 #include <cstdio>
 #include <norvakavlor/norvakavlor.h>
+#include <norvakavlor/platform/document_lock.h>
+#include <norvakavlor/platform/files_back_end.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <tools/kavlor/console.h>
 #include <tools/kavlor/csv.h>
@@ -49,6 +52,7 @@ TEST(Kavlor, CommandsSayWhatTheyDidAndHowItEnded) {
     folder.write("change.csv", "StudentID,LastName,Section\nSID00001,Costa,1\n");
     folder.write("broken.xml", "<students><student>");
     folder.write("exams/sheets_kvqm_SID00004_01.xml", "<exam><title>cut");
+    folder.write("exams/sheets_kvqm_SID00005_01.xml", "<exam pctCorrect='half'/>");
     const std::string secret = "ced10ff22e098c1022971423b466023a"; // a sample's digest
     const struct {
         const char* arguments;
@@ -68,7 +72,7 @@ TEST(Kavlor, CommandsSayWhatTheyDidAndHowItEnded) {
          0,
          {"StudentID,LastName,FirstName,MiddleInit,Course,Section,UserName\nSID00009,Müller,", "Wójcik"}},
         {"roster curriculum/students.xml --sort Age", 2, {"students have no field Age"}},
-        {"roster broken.xml", 2, {"broken.xml is missing or no well-formed document"}},
+        {"roster broken.xml", 2, {"broken.xml: line 1, column 20: no element found"}},
         {"roster curriculum/students.xml --import new.csv",
          1,
          {"new.csv:3: refused: there is no name",
@@ -92,8 +96,9 @@ TEST(Kavlor, CommandsSayWhatTheyDidAndHowItEnded) {
          {"\"O\"\"Neil\",Eva", "SID00013,\"Novák; jr\",Mila", "SID00001,Costa,Ana,M,1,1,ana"}},
         {"summary exams/sheets_kvqm.xml",
          1,
-         {"4 of 5 attempts read; 1 left out:",
-          "exams/sheets_kvqm_SID00004_01.xml: it is missing or no well-formed document", "SS-001"}},
+         {"4 of 6 attempts read; 2 left out:",
+          "exams/sheets_kvqm_SID00004_01.xml: line 1, column 17: no element found, <title> was opened at 1:7",
+          "exams/sheets_kvqm_SID00005_01.xml: line 1, column 1: Type mismatch (error 13)", "SS-001"}},
         {"summary exams/sheets_kvqm.xml --attempt 2 --json", 0, {"\"attempts\": 1", "\"leftOut\": []"}},
         {"summary exams/none.xml", 2, {"there is no file exams/none.xml"}},
         {"unlock curriculum/students.xml", 0, {"is not locked"}},
@@ -107,7 +112,7 @@ TEST(Kavlor, CommandsSayWhatTheyDidAndHowItEnded) {
         {"report nowhere", 2, {"there is no folder nowhere"}},
         {"report launches", 2, {"holds no roster, exams or lessons"}},
         {"report . -o no/where.html", 2, {"no/where.html cannot be written"}},
-        {"report . -o all.html", 0, {"all.html: 14 students in 3 classes, 7 attempts, 1 fault"}},
+        {"report . -o all.html", 0, {"all.html: 14 students in 3 classes, 8 attempts, 2 faults"}},
         {"completion", 0, {"complete -o filenames -F _kavlor kavlor", "--dry-run"}},
     };
     for (const auto& c : cases) {
@@ -138,10 +143,38 @@ TEST(Kavlor, UnlockAsksAndLeavesAFaultyRosterLocked) {
     lock("broken.xml");
     const Ended unasked = kavlorIn(folder, "unlock curriculum/students.xml", "y\n");
     EXPECT_EQ(unasked.code, 2) << unasked.output; // an answer from a pipe is none
+    EXPECT_NE(unasked.output.find("no evidence by whom"), std::string::npos);
     EXPECT_NE(unasked.output.find("read-only since 20"), std::string::npos);
     EXPECT_EQ(kavlorIn(folder, "unlock curriculum/students.xml --yes").code, 0);
     EXPECT_NE(kavlorIn(folder, "unlock curriculum/students.xml").output.find("is not locked"),
               std::string::npos);
+    const std::string roster = folder.file("curriculum/students.xml");
+    const auto isTold = [&](const std::string& evidence, int code) {
+        const Ended ended = kavlorIn(folder, "unlock curriculum/students.xml --yes");
+        EXPECT_EQ(ended.code, code) << ended.output;
+        EXPECT_NE(ended.output.find(evidence), std::string::npos) << ended.output;
+    };
+    const auto lockAndDie = [&] {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            platform::DocumentLock held(roster);
+            ::_exit(held.tryTake() == platform::LockResult::Taken ? 0 : 1);
+        }
+        ::waitpid(child, nullptr, 0);
+        return " by process " + std::to_string(child);
+    };
+    isTold(lockAndDie() + ", which has ended", 0);
+    {
+        platform::DocumentLock held(roster);
+        ASSERT_EQ(held.tryTake(), platform::LockResult::Taken);
+        isTold(" by process " + std::to_string(::getpid()) + ", which runs", 1);
+        held.release();
+    }
+    const std::string process = lockAndDie();
+    const std::string lockFile = "curriculum/" + platform::lockFileName("students.xml");
+    std::string mark = folder.read(lockFile);
+    folder.write(lockFile, mark.insert(mark.find("machine ") + 8, "else-"));
+    isTold(process + "; written on another machine", 0);
     EXPECT_EQ(kavlorIn(folder, "unlock broken.xml --yes").code, 1);
     EXPECT_EQ(kavlorIn(folder, "unlock broken.xml --yes --broken").code, 0);
 }
@@ -163,6 +196,7 @@ TEST(Kavlor, ReplaySubmitsEachKindOfRecord) {
         folder.write(name, text);
     }
     const std::string scores = folder.read("live/letter.xml");
+    folder.write("live/letter.xml.scores", scores); // as left by a replay that was cut off
     const struct {
         const char* arguments;
         int code;

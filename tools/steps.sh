@@ -1,4 +1,4 @@
-# Shared by ./test and ./demo: install what is missing, build, report failures. They source it with $root set
+# Shared by ./test, ./demo and ./package: install what is missing, build, report failures. They source it with $root set
 # to the project's folder.
 
 logs=$root/build/logs
@@ -18,6 +18,8 @@ python_test_packages="gcc binutils python3 python3-venv python3-pytest mypy"
 windows_packages="g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64
 libcli11-dev nlohmann-json3-dev"
 windows_test_packages="g++-mingw-w64-i686-posix googletest"
+package_packages="binutils dpkg-dev file gzip python3"
+package_test_packages="bash-completion lintian man-db pkg-config unzip"
 lint_packages="clang-format clang-tidy"
 
 # Says in one line what went wrong; if there is a log, shows its end.
@@ -45,6 +47,11 @@ install_missing() { # PACKAGE...
     apt-get install -y --no-install-recommends "${missing[@]}" >> "$log" 2>&1 < /dev/null && return 0
     complain "could not install ${missing[*]}" "$log"
     return 1
+}
+
+# Uses an existing build folder; on a fresh machine, compiling many sources at a time takes half as long.
+preset_at_hand() { # PRESET
+    [ -e "$root/build/$1/CMakeCache.txt" ] && echo "$1" || echo "$1-quick"
 }
 
 # Configures a preset if that is new or outdated; false if it fails.

@@ -96,6 +96,7 @@ void Exam::loadFurther(xml::Node examNode) {
     for (const xml::Node element : xml::children(examNode, "examAssignment")) {
         auto assignment = New<ExamAssignment>();
         assignment->LoadFromXMLNode(element);
+        noteMention(element, assignment->ClassRef, kCoursesDocument.kind, assignment->SectionRef);
         ExamAssignments->Add(assignment);
     }
     for (const xml::Node element : xml::children(examNode, "examRemediation")) {

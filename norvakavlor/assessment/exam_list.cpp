@@ -28,10 +28,7 @@ Ref<TitleFilename> findExam(const std::vector<std::string>& directories, const s
 } // namespace
 
 bool ExamList::Load(const std::string& location, const std::string& directoryList) {
-    const auto document = readDocument(kExamListDocument.kind, location);
-    if (!document)
-        return false;
-    return document->read([&](xml::Node root) {
+    return readFrom(kExamListDocument.kind, location, [&](xml::Node root) {
         ExamListFileName = documentFileName(location);
         readFields(kExamListFields, root, *this);
         loadOwnPreferences(Prefs, root);

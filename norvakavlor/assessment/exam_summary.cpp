@@ -34,11 +34,11 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
         // All three parameters are sent, even empty: the server tells requests apart by them.
         const std::string parameters =
             "&CourseID=" + courseID + "&SectionID=" + sectionID + "&AttemptNum=" + std::to_string(attemptNum);
-        const auto document = readDocument(kExamSummaryDocument.kind, location, parameters);
-        return document && document->read([&](xml::Node root) {
+        const auto add = [&](xml::Node root) {
             addServerSummary(root, questionPool, location);
             return true;
-        });
+        };
+        return readFrom(kExamSummaryDocument.kind, location, add, parameters);
     }
 
     auto roster = New<Students>();

@@ -25,13 +25,16 @@ Ref<KeyedCollection<Question>> QuestionPool::GetQuestionsByModule(const std::str
 }
 
 bool QuestionPool::Load(const std::string& fileName, Objectives* objectives, TaskPool* taskPool) {
-    auto loaded = LoadedMembers<Question>::from(kQuestionPoolDocument.kind, fileName, [&](xml::Node node) {
-        return readQuestion(node, objectives, taskPool);
+    return Operation("load", kQuestionPoolDocument.kind, fileName).run([&] {
+        auto loaded =
+            LoadedMembers<Question>::from(kQuestionPoolDocument.kind, fileName, [&](xml::Node node) {
+                return readQuestion(node, objectives, taskPool);
+            });
+        if (!loaded)
+            return false;
+        Questions->reserve(static_cast<size_t>(Questions->Count()) + loaded->count());
+        return loaded->addEach([this](const Ref<Question>& question) { add(question); });
     });
-    if (!loaded)
-        return false;
-    Questions->reserve(static_cast<size_t>(Questions->Count()) + loaded->count());
-    return loaded->addEach([this](const Ref<Question>& question) { add(question); });
 }
 
 bool QuestionPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives, TaskPool* taskPool) {

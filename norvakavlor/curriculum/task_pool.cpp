@@ -74,12 +74,14 @@ Ref<KeyedCollection<Task>> TaskPool::GetTasksByModule(const std::string& moduleN
 }
 
 bool TaskPool::Load(const std::string& location, Objectives* objectives) {
-    auto loaded = LoadedMembers<Task>::from(kTaskPoolDocument.kind, location,
-                                            [&](xml::Node node) { return readTask(node, objectives); });
-    if (!loaded)
-        return false;
-    Tasks->reserve(static_cast<size_t>(Tasks->Count()) + loaded->count());
-    return loaded->addEach([this](const Ref<Task>& task) { add(task); });
+    return Operation("load", kTaskPoolDocument.kind, location).run([&] {
+        auto loaded = LoadedMembers<Task>::from(kTaskPoolDocument.kind, location,
+                                                [&](xml::Node node) { return readTask(node, objectives); });
+        if (!loaded)
+            return false;
+        Tasks->reserve(static_cast<size_t>(Tasks->Count()) + loaded->count());
+        return loaded->addEach([this](const Ref<Task>& task) { add(task); });
+    });
 }
 
 bool TaskPool::LoadFromXMLNode(xml::Node poolNode, Objectives* objectives) {

@@ -84,6 +84,7 @@ bool Lesson::LoadFromXMLNode(xml::Node lessonNode, TaskPool* taskPool, const std
     for (const xml::Node element : xml::children(lessonNode, "lessonAssignment")) {
         auto assignment = New<LessonAssignment>();
         assignment->LoadFromXMLNode(element);
+        noteMention(element, assignment->CourseID, kCoursesDocument.kind, assignment->SectionID);
         LessonAssignments->Add(assignment);
     }
     return true;

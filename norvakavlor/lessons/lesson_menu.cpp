@@ -23,10 +23,8 @@ Ref<KeyedCollection<TitleFilename>> LessonMenu::GetLessonMenus(const std::string
 bool LessonMenu::Load(const std::string& filename, const std::optional<std::string>& directoryList,
                       TaskPool* taskPool, const std::string& studentID, const std::string& saveDir) {
     // A load sends ObjName ("LessonMenu" for every menu) and Type; a save sends ObjName alone.
-    const auto document = readDocument(std::string(kLessonMenuDocument.kind) + "&Type=" + kind(), filename);
-    if (!document)
-        return false;
-    return document->read([&](xml::Node root) {
+    const std::string asked = std::string(kLessonMenuDocument.kind) + "&Type=" + kind();
+    return readFrom(asked, filename, [&](xml::Node root) {
         readFields(kLessonMenuFields, root, *this);
         for (const xml::Node element : xml::children(root.child("tutorialList"), "tutorial")) {
             auto tutorial = New<Tutorial>();

@@ -1,23 +1,32 @@
 #include <norvakavlor/modules/module_disc_manager.h>
 
 #include <norvakavlor/runtime/describe.h>
-#include <norvakavlor/store/documents.h>
+#include <norvakavlor/store/operation.h>
+#include <norvakavlor/store/reading.h>
 
 namespace norvakavlor {
 
 bool ModuleDiscManager::LoadConfigFile(const std::string& xmlFileName) {
-    const auto document = readLocalDocument(xmlFileName);
-    if (!document)
-        return false;
+    return Operation("load", "Modules", xmlFileName).run([&] {
+        const auto document = readLocalDocument(xmlFileName);
+        return document && document->read([&](xml::Node root) { return readModules(root); });
+    });
+}
+
+bool ModuleDiscManager::readModules(xml::Node root) {
     // Both carry over to the next element, so a file for several modules is named once.
     std::string name;
     std::string file;
-    for (const xml::Node module : xml::children(document->root(), "module")) {
+    for (const xml::Node module : xml::children(root, "module")) {
         if (const auto text = module.attribute("name"))
             name = *text;
         if (const auto text = module.attribute("file"))
             file = *text;
-        moduleHash->Add(name, file);
+        try {
+            moduleHash->Add(name, file);
+        } catch (const Error& error) {
+            reportFault(xml::at(module, error), FaultKind::Duplicate, name);
+        }
     }
     return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <norvakavlor/runtime/dictionary.h>
+#include <norvakavlor/xml/document.h>
 #include <string>
 
 namespace norvakavlor {
@@ -21,6 +22,9 @@ public:
     std::string GetFileForModule(const std::string& moduleName) const;
 
     static const ClassInfo& classInfo();
+
+private:
+    bool readModules(xml::Node root);
 };
 
 } // namespace norvakavlor

@@ -61,12 +61,19 @@ private:
 
 /// Who locked a document, and when.
 struct LockOwner {
+    enum class State {
+        Runs,           ///< the process still holds the lock file
+        Ended,          ///< it does not; the next process takes the lock over
+        OnOtherMachine, ///< from here nobody can tell
+        Unknown,
+    };
     uint32_t process = 0;
     Date taken; ///< local time
+    State state = State::Unknown;
 };
 
-/// What the lock file tells about the lock that is set now, whether its owner still runs or not. Nothing when
-/// the document is not locked or no lock file tells of it.
+/// What the lock file tells about the lock that is set now. Nothing when the document is not locked or no
+/// lock file tells of it.
 std::optional<LockOwner> lockOwner(const std::string& path);
 
 /// Makes a document with this content unless one is there by now: False then. Raises as replaceFile does.

@@ -58,6 +58,8 @@ std::optional<LockOwner> lockOwnerIn(std::string_view mark, const std::string& d
         std::from_chars(process.data(), process.data() + process.size(), owner.process).ec != std::errc())
         return std::nullopt;
     owner.taken = *taken;
+    if (!isOwnLockMark(mark, documentLine))
+        owner.state = LockOwner::State::OnOtherMachine;
     return owner;
 }
 

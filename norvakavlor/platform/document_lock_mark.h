@@ -26,7 +26,8 @@ std::string lockMark(const std::string& documentLine);
 /// Was the text written on this machine for a document of this line?
 bool isOwnLockMark(std::string_view mark, const std::string& documentLine);
 
-/// Nothing when the text is about another state of the document.
+/// Nothing when the text is about another state of the document. Whether a process of this machine still runs
+/// it cannot tell.
 std::optional<LockOwner> lockOwnerIn(std::string_view mark, const std::string& documentLine);
 
 /// Brought by each platform: this process's number.

@@ -3,9 +3,9 @@
 #include <norvakavlor/xml/document.h>
 #include <norvakavlor/xml/prolog.h>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace norvakavlor::platform {
 
@@ -26,8 +26,13 @@ std::optional<xml::Document> parseXml(std::string_view utf8, ParseError* error =
 std::optional<xml::Document> parseMembers(std::string_view utf8, const xml::MemberHandler& onMember,
                                           ParseError* error = nullptr);
 
-/// Where an element begins in a text that parses: `steps` are positions among the elements of one parent,
-/// from 0, beginning with the children of the root. Nothing if the platform's parser does not tell places.
-std::optional<xml::Position> positionOf(std::string_view utf8, std::span<const size_t> steps);
+/// Positions among the elements of one parent, from 0, beginning with the children of the root.
+using Steps = std::vector<size_t>;
+
+/// Where elements begin in a text that parses, in the order of `wanted`: all in one run over it, which goes
+/// no further than the last of them. Nothing for one that is not there, nor for any if the platform's parser
+/// does not tell places.
+std::vector<std::optional<xml::Position>> positionsOf(std::string_view utf8,
+                                                      const std::vector<Steps>& wanted);
 
 } // namespace norvakavlor::platform

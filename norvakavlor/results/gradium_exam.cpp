@@ -15,9 +15,12 @@ const Ref<Exam>& GradiumExam::theExam() {
 void GradiumExam::SetTheExam(const Ref<Exam>& exam) { exam_ = exam; }
 
 bool GradiumExam::Load(const std::string& filename, QuestionPool* thePool, const std::string& iniLocation) {
-    const auto document = fetch(filename, iniLocation);
-    return document &&
-           document->read([&](xml::Node root) { return LoadFromXMLNode(courseOf(root), thePool, filename); });
+    return Operation("launch", {}, filename).run([&] {
+        const auto document = fetch(filename, iniLocation);
+        return document && document->read([&](xml::Node root) {
+            return LoadFromXMLNode(courseOf(root), thePool, filename);
+        });
+    });
 }
 
 bool GradiumExam::LoadFromXMLNode(xml::Node gradiumExamNode, QuestionPool* thePool, const std::string& url) {

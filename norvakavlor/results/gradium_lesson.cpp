@@ -14,9 +14,11 @@ const Ref<Lesson>& GradiumLesson::theLesson() {
 void GradiumLesson::SetTheLesson(const Ref<Lesson>& lesson) { lesson_ = lesson; }
 
 bool GradiumLesson::Load(const std::string& filename, TaskPool* taskPool, const std::string& iniLocation) {
-    const auto document = fetch(filename, iniLocation);
-    return document && document->read([&](xml::Node root) {
-        return LoadFromXMLNode(courseOf(root), taskPool, filename);
+    return Operation("launch", {}, filename).run([&] {
+        const auto document = fetch(filename, iniLocation);
+        return document && document->read([&](xml::Node root) {
+            return LoadFromXMLNode(courseOf(root), taskPool, filename);
+        });
     });
 }
 

@@ -47,11 +47,13 @@ std::string testTime(const CivilTime& time) {
 
 bool GradiumLiveEx::Load(const std::string& filename, const std::string& iniLocation) {
     accessKey_ = gradebookAccessKey(iniLocation);
-    const auto document = readLaunchDocument(filename, accessKey_);
-    if (!document || !isOfKind(*document, {{}, kLaunchRoot}))
-        return false;
-    theXML = document->tree().toText();
-    return document->read([&](xml::Node root) { return LoadFromXMLNode(root, filename); });
+    return Operation("launch", {}, filename).run([&] {
+        const auto document = readLaunchDocument(filename, accessKey_);
+        if (!document || !isOfKind(*document, {{}, kLaunchRoot}))
+            return false;
+        theXML = document->tree().toText();
+        return document->read([&](xml::Node root) { return LoadFromXMLNode(root, filename); });
+    });
 }
 
 bool GradiumLiveEx::LoadFromXMLNode(xml::Node rootNode, const std::string&) {

@@ -18,13 +18,23 @@
 /// The pattern of every class that is a document: one way to load, to save, and to walk members.
 namespace norvakavlor {
 
+/// Loads a document and gives its root to `reader`, whose result it has. False when the document cannot be
+/// had or does not parse; what the reader raises propagates.
+template <class Read>
+bool readFrom(std::string_view kind, const std::string& location, Read reader,
+              std::string_view parameters = {}) {
+    return Operation("load", kind, location).run([&] {
+        const auto document = readDocument(kind, location, parameters);
+        return document && document->read(reader);
+    });
+}
+
 /// Loads a document and hands its root to the object's LoadFromXMLNode with what else that takes:
 /// `return loadFrom(*this, "Objectives", location, textBooks);`. False, with the object as it was, when the
 /// document cannot be had or does not parse; what the reader raises propagates.
 template <class Class, class... Context>
 bool loadFrom(Class& object, std::string_view kind, const std::string& location, Context&&... context) {
-    const auto document = readDocument(kind, location);
-    return document && document->read([&](xml::Node root) {
+    return readFrom(kind, location, [&](xml::Node root) {
         return object.LoadFromXMLNode(root, std::forward<Context>(context)...);
     });
 }
@@ -61,12 +71,17 @@ public:
                                              std::string_view parameters = {}) {
         LoadedMembers loaded;
         loaded.location_ = location;
+        const size_t before = faultCount();
         loaded.document_ = readMembers(
             kind, location, [&](xml::Node node, std::string_view text) { loaded.take(node, text, read); },
             parameters);
+        if (loaded.document_)
+            loaded.document_->locateFaults(before);
         return loaded.document_ ? std::optional(std::move(loaded)) : std::nullopt;
     }
 
+    /// As norvakavlor::isOfKind.
+    bool isOfKind(const DocumentNames& names) const { return norvakavlor::isOfKind(*document_, names); }
     /// The root element with its attributes, without its children.
     xml::Node root() const { return document_->root(); }
     size_t count() const { return members_.size(); }
@@ -103,9 +118,9 @@ private:
                     noteMissingID(node, *member);
                     members_.emplace_back(std::move(member), position);
                 },
-                [&](const Error& error) {
-                    return locatedIn(text, location_, ofMember(xml::at(node, error), position));
-                });
+                [&](const Error& error) { return ofMember(xml::at(node, error), position); });
+        } catch (const Error& error) {
+            fault_ = std::make_exception_ptr(locatedIn(text, location_, error));
         } catch (const std::exception&) {
             fault_ = std::current_exception();
         }
@@ -164,10 +179,12 @@ bool loadMembers(KeyedCollection<Member>& members, xml::Node node, Context&... c
 template <class Member, class... Context>
 bool loadMembersFrom(KeyedCollection<Member>& members, std::string_view kind, const std::string& location,
                      Context&... context) {
-    auto loaded = LoadedMembers<Member>::from(
-        kind, location, [&](xml::Node node) { return readMember<Member>(node, context...); });
-    return loaded &&
-           loaded->addEach([&](const Ref<Member>& member) { addMember(members, member, member->ID); });
+    return Operation("load", kind, location).run([&] {
+        auto loaded = LoadedMembers<Member>::from(
+            kind, location, [&](xml::Node node) { return readMember<Member>(node, context...); });
+        return loaded &&
+               loaded->addEach([&](const Ref<Member>& member) { addMember(members, member, member->ID); });
+    });
 }
 
 /// Stores a document member by member: `append(member, document, root)` appends one to the root.

@@ -80,7 +80,9 @@ void deleteDocument(std::string_view kind, const std::string& location) {
 }
 
 bool serverDeletes(const EndpointRequest& request) {
-    return serverTook(askServer(request.url()), request.location);
+    return Operation("delete", request.kind, request.location).run([&] {
+        return serverTook(askServer(request.url()), request.location);
+    });
 }
 
 void writeLocalDocument(const std::string& path, const xml::Document& document) {
@@ -109,7 +111,12 @@ std::string requestListing(std::string_view kind, std::string_view location, std
                                   .parameters = std::string(parameters),
                                   .hasExtraQuery = false,
                                   .alwaysEndsInValidation = true};
-    return askServer(request.url()).text;
+    std::string listing;
+    Operation("list", kind, location).run([&] {
+        listing = askServer(request.url()).text;
+        return true;
+    });
+    return listing;
 }
 
 std::optional<std::string> takeField(std::string_view& listing) {
@@ -153,10 +160,13 @@ Ref<KeyedCollection<TitleFilename>> listDocuments(std::string_view kind, const s
 
 LocalListing listLocalFiles(const std::string& location, const NameTest& accepts) {
     LocalListing listing{EnsureTrailingSlash(location), {}};
-    for (std::string& fileName : platform::listFiles(location)) {
-        if (accepts(fileName))
-            listing.fileNames.push_back(std::move(fileName));
-    }
+    Operation("list", {}, location).run([&] {
+        for (std::string& fileName : platform::listFiles(location)) {
+            if (accepts(fileName))
+                listing.fileNames.push_back(std::move(fileName));
+        }
+        return true;
+    });
     return listing;
 }
 

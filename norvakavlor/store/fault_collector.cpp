@@ -23,6 +23,17 @@ void noteFault(Fault fault) {
         collector->faults.push_back(std::move(fault));
 }
 
+size_t faultCount() {
+    const FaultCollector* const collector = FaultCollector::current();
+    return collector ? collector->faults.size() : 0;
+}
+
+void noteMention(xml::Node node, std::string id, std::string_view wanted, std::string text) {
+    if (FaultCollector* const collector = FaultCollector::current())
+        collector->mentions.push_back({xml::placeOf(node), std::move(text), 0, FaultKind::Unknown,
+                                       std::move(id), std::string(wanted), true});
+}
+
 void noteWarning(xml::Node node, std::string id, std::string_view wanted, std::string text) {
     if (FaultCollector::current())
         noteFault({xml::placeOf(node), std::move(text), 0, FaultKind::Unknown, std::move(id),

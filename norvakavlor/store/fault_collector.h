@@ -48,6 +48,9 @@ public:
     FaultCollector& operator=(const FaultCollector&) = delete;
 
     std::vector<Fault> faults; ///< in the order in which they were met
+    /// No faults: what documents name that their readers do not look up, such as the class that an exam is
+    /// assigned to (`id`, with the section as `text`), and where. Who checks looks it up.
+    std::vector<Fault> mentions;
 
     /// The calling thread's, or null.
     static FaultCollector* current();
@@ -61,13 +64,16 @@ private:
 void reportFault(const Error& error, FaultKind kind, std::string id = {}, std::string_view wanted = {});
 /// Tells a collector alone.
 void noteFault(Fault fault);
+void noteMention(xml::Node node, std::string id, std::string_view wanted, std::string text);
 void noteWarning(xml::Node node, std::string id, std::string_view wanted, std::string text);
+
+/// How many the calling thread's collector has noted; 0 without one.
+size_t faultCount();
 
 /// One step of reading, such as a member or a field. `locate(error)` gives an error of the step its place.
 /// False when the step raised and a collector noted it; without one the error is raised, with its place.
 template <class Step, class Locate> bool reads(Step&& step, Locate&& locate) {
-    FaultCollector* const collector = FaultCollector::current();
-    const size_t before = collector ? collector->faults.size() : 0;
+    const size_t before = faultCount();
     bool isRead = true;
     try {
         step();
@@ -75,8 +81,8 @@ template <class Step, class Locate> bool reads(Step&& step, Locate&& locate) {
         reportFault(locate(error), FaultKind::Other);
         isRead = false;
     }
-    for (size_t at = before; collector && at < collector->faults.size(); ++at) {
-        Fault& fault = collector->faults[at];
+    for (size_t at = before; at < faultCount(); ++at) {
+        Fault& fault = FaultCollector::current()->faults[at];
         if (fault.place.document.empty())
             fault.place = locate(Error(fault.number, {}, fault.text).at(std::move(fault.place))).place();
     }

@@ -34,19 +34,21 @@ Submission submitToGradebook(const std::string& host, const std::string& body) {
     const size_t begin = std::min(host.find_first_not_of(kWhiteSpace), host.size());
     const size_t end = std::max(begin, host.find_last_not_of(kWhiteSpace) + 1);
     Submission submission;
-    submission.hasReply = ignoringErrors([&] {
+    ignoringErrors([&] {
         Operation("submit", {}, host).run([&] {
             submission.reply =
                 platform::sendHttp({.url = host.substr(begin, end - begin),
                                     .headers = {{"Content-Type", "application/x-www-form-urlencoded"}},
                                     .body = body})
                     .text;
-            return true;
+            submission.hasReply = true;
+            submission.isAccepted = submission.reply.starts_with("success");
+            if (!submission.isAccepted)
+                noteReason(shownLocation(host) +
+                           ": the gradebook did not take the results: " + submission.reply);
+            return submission.isAccepted;
         });
     });
-    submission.isAccepted = submission.reply.starts_with("success");
-    if (submission.hasReply && !submission.isAccepted)
-        noteReason(shownLocation(host) + ": the gradebook did not take the results: " + submission.reply);
     return submission;
 }
 
@@ -60,16 +62,18 @@ bool storeRecord(const std::string& location, const xml::Document& document) {
 }
 
 bool deleteRecord(const std::string& location) {
-    if (IsURL(location)) {
-        noteReason(shownLocation(location) + ": a record at an address is not deleted");
-        return false;
-    }
-    return ignoringErrors([&] {
+    bool isDeleted = false;
+    ignoringErrors([&] {
         Operation("delete", "record", location).run([&] {
+            if (IsURL(location)) {
+                noteReason(shownLocation(location) + ": a record at an address is not deleted");
+                return false;
+            }
             platform::deleteFile(location, true);
-            return true;
+            return isDeleted = true;
         });
     });
+    return isDeleted;
 }
 
 } // namespace norvakavlor

@@ -18,26 +18,35 @@ constexpr int kOk = 200;
 } // namespace
 
 std::optional<std::string> requestLoginKey(const std::string& location) {
-    platform::HttpReply reply = askServer(URLBase(location).append(kLoginKeyEndpoint));
-    if (reply.status == kOk)
-        return std::move(reply.text);
-    noteReason(shownLocation(location) + ": the server gave no key to log in with, but " +
-               std::to_string(reply.status));
-    return std::nullopt;
+    return Operation("log in", {}, location).run([&]() -> std::optional<std::string> {
+        platform::HttpReply reply = askServer(URLBase(location).append(kLoginKeyEndpoint));
+        if (reply.status == kOk)
+            return std::move(reply.text);
+        noteReason(shownLocation(location) + ": the server gave no key to log in with, but " +
+                   std::to_string(reply.status));
+        return std::nullopt;
+    });
 }
 
 bool presentValidationString(const std::string& location) {
-    const platform::HttpReply reply =
-        askServer(URLBase(location).append(kLoginEndpoint).append("?") + LoginGlobals::GetValidationString());
-    const bool isValid = reply.status == kOk && reply.text == kValidated;
-    if (!isValid)
-        noteReason(shownLocation(location) + ": the server did not validate the login (" +
-                   std::to_string(reply.status) + ")");
-    return isValid;
+    return Operation("log in", {}, location).run([&] {
+        const platform::HttpReply reply = askServer(URLBase(location).append(kLoginEndpoint).append("?") +
+                                                    LoginGlobals::GetValidationString());
+        const bool isValid = reply.status == kOk && reply.text == kValidated;
+        if (!isValid)
+            noteReason(shownLocation(location) + ": the server did not validate the login (" +
+                       std::to_string(reply.status) + ")");
+        return isValid;
+    });
 }
 
 bool answersLogin(const std::string& address) {
-    return ignoringErrors([&] { askServer(EnsureTrailingSlash(address).append(kLoginKeyEndpoint)); });
+    return ignoringErrors([&] {
+        Operation("log in", {}, address).run([&] {
+            askServer(EnsureTrailingSlash(address).append(kLoginKeyEndpoint));
+            return true;
+        });
+    });
 }
 
 } // namespace norvakavlor

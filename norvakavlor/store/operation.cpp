@@ -5,8 +5,14 @@
 #include <norvakavlor/runtime/log.h>
 #include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/store/location.h>
+#include <utility>
 
 namespace norvakavlor {
+namespace {
+
+thread_local const Operation* innermost = nullptr;
+
+} // namespace
 
 std::string shownLocation(std::string_view location) {
     if (location.find("://") == std::string_view::npos)
@@ -45,11 +51,22 @@ void LeftOut::note() const {
 }
 
 Operation::Operation(std::string_view name, std::string_view kind, std::string_view location)
-    : name_(name), kind_(kind.substr(0, kind.find('&'))), location_(location) {}
+    : name_(name), kind_(kind.substr(0, kind.find('&'))), location_(location),
+      around_(std::exchange(innermost, this)) {}
+
+Operation::~Operation() { innermost = around_; }
+
+bool Operation::isStep() const {
+    for (const Operation* other = around_; other; other = other->around_) {
+        if (other->name_ == name_ && other->location_ == location_)
+            return true;
+    }
+    return false;
+}
 
 /// Without memory nothing is told: what is done is done.
 void Operation::end(bool isSuccess) const noexcept try {
-    if (!isLogging())
+    if (!isLogging() || isStep())
         return;
     const auto duration = std::chrono::steady_clock::now() - start_;
     tellLog({.operation = std::string(name_),

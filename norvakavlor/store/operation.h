@@ -33,12 +33,17 @@ private:
 };
 
 /// One operation on a document: what goes wrong in it has a place, is the thread's last reason and is told to
-/// the log.
+/// the log. So whatever may refuse belongs into `run`: a load has failed, too, when the document is there and
+/// its reader gives False. An operation within one of the same name and location is a step of that one and
+/// not told by itself.
 ///
 ///     return Operation("save", kind, location).run([&] { ...; return true; });
 class Operation {
 public:
     Operation(std::string_view name, std::string_view kind, std::string_view location);
+    ~Operation();
+    Operation(const Operation&) = delete;
+    Operation& operator=(const Operation&) = delete;
 
     /// Runs a step. An error that leaves it gets the document as its place. A result that is false or empty
     /// counts as a failure, whose reason the step has noted.
@@ -54,11 +59,13 @@ public:
 
 private:
     void end(bool isSuccess) const noexcept;
+    bool isStep() const;
     Error failed(const Error& error) const;
 
     std::string_view name_;
     std::string_view kind_;
-    std::string_view location_;
+    std::string location_;    ///< its own: a reader may change the one that it was given
+    const Operation* around_; ///< the one that this one runs in, or null
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 

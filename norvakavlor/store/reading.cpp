@@ -54,6 +54,20 @@ bool looksLikePage(std::string_view text) {
                                                equalIgnoringCase(text.substr(start, 14), "<!doctype html"));
 }
 
+void noteIllFormed(const std::string& location, std::string_view text, platform::ParseError error) {
+    if (looksLikePage(text))
+        error.reason += " (an HTML page)";
+    noteParseError(location, error);
+}
+
+/// What was found in the members of a document that is none after all says nothing.
+void forgetFaults(size_t first, size_t end) {
+    if (FaultCollector* const collector = FaultCollector::current()) {
+        const auto begin = collector->faults.begin();
+        collector->faults.erase(begin + static_cast<ptrdiff_t>(first), begin + static_cast<ptrdiff_t>(end));
+    }
+}
+
 /// The text of a file; nothing when its bytes are not what its encoding allows.
 std::optional<std::string> decodedFile(const std::string& path) {
     std::string bytes = platform::readFile(path);
@@ -73,9 +87,7 @@ std::optional<SourceDocument> parsed(const std::string& location, std::string te
     platform::ParseError error;
     auto tree = platform::parseXml(text, &error);
     if (!tree) {
-        if (looksLikePage(text))
-            error.reason += " (an HTML page)";
-        noteParseError(location, error);
+        noteIllFormed(location, text, std::move(error));
         return std::nullopt;
     }
     return SourceDocument(std::move(*tree), location, std::move(text));
@@ -106,6 +118,34 @@ std::optional<SourceDocument> ofKindIfChecked(std::optional<SourceDocument> docu
 
 Error SourceDocument::located(const Error& error) const { return locatedIn(text_, location_, error); }
 
+void SourceDocument::locateFaults(size_t first) const {
+    FaultCollector* const collector = FaultCollector::current();
+    if (!collector)
+        return;
+    std::vector<ErrorPlace*> places;
+    std::vector<platform::Steps> wanted;
+    const auto take = [&](ErrorPlace& place) {
+        if (!place.document.empty())
+            return;
+        place.document = shownLocation(location_);
+        if (place.member.empty())
+            return;
+        places.push_back(&place);
+        wanted.push_back(place.steps);
+    };
+    for (size_t at = first; at < collector->faults.size(); ++at)
+        take(collector->faults[at].place);
+    for (Fault& mention : collector->mentions)
+        take(mention.place);
+    const auto positions = platform::positionsOf(text_, wanted);
+    for (size_t at = 0; at < places.size(); ++at) {
+        if (positions[at]) {
+            places[at]->line = positions[at]->line;
+            places[at]->column = positions[at]->column;
+        }
+    }
+}
+
 bool isOfKind(const SourceDocument& document, const DocumentNames& names) {
     const std::string_view root = document.root().name();
     if (root != names.root)
@@ -117,7 +157,7 @@ bool isOfKind(const SourceDocument& document, const DocumentNames& names) {
 Error locatedIn(std::string_view text, std::string_view location, const Error& error) {
     ErrorPlace place = error.place();
     place.document = shownLocation(location);
-    if (const auto at = place.member.empty() ? std::nullopt : platform::positionOf(text, place.steps)) {
+    if (const auto at = place.member.empty() ? std::nullopt : platform::positionsOf(text, {place.steps})[0]) {
         place.line = at->line;
         place.column = at->column;
     }
@@ -149,11 +189,13 @@ std::optional<SourceDocument> readDocument(std::string_view kind, const std::str
 
 std::optional<SourceDocument> readDocumentIn(std::string_view kind, const std::string& directory,
                                              const std::string& fileName) {
-    if (!IsURL(directory))
-        return readLocalDocument(directory + fileName);
-    return fetchDocument(
-        URLBase(directory) + fileName,
-        {.endpoint = kLoadEndpoint, .kind = kind, .location = directory, .fileName = fileName});
+    const std::string location = (IsURL(directory) ? URLBase(directory) : directory) + fileName;
+    return Operation("load", kind, location).run([&] {
+        if (!IsURL(directory))
+            return readLocalDocument(location);
+        return fetchDocument(
+            location, {.endpoint = kLoadEndpoint, .kind = kind, .location = directory, .fileName = fileName});
+    });
 }
 
 std::optional<SourceDocument> readLocalDocument(const std::string& path) {
@@ -167,8 +209,8 @@ std::optional<SourceDocument> parseLocalDocument(const std::string& path) {
 
 std::optional<SourceDocument> readMembers(std::string_view kind, const std::string& location,
                                           const SourceHandler& onMember, std::string_view parameters) {
-    if (IsURL(location) || FaultCollector::current()) {
-        // A reply must be looked at as a whole before it counts as a document, and so must what is checked.
+    if (IsURL(location)) {
+        // A reply must be looked at as a whole before it counts as a document.
         auto document = readDocument(kind, location, parameters);
         for (const xml::Node child : xml::children(document ? document->root() : xml::Node()))
             onMember(child, document->text());
@@ -179,14 +221,21 @@ std::optional<SourceDocument> readMembers(std::string_view kind, const std::stri
             auto text = decodedFile(location);
             if (!text)
                 return std::nullopt;
+            const size_t before = faultCount();
             platform::ParseError error;
             auto tree = platform::parseMembers(
                 *text, [&](xml::Node member) { onMember(member, *text); }, &error);
+            const size_t end = faultCount();
             if (!tree) {
-                noteParseError(location, error);
+                forgetFaults(before, end);
+                noteIllFormed(location, *text, std::move(error));
                 return std::nullopt;
             }
-            return SourceDocument(std::move(*tree), location, std::move(*text));
+            auto document =
+                ofKindIfChecked(SourceDocument(std::move(*tree), location, std::move(*text)), kind);
+            if (!document)
+                forgetFaults(before, end);
+            return document;
         });
     });
 }

@@ -30,17 +30,23 @@ public:
     /// False that gave no reason of its own is one, too.
     template <class Read> auto read(Read reader) const {
         decltype(reader(root())) result{};
-        reads([&] { result = reader(root()); },
-              [&](const Error& error) {
-                  const Error placed = located(error);
-                  noteReason(placed.reason());
-                  return placed;
-              });
+        const size_t before = faultCount();
+        try {
+            result = reader(root());
+        } catch (const Error& error) {
+            const Error placed = located(error);
+            noteReason(placed.reason());
+            reportFault(placed, FaultKind::Other);
+        }
+        locateFaults(before);
         return result;
     }
 
     /// The error with document, line and column.
     Error located(const Error& error) const;
+    /// Gives the collector's faults from the first one on, and its mentions, that have no document yet this
+    /// one, with line and column. It looks for all of them at once, as one document may have thousands.
+    void locateFaults(size_t first) const;
 
 private:
     xml::Document tree_;

@@ -124,14 +124,14 @@ std::optional<SourceDocument> fetchOrMake(const std::string& location, const Sha
         const bool hasReply = ignoringErrors([&] {
             Operation("load", change.names.kind, location).run([&] {
                 reply = askServer(url);
-                return true;
+                document = takeDocument(reply, location, change.names.root);
+                return document && isOfKind(*document, change.names);
             });
         });
         if (!hasReply)
             return Answer::Unclear;
-        document = takeDocument(reply, location, change.names.root);
         if (document)
-            return isOfKind(*document, change.names) ? Answer::Document : Answer::Unclear;
+            return document->root().name() == change.names.root ? Answer::Document : Answer::Unclear;
         return answerWithoutDocument(reply);
     };
     Answer answer = ask();
@@ -153,7 +153,10 @@ bool changeOnServer(const std::string& location, const SharedChange& change) {
     if (!document)
         return false;
     // A refusal has been shown; clients know the insertion as done all the same.
-    sendDocument(urlOf(kSaveEndpoint, location, change.names), document->read(change.change), location);
+    const xml::Document changed = document->read(change.change);
+    Operation("save", change.names.kind, location).run([&] {
+        return sendDocument(urlOf(kSaveEndpoint, location, change.names), changed, location);
+    });
     return true;
 }
 

@@ -50,16 +50,18 @@ bool Students::loadLocation(const std::string& filename, const std::string& para
     // Unlike the other collections, the roster empties itself first, even if nothing loads.
     clear();
     const auto read = [&](xml::Node node) { return readMember<Student>(node, courses); };
-    auto loaded = LoadedMembers<Student>::from(kStudentsDocument.kind, filename, read, parameters);
-    if (!loaded || (rostersAlone && loaded->root().name() != kStudentsDocument.root))
-        return false;
-    loaded->read([this](xml::Node root) {
-        takeCounter(root);
-        return true;
+    return Operation("load", kStudentsDocument.kind, filename).run([&] {
+        auto loaded = LoadedMembers<Student>::from(kStudentsDocument.kind, filename, read, parameters);
+        if (!loaded || (rostersAlone && !loaded->isOfKind(kStudentsDocument)))
+            return false;
+        loaded->read([this](xml::Node root) {
+            takeCounter(root);
+            return true;
+        });
+        StudentMembers->reserve(loaded->count());
+        idByUserName_.reserve(loaded->count());
+        return loaded->addEach([this](const Ref<Student>& student) { add(student); });
     });
-    StudentMembers->reserve(loaded->count());
-    idByUserName_.reserve(loaded->count());
-    return loaded->addEach([this](const Ref<Student>& student) { add(student); });
 }
 
 bool Students::parseRosterDocument(xml::Node root, Courses* courses) {

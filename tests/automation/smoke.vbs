@@ -193,24 +193,57 @@ Err.Clear
 On Error GoTo 0
 fileSystem.GetFile(rosterFile).Attributes = 0
 
-' Why a call gave False.
-Sub Because(reason)
-    Check "reason: " & Made("Diagnostics").LastReason, InStr(Made("Diagnostics").LastReason, reason) > 0
-End Sub
+' Why a call gave False: how it is asked, of which content (or "@" and a location), and a piece of the reason.
+Function Asked(how, location)
+    Select Case how
+        Case "add": Asked = Made("Students").AddStudent(location, Made("Student"), Null)
+        Case "replace": Asked = Made("Students").ReplaceStudent(location, Made("Student"))
+        Case "title": Asked = Made("TitleFilename").LoadValues(folder, "t.xml", "Exam")
+        Case "menu": Asked = Made("LessonMenu").Load(location, "nowhere")
+        Case "launch": Asked = Made("GradiumLiveEx").Load(location, "none")
+        Case "record": Asked = Made("GradiumLesson").Load(location, Nothing, "none")
+        Case "delete": Asked = Made("GradiumExam").Delete(location)
+        Case "modules": Asked = Made("ModuleDiscManager").LoadConfigFile(location)
+        Case Else: Asked = Made(how).Load(location)
+    End Select
+End Function
 
-Equal "no file", textBooks.Load(folder & "none.xml"), False
-Because "none.xml: there is no such file"
-For Each item In Array("<a>", "no document", "<!DOCTYPE a><a/>", "<a b=1/>")
-    fileSystem.CreateTextFile(folder & "ill.xml", True, False).Write item
-    Equal "ill-formed", textBooks.Load(folder & "ill.xml"), False
-    Because "ill.xml:1:"
+Dim row, location
+For Each row In Array( _
+    Array("TextBooks", "@" & folder & "none.xml", "none.xml: there is no such file"), _
+    Array("TaskPool", "@" & folder & "no\none.xml", "none.xml: "), _
+    Array("QuestionPool", "@" & folder, "\: "), _
+    Array("Courses", "@http://127.0.0.1:1/b.xml", "cannot be reached"), _
+    Array("TextBooks", "<a><b></a>", "t.xml:1:"), _
+    Array("Objectives", "no document", "t.xml:1:"), _
+    Array("Exam", "<!DOCTYPE a><a/>", "t.xml:1:1: Document type"), _
+    Array("Lesson", "<a b=1/>", "t.xml:1:"), _
+    Array("Preferences", "<a>" & Chr(252) & "</a>", "t.xml:1:4: its bytes are not in its encoding"), _
+    Array("LiveExResults", "<?xml version=""1.0"" encoding=""x-9""?><a/>", "the encoding that it names is not known"), _
+    Array("ExamList", " <?xml version=""1.0""?><a/>", "t.xml:1:2: A declaration"), _
+    Array("Students", "<a>" & Chr(0) & "</a>", "t.xml:1:4: The document holds a NUL"), _
+    Array("title", "<exam", "t.xml:1:"), _
+    Array("add", "<classes/>", "t.xml: the root is <classes>, not <students>"), _
+    Array("replace", "<exam/>", "t.xml: the root is <exam>, not <students>"), _
+    Array("menu", "<m><tutorialList><tutorial><lessonList><lessonFile>x_kvl.xml</lessonFile></lessonList></tutorial></tutorialList></m>", _
+        "x_kvl.xml: this lesson is in none of the folders nowhere"), _
+    Array("launch", "<a/>", "t.xml: the root is <a>, not <ORBEX_INPUTS>"), _
+    Array("record", "<ORBEX_INPUTS>", "t.xml:1:"), _
+    Array("delete", "@http://h/r.xml", "a record at an address is not deleted"), _
+    Array("delete", "@" & folder & "gone.xml", "gone.xml: File not found"), _
+    Array("modules", "@" & folder & "modules.xml", "modules.xml: there is no such file"))
+    location = Mid(row(1), 2)
+    If Left(row(1), 1) <> "@" Then
+        location = folder & "t.xml"
+        With fileSystem.CreateTextFile(location, True, False)
+            .Write row(1)
+            .Close
+        End With
+    End If
+    Made("TextBooks").Load folder & "before.xml"
+    Equal row(0) & " of " & row(1), Asked(row(0), location), False
+    item = Made("Diagnostics").LastReason
+    Check "reason " & row(2) & ": " & item, InStr(item, row(2)) > 0
 Next
-fileSystem.CreateTextFile(folder & "other.xml", True, False).Write "<classes/>"
-Equal "no roster", Made("Students").AddStudent(folder & "other.xml", Made("Student"), Null), False
-Because "other.xml: the root is <classes>, not <students>"
-Equal "nobody listens", textBooks.Load("http://127.0.0.1:1/b.xml"), False
-Because "cannot be reached"
-Equal "no lesson", Made("ModuleDiscManager").LoadConfigFile(folder & "modules.xml"), False
-Because "modules.xml: there is no such file"
 
 Finish

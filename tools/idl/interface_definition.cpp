@@ -3,6 +3,7 @@
 #include <norvakavlor/component/class_list.h>
 #include <norvakavlor/component/enumerations.h>
 #include <norvakavlor/text/text.h>
+#include <norvakavlor/version.h>
 #include <string_view>
 #include <tools/idl/derived_identifiers.h>
 #include <tools/idl/descriptions.h>
@@ -211,8 +212,9 @@ void Writer::writeClass(const ClassInfo& info) {
 
 std::string Writer::write() {
     text_ = kPrelude;
-    text_ += "[uuid(" + derivedTypeLibraryId().toText() +
-             "), version(1.0), helpstring(\"NorvaKavlor 1.0\")]\nlibrary NorvaKavlor\n{\n"
+    const std::string version = std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor);
+    text_ += "[uuid(" + derivedTypeLibraryId().toText() + "), version(" + version +
+             "), helpstring(\"NorvaKavlor " + version + "\")]\nlibrary NorvaKavlor\n{\n" +
              "    importlib(\"stdole2.tlb\");\n\n";
     for (const Enumeration& enumeration : enumerations())
         writeEnumeration(enumeration);

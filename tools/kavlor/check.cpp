@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <map>
 #include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/store/reading.h>
+#include <norvakavlor/text/text.h>
 #include <tuple>
 
 namespace norvakavlor::kavlor {
@@ -19,6 +21,18 @@ constexpr Single kSingles[] = {
     {kObjectivesDocument.kind, "objectives.xml"},     {kTaskPoolDocument.kind, "taskpool.xml"},
     {kQuestionPoolDocument.kind, "questionpool.xml"}, {kStudentsDocument.kind, "students.xml"},
 };
+
+constexpr const char* kPreferencesFile = "preferences.xml";
+constexpr const char* kModulesFile = "modules.xml";
+
+/// Does a file's name tell what the document is?
+bool isNamedByKind(const std::string& name) {
+    return std::any_of(std::begin(kSingles), std::end(kSingles),
+                       [&](const Single& single) { return name == single.file; }) ||
+           name == kPreferencesFile || name == kModulesFile || name.ends_with(kExamListEnd) ||
+           isExamFile(name, int32_t(ExamTypes::ExamAll)) || isLessonFile(name, int32_t(LessonTypes::All)) ||
+           isLessonMenuFile(name);
+}
 
 const char* fileOf(std::string_view kind) {
     const auto* found = std::find_if(std::begin(kSingles), std::end(kSingles),
@@ -118,6 +132,7 @@ void Check::add(Finding::Rank rank, const std::string& path, const std::string& 
 bool Check::load(const std::string& path, const Load& load) {
     checkInterrupted();
     const size_t before = collector_.faults.size();
+    collector_.mentions.clear();
     bool loaded = false;
     try {
         loaded = load(path);
@@ -128,7 +143,8 @@ bool Check::load(const std::string& path, const Load& load) {
             throw;
         add(Finding::Rank::Error, path, "", kavlor::describe(error));
     }
-    ++documents;
+    read_.insert(path);
+    documents = read_.size();
     if (!loaded)
         unread_.insert(path.substr(path.rfind('/') + 1));
     return loaded;
@@ -161,8 +177,10 @@ void Check::checkSingles() {
         if (!isRead)
             (paths.empty() ? missing_ : unread_).emplace(kSingles[at].kind);
     }
-    for (const std::string& preferences : findAll("preferences.xml"))
+    for (const std::string& preferences : findAll(kPreferencesFile))
         load(preferences, [](const std::string& path) { return New<Preferences>()->Load(path); });
+    for (const std::string& modules : findAll(kModulesFile))
+        load(modules, [](const std::string& path) { return New<ModuleDiscManager>()->LoadConfigFile(path); });
 }
 
 void Check::checkFiles(
@@ -182,11 +200,10 @@ void Check::checkSets() {
     checkFiles([](const std::string& name) { return isExamFile(name, int32_t(ExamTypes::ExamRaw)); },
                [&](const Installation::Folder& folder, const std::string& name) {
                    progress.step();
-                   auto exam = New<Exam>();
-                   load(folder.path + name,
-                        [&](const std::string& path) { return exam->Load(path, all.questions.get()); });
-                   for (const Ref<ExamAssignment>& assignment : *exam->ExamAssignments)
-                       checkClass(folder.path + name, assignment->ClassRef, assignment->SectionRef);
+                   load(folder.path + name, [&](const std::string& path) {
+                       return New<Exam>()->Load(path, all.questions.get());
+                   });
+                   checkAssignments();
                });
     checkFiles([](const std::string& name) { return name.ends_with(kExamListEnd); },
                [&](const Installation::Folder& folder, const std::string& name) {
@@ -204,11 +221,9 @@ void Check::checkSets() {
     checkFiles([](const std::string& name) { return isLessonFile(name, int32_t(LessonTypes::Raw)); },
                [&](const Installation::Folder& folder, const std::string& name) {
                    progress.step();
-                   auto lesson = New<Lesson>();
                    load(folder.path + name,
-                        [&](const std::string& path) { return lesson->Load(path, all.tasks.get()); });
-                   for (const Ref<LessonAssignment>& assignment : *lesson->LessonAssignments)
-                       checkClass(folder.path + name, assignment->CourseID, assignment->SectionID);
+                        [&](const std::string& path) { return New<Lesson>()->Load(path, all.tasks.get()); });
+                   checkAssignments();
                });
     checkFiles([](const std::string& name) { return isLessonFile(name, int32_t(LessonTypes::Student)); },
                [&](const Installation::Folder& folder, const std::string& name) {
@@ -223,6 +238,38 @@ void Check::checkSets() {
                        return New<LessonMenu>()->Load(path, directories_, nullptr, "", "");
                    });
                });
+    checkFiles([](const std::string& name) { return name.ends_with(kDocumentEnd) && !isNamedByKind(name); },
+               [&](const Installation::Folder& folder, const std::string& name) {
+                   progress.step();
+                   checkOther(folder.path + name);
+               });
+}
+
+/// Launch documents and records of live exercises have any name: their root tells what they are.
+void Check::checkOther(const std::string& path) {
+    std::string root;
+    const bool isRead = load(path, [&](const std::string& file) {
+        const auto document = readDocument(std::string_view(), file);
+        root = document ? document->root().name() : "";
+        return document.has_value();
+    });
+    const auto isRoot = [&](const DocumentNames& names) { return names.root == root; };
+    if (!isRead || std::any_of(std::begin(kDocumentNames), std::end(kDocumentNames), isRoot)) {
+        if (root == kLiveExResultsDocument.root)
+            load(path, [](const std::string& file) { return New<LiveExResults>()->Load(file); });
+    } else if (root == kLaunchRoot) {
+        // Each reads its own part of the document; the gradebook puts any of them in.
+        load(path, [&](const std::string& file) {
+            return New<GradiumExam>()->Load(file, installation_.questions.get(), "none") &&
+                   New<GradiumLesson>()->Load(file, installation_.tasks.get(), "none") &&
+                   New<GradiumLiveEx>()->Load(file, "none");
+        });
+    } else if (equalIgnoringCase(root, "html")) {
+        add(Finding::Rank::Error, path, "",
+            "the root is <" + root + ">: this is an HTML page; put the document in its place");
+    } else {
+        add(Finding::Rank::Note, path, "", "the root is <" + root + ">: no document of this product's");
+    }
 }
 
 /// An attempt at an exam or a copy of a lesson: NAME + mark + "_" + student, and for an attempt "_01".
@@ -253,21 +300,28 @@ void Check::checkWork(const Installation::Folder& folder, const std::string& nam
     }
 }
 
-void Check::checkClass(const std::string& path, const std::string& course, const std::string& section) {
-    const Ref<Course>* found = installation_.courses->CourseMembers->find(course);
-    const bool isKnown = found && (section.empty() || (*found)->Sections->contains(section));
-    if (isKnown || course.empty())
-        return;
-    if (missing_.contains(kCoursesDocument.kind))
-        ++needed_[fileOf(kCoursesDocument.kind)];
-    else if (unread_.contains(kCoursesDocument.kind))
-        ++following;
-    else
-        add(Finding::Rank::Warning, path, found ? section : course,
-            "it is assigned to " +
-                (found ? "section " + inQuotes(section) + " of class " + inQuotes(course)
-                       : "class " + inQuotes(course)) +
-                ", which is not in courses.xml; add it there or take the assignment out");
+/// Looks up the classes that the document just read is assigned to.
+void Check::checkAssignments() {
+    for (const norvakavlor::Fault& mention : collector_.mentions) {
+        const std::string& course = mention.id;
+        const std::string& section = mention.text;
+        const Ref<Course>* found = installation_.courses->CourseMembers->find(course);
+        const bool isKnown = found && (section.empty() || (*found)->Sections->contains(section));
+        if (isKnown || course.empty())
+            continue;
+        if (missing_.contains(mention.wanted))
+            ++needed_[fileOf(mention.wanted)];
+        else if (unread_.contains(mention.wanted))
+            ++following;
+        else
+            findings.push_back(
+                {Finding::Rank::Warning, installation_.relative(mention.place.document), mention.place.line,
+                 mention.place.column, found ? section : course,
+                 "it is assigned to " +
+                     (found ? "section " + inQuotes(section) + " of class " + inQuotes(course)
+                            : "class " + inQuotes(course)) +
+                     ", which is not in courses.xml; add it there or take the assignment out"});
+    }
 }
 
 /// What programs that ended too early left, and what waits for one.

@@ -45,7 +45,8 @@ private:
     void checkRemains();
     void checkWork(const Installation::Folder& folder, const std::string& name, std::string_view mark,
                    const char* what, const Load& load);
-    void checkClass(const std::string& path, const std::string& course, const std::string& section);
+    void checkAssignments();
+    void checkOther(const std::string& path);
     bool load(const std::string& path, const Load& load);
     void sortOut();
     bool follows(const norvakavlor::Fault& fault) const;
@@ -58,6 +59,7 @@ private:
     bool isWeb_;
     FaultCollector collector_;
     std::string directories_;
+    std::set<std::string> read_;
     std::set<std::string, std::less<>> unread_;  ///< kinds of single documents, names of other files
     std::set<std::string, std::less<>> missing_; ///< kinds of single documents that are not there
     std::map<std::string, size_t> needed_;       ///< references into these, by file name

@@ -84,6 +84,10 @@ Progress::~Progress() {
 
 void Progress::step() {
     checkInterrupted();
+    count();
+}
+
+void Progress::count() {
     ++done_;
     if (done_ % 64 == 0)
         show();

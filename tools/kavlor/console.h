@@ -71,6 +71,8 @@ public:
     Progress& operator=(const Progress&) = delete;
     /// One more is done. Raises Interrupted after a Ctrl-C.
     void step();
+    /// The same where what has begun must be finished.
+    void count();
 
 private:
     void show() const;

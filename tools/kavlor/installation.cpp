@@ -4,21 +4,42 @@
 #include "console.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace norvakavlor::kavlor {
+namespace {
 
-bool loads(std::vector<Fault>& faults, const std::string& document, const std::function<bool()>& load,
-           const char* refusal) {
+std::string atLine(size_t line, size_t column) {
+    return line == 0 ? "" : "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
+}
+
+} // namespace
+
+bool loads(std::vector<Fault>& faults, const std::string& document, const std::function<bool()>& load) {
     try {
         if (load())
             return true;
-        faults.push_back({document, refusal});
+        faults.push_back({document, reasonAbout(document)});
     } catch (const Error& error) {
         if (isOutOfMemory(error))
             throw;
-        faults.push_back({document, describe(error)});
+        faults.push_back({document, atLine(error.place().line, error.place().column) + describe(error)});
     }
     return false;
+}
+
+std::string reasonAbout(const std::string& document) {
+    std::string reason = lastReason();
+    const size_t name = reason.find(document + ":");
+    if (name == std::string::npos)
+        return reason;
+    reason.erase(0, name + document.size() + 1);
+    size_t line = 0;
+    size_t column = 0;
+    int length = 0;
+    if (std::sscanf(reason.c_str(), "%zu:%zu: %n", &line, &column, &length) == 2 && length > 0)
+        return atLine(line, column) + reason.substr(static_cast<size_t>(length));
+    return reason.substr(reason.starts_with(" ") ? 1 : 0);
 }
 
 Installation::Installation(const std::string& folder, size_t depth)
@@ -47,8 +68,12 @@ Installation::Installation(const std::string& folder, size_t depth)
                 found.files.push_back(name);
             }
         }
-        if (unreadable)
+        if (unreadable && next == 0)
+            throw Failure("the folder " + folder + " cannot be read");
+        if (unreadable) {
             faults.push_back({relative(found.path), "the folder cannot be read"});
+            continue;
+        }
         std::sort(found.files.begin(), found.files.end());
         std::sort(below.begin(), below.end());
         for (const fs::path& folderBelow : below)

@@ -13,10 +13,10 @@ struct Fault {
     std::string text;
 };
 
-/// Loads a document by calling `load`. False, with a fault noted, when that raises or gives False, which
-/// means what `refusal` says.
-bool loads(std::vector<Fault>& faults, const std::string& document, const std::function<bool()>& load,
-           const char* refusal = "it is missing or no well-formed document");
+/// Loads a document by calling `load`. False, with a fault noted, when that raises or gives False.
+bool loads(std::vector<Fault>& faults, const std::string& document, const std::function<bool()>& load);
+/// The last reason without the document's name: "there is no such file", "line 1, column 16: mismatched tag".
+std::string reasonAbout(const std::string& document);
 
 /// The documents under a folder: what exists once (roster, pools ...) is known by its usual file name, such
 /// as students.xml, wherever it lies; of two the one in the upper folder, then the first by name, counts.

@@ -23,7 +23,10 @@ int run(const std::vector<std::string>& arguments) {
         std::fputs("kavlor: interrupted\n", stderr);
         return kInterrupted;
     } catch (const Error& error) {
-        return fail(describe(error));
+        const std::string place = error.place().text();
+        return fail((place.empty() ? "" : place + ": ") + describe(error));
+    } catch (const std::filesystem::filesystem_error& error) {
+        return fail(pathText(error.path1()) + ": " + error.code().message());
     } catch (const std::bad_alloc&) {
         return fail("out of memory");
     } catch (const std::exception& failure) {

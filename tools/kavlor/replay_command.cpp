@@ -1,7 +1,10 @@
 #include "command.h"
 #include "console.h"
+#include "installation.h"
 
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <norvakavlor/norvakavlor.h>
 
@@ -41,12 +44,12 @@ int replayExam(GradiumExam& record) {
 int replayLesson(const ReplayOptions& options) {
     auto record = New<GradiumLesson>();
     if (!record->Load(options.record, nullptr, options.titleFile))
-        throw Failure(options.record + " is no well-formed document");
+        throw Failure(options.record + ": " + reasonAbout(options.record));
     requireHost(*record);
     auto lesson = New<Lesson>();
     // A record does not bring its lesson back, so that stands in a file of its own.
     if (!lesson->Load(options.lesson, nullptr))
-        throw Failure(options.lesson + " is missing or no well-formed document");
+        throw Failure(options.lesson + ": " + reasonAbout(options.lesson));
     if (lesson->Tasks->empty())
         throw Failure(options.lesson + " holds no tasks: it is no lesson");
     record->SetTheLesson(lesson);
@@ -56,6 +59,15 @@ int replayLesson(const ReplayOptions& options) {
 }
 
 /// An accepted record of a live exercise is stored without its scores: a copy of the file keeps them.
+std::string contentOf(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool haveSameContent(const std::filesystem::path& one, const std::filesystem::path& other) {
+    return std::filesystem::exists(other) && contentOf(one) == contentOf(other);
+}
+
 int replayLive(const ReplayOptions& options) {
     auto record = New<LiveExResults>();
     if (!record->Load(options.record) || record->Scores->empty())
@@ -64,7 +76,9 @@ int replayLive(const ReplayOptions& options) {
         throw Failure("no launch waits for the exercise " + record->ExamID);
     const std::filesystem::path path = pathFrom(options.record);
     const std::filesystem::path copy = pathFrom(options.record + ".scores");
-    std::filesystem::copy_file(path, copy); // raises when there is one: it may be the only one
+    // One that is there may be the only one, unless a replay that was cut off left it.
+    if (!haveSameContent(path, copy))
+        std::filesystem::copy_file(path, copy);
     record->Save(options.record, false);
     const bool accepted = !record->GetGradiumLiveEx();
     if (accepted)
@@ -81,7 +95,7 @@ int replay(const ReplayOptions& options) {
         return replayLesson(options);
     auto record = New<GradiumExam>();
     if (!record->Load(options.record, nullptr, options.titleFile))
-        throw Failure(options.record + " is no well-formed document");
+        throw Failure(options.record + ": " + reasonAbout(options.record));
     // The same reader takes any document; one of another kind leaves the record empty.
     if (record->CourseID.empty() && record->SubmitHost.empty())
         return replayLive(options);

@@ -1,6 +1,7 @@
 #include "command.h"
 #include "console.h"
 #include "csv.h"
+#include "installation.h"
 #include "roster_import.h"
 #include "text_table.h"
 
@@ -38,7 +39,7 @@ Ref<Courses> loadCourses(const RosterOptions& options) {
         return courses;
     if (options.courses.empty())
         return nullptr;
-    throw Failure(location + " is missing or no well-formed document");
+    throw Failure(location + ": " + reasonAbout(location));
 }
 
 std::string fieldName(const std::string& name) {
@@ -144,7 +145,7 @@ int roster(const RosterOptions& options) {
     auto students = New<Students>();
     // To be shown, a roster need not agree with the courses.
     if (!students->Load(options.roster, options.import.empty() ? nullptr : courses.get()))
-        throw Failure(options.roster + " is missing or no well-formed document");
+        throw Failure(options.roster + ": " + reasonAbout(options.roster));
     if (!options.import.empty())
         return import(*students, courses.get(), options);
     show(*students, options);

@@ -3,6 +3,7 @@
 #include "command.h"
 #include "console.h"
 #include "csv.h"
+#include "installation.h"
 
 #include <algorithm>
 #include <map>
@@ -131,7 +132,7 @@ private:
 void storeChanges(const std::vector<Ref<Student>>& changed, const std::string& location, Courses* courses) {
     auto roster = New<Students>();
     if (!roster->Load(location, courses))
-        throw Failure(location + " is missing or no well-formed document");
+        throw Failure(location + ": " + reasonAbout(location));
     for (const Ref<Student>& student : changed) {
         Ref<Student>* place = roster->StudentMembers->find(student->StudentID);
         if (!place)
@@ -160,11 +161,13 @@ void storeImport(const ImportPlan& plan, const std::string& location, Courses* c
     if (!plan.changed.empty())
         storeChanges(plan.changed, location, courses);
     size_t stored = 0;
+    Progress progress("adding students", plan.added.size());
     for (const Ref<Student>& student : plan.added) {
-        std::string reason = "another program holds it locked";
+        std::string reason;
         bool added = false;
         try {
             added = New<Students>()->AddStudent(location, student, courses);
+            reason = added ? "" : reasonAbout(location);
         } catch (const Error& error) {
             if (isOutOfMemory(error))
                 throw;
@@ -176,6 +179,7 @@ void storeImport(const ImportPlan& plan, const std::string& location, Courses* c
                           " added before; importing the file again goes on with the others, as long as its "
                           "rows have a StudentID");
         ++stored;
+        progress.count();
     }
 }
 

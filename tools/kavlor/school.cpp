@@ -141,10 +141,8 @@ void School::readMenus() {
         for (const Ref<TitleFilename>& row : *rows) {
             const std::string path = folder.path + row->Filename;
             MenuProgress progress{New<LessonMenu>(), {}};
-            loads(
-                faults, path,
-                [&] { return progress.menu->Load(path, directories, installation.tasks.get(), "", ""); },
-                "a lesson that it names is missing or no well-formed document");
+            loads(faults, path,
+                  [&] { return progress.menu->Load(path, directories, installation.tasks.get(), "", ""); });
             for (const Ref<Tutorial>& tutorial : *progress.menu->Tutorials) {
                 if (tutorial->Spacer)
                     continue;

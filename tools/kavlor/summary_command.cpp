@@ -44,7 +44,7 @@ ExamResults countLocally(const SummaryOptions& options, size_t& left) {
                               1);
     installation.load();
     if (!options.roster.empty() && !installation.students->Load(options.roster, nullptr))
-        throw Failure(options.roster + " is missing or no well-formed document");
+        throw Failure(options.roster + ": " + reasonAbout(options.roster));
     if (installation.students->StudentMembers->empty())
         throw Failure("there are no students: name the roster with --roster FILE");
     ExamResults results;
@@ -72,7 +72,7 @@ ExamResults askServer(const SummaryOptions& options) {
     auto exam = New<Exam>();
     if (!exam->LoadExamSummary(options.roster, nullptr, nullptr, options.exam,
                                static_cast<int16_t>(options.attempt), options.course, options.section))
-        throw Failure(options.exam + ": the server has no summary of it");
+        throw Failure(options.exam + ": " + reasonAbout(options.exam));
     results.exam = exam;
     for (const Ref<Question>& question : *exam->Questions)
         results.questions.push_back({question, static_cast<size_t>(std::max<int16_t>(question->Attempts, 0)),

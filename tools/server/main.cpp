@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <exception>
 #include <norvakavlor/platform/files.h>
+#include <norvakavlor/version.h>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,10 @@ int serve(const Options& options) {
 }
 
 int run(const std::vector<std::string>& arguments) {
+    if (!arguments.empty() && arguments.front() == "--version") {
+        std::printf("kavlor-server %s\n", kVersion.data());
+        return 0;
+    }
     std::string fault;
     const auto options = parseOptions(arguments, fault);
     if (!options && fault.empty()) {

@@ -75,6 +75,7 @@ usage: kavlor-server FOLDER [options]
   --gradebook-accept-from N
                           answer "success" from the N-th post on, and before it the reply text or "busy"
   --help                  show this page
+  --version               show the version
 
 The first line of output says where it listens; then comes one line for each request, in which keys are masked.
 The folder must exist. Its subfolders are web directories, but for gradebook/, which holds what was posted to

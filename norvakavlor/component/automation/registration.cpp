@@ -5,7 +5,8 @@
 #include <norvakavlor/component/identifiers.h>
 #include <norvakavlor/platform/windows/registry_key.h>
 #include <norvakavlor/platform/windows/text_wide.h>
-#include <string_view>
+#include <norvakavlor/version.h>
+#include <string>
 #include <vector>
 
 namespace norvakavlor {
@@ -13,7 +14,6 @@ namespace {
 
 using platform::toWide;
 
-constexpr std::wstring_view kVersion = L"1.0";
 constexpr bool kIs64Bit = sizeof(void*) == 8;
 constexpr const wchar_t* kPlatformKey = kIs64Bit ? L"win64" : L"win32";
 /// Where the other bitness registers its classes.
@@ -44,8 +44,12 @@ std::wstring classKey(const ClassInfo& info) {
 std::wstring interfaceKey(const ClassInfo& info) {
     return L"Interface\\" + toRegistryText(identifiersOf(info.name).interfaceId);
 }
+/// The type library's version; a patch does not change that.
+std::wstring libraryVersion() {
+    return std::to_wstring(kVersionMajor) + L"." + std::to_wstring(kVersionMinor);
+}
 std::wstring libraryKey() { return L"TypeLib\\" + toRegistryText(kTypeLibraryId); }
-std::wstring versionKey() { return libraryKey() + L"\\" + std::wstring(kVersion); }
+std::wstring versionKey() { return libraryKey() + L"\\" + libraryVersion(); }
 
 void appendClass(std::vector<Entry>& entries, const ClassInfo& info, const std::wstring& path) {
     const std::wstring classText = toRegistryText(identifiersOf(info.name).classId);
@@ -53,7 +57,7 @@ void appendClass(std::vector<Entry>& entries, const ClassInfo& info, const std::
     entries.push_back({programKey(info) + L"\\CLSID", L"", classText});
     const std::wstring key = classKey(info);
     // The version comes first: a removal needs it, even if the rest could not be written.
-    entries.push_back({key + L"\\Version", L"", std::wstring(kVersion)});
+    entries.push_back({key + L"\\Version", L"", libraryVersion()});
     entries.push_back({key, L"", toWide(info.summary)});
     entries.push_back({key + L"\\InprocServer32", L"", path});
     entries.push_back({key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"});
@@ -64,7 +68,7 @@ void appendClass(std::vector<Entry>& entries, const ClassInfo& info, const std::
 
 void appendInterface(std::vector<Entry>& entries, const ClassInfo& info) {
     const std::wstring key = interfaceKey(info);
-    entries.push_back({key + L"\\TypeLib", L"Version", std::wstring(kVersion)});
+    entries.push_back({key + L"\\TypeLib", L"Version", libraryVersion()});
     entries.push_back({key, L"", L"_" + toWide(info.name)});
     entries.push_back({key + L"\\ProxyStubClsid32", L"", kDispatchMarshaller});
     entries.push_back({key + L"\\TypeLib", L"", toRegistryText(kTypeLibraryId)});
@@ -72,7 +76,7 @@ void appendInterface(std::vector<Entry>& entries, const ClassInfo& info) {
 
 void appendLibrary(std::vector<Entry>& entries, const std::wstring& path) {
     const std::wstring key = versionKey();
-    entries.push_back({key, L"", L"NorvaKavlor 1.0"});
+    entries.push_back({key, L"", L"NorvaKavlor " + libraryVersion()});
     entries.push_back({key + L"\\0\\" + kPlatformKey, L"", path});
     entries.push_back({key + L"\\FLAGS", L"", L"0"});
     entries.push_back({key + L"\\HELPDIR", L"", path.substr(0, path.find_last_of(L'\\'))});
@@ -101,15 +105,14 @@ public:
             note(status);
     }
 
-    bool hasSubkeys(const std::wstring& name) const {
-        platform::RegistryKey key;
-        if (::RegOpenKeyExW(root_.key, (root_.path + name).c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS)
-            return false;
-        DWORD count = 0;
-        ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
-                           nullptr, nullptr, nullptr);
-        return count > 0;
+    /// Removes a key that has neither subkeys nor values: it says nothing to anybody.
+    void removeIfEmpty(const std::wstring& key) {
+        const Content content = contentOf(key);
+        if (content.subkeys == 0 && content.values == 0)
+            removeIfLeaf(key);
     }
+
+    bool hasSubkeys(const std::wstring& key) const { return contentOf(key).subkeys > 0; }
 
     bool isInOtherView(const std::wstring& name) const {
         platform::RegistryKey key;
@@ -123,12 +126,26 @@ public:
         DWORD size = sizeof text;
         return ::RegGetValueW(root_.key, (root_.path + key).c_str(), name, RRF_RT_REG_SZ, nullptr, text,
                               &size) == ERROR_SUCCESS &&
-               std::wstring_view(text) == kVersion;
+               text == libraryVersion();
     }
 
     HRESULT result() const { return first_ == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(first_); }
 
 private:
+    struct Content {
+        DWORD subkeys = 0;
+        DWORD values = 0;
+    };
+
+    Content contentOf(const std::wstring& name) const {
+        platform::RegistryKey key;
+        Content content;
+        if (::RegOpenKeyExW(root_.key, (root_.path + name).c_str(), 0, KEY_READ, key.put()) == ERROR_SUCCESS)
+            ::RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &content.subkeys, nullptr, nullptr,
+                               &content.values, nullptr, nullptr, nullptr, nullptr);
+        return content;
+    }
+
     void note(LSTATUS status) {
         if (first_ == ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)
             first_ = static_cast<DWORD>(status);
@@ -179,6 +196,9 @@ HRESULT unregisterClasses(RegistrationScope scope) {
     if (!removal.hasSubkeys(version + L"\\0"))
         removal.removeTree(version);
     removal.removeIfLeaf(libraryKey());
+    // A user who had no classes before has none of these keys; the machine always has something in them.
+    for (const wchar_t* key : {L"CLSID", L"Interface", L"TypeLib"})
+        removal.removeIfEmpty(key);
     return removal.result();
 }
 

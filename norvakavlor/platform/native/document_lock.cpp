@@ -205,9 +205,20 @@ std::optional<LockOwner> lockOwner(const std::string& path) {
     struct stat state {};
     if (::stat(target.c_str(), &state) != 0 || !isReadOnly(state))
         return std::nullopt;
+    LockFile lockFile(target);
     std::string mark;
-    ignoringErrors([&] { mark = readFile(LockFile(target).path().string()); });
-    return lockOwnerIn(mark, documentLineOf(state));
+    ignoringErrors([&] { mark = readFile(lockFile.path().string()); });
+    auto owner = lockOwnerIn(mark, documentLineOf(state));
+    if (owner && owner->state == LockOwner::State::Unknown) {
+        ignoringErrors([&] {
+            const auto opened = lockFile.open(false);
+            if (opened == LockFile::Opened::Held)
+                owner->state = LockOwner::State::Runs;
+            else if (opened == LockFile::Opened::Locked)
+                owner->state = LockOwner::State::Ended;
+        });
+    }
+    return owner;
 }
 
 uint32_t processNumber() { return static_cast<uint32_t>(::getpid()); }

@@ -1,9 +1,11 @@
 #include <norvakavlor/platform/xml_back_end.h>
 
+#include <algorithm>
 #include <exception>
 #include <expat.h>
 #include <memory>
 #include <new>
+#include <numeric>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -95,12 +97,18 @@ private:
     std::exception_ptr fault_;
 };
 
-/// Runs over a text once more, for who must say where something is in it: an element that its steps lead to,
-/// or the one that is still open where the text ceases to be well-formed.
+/// Runs over a text once more, for who must say where something is in it: elements that steps lead to, or the
+/// one that is still open where the text ceases to be well-formed.
 class Places {
 public:
     Places() = default; ///< seeks none: runs to the end, or to the fault
-    explicit Places(std::span<const size_t> steps) : steps_(steps) {}
+    explicit Places(const std::vector<Steps>& wanted)
+        : wanted_(&wanted), order_(wanted.size()), found_(wanted.size()) {
+        std::iota(order_.begin(), order_.end(), size_t{0});
+        // As elements begin: a parent before its children.
+        std::sort(order_.begin(), order_.end(),
+                  [&](size_t left, size_t right) { return wanted[left] < wanted[right]; });
+    }
 
     bool run(std::string_view utf8) {
         const Parser parser(XML_ParserCreate("UTF-8"), XML_ParserFree);
@@ -117,7 +125,7 @@ public:
         return true;
     }
 
-    std::optional<xml::Position> found() const { return found_; }
+    const std::vector<std::optional<xml::Position>>& found() const { return found_; }
     std::string innermost() const {
         if (open_.empty())
             return {};
@@ -131,8 +139,9 @@ private:
         std::string name;
         xml::Position at;
         size_t children = 0; ///< elements so far
-        bool isOnPath = false;
     };
+
+    bool isDone() const { return ranOut_ || (wanted_ && next_ == order_.size()); }
 
     static void startElement(void* self, const char* name, const char**) {
         Places& places = *static_cast<Places*>(self);
@@ -141,37 +150,43 @@ private:
         } catch (const std::bad_alloc&) {
             places.ranOut_ = true; // raised when expat has stopped: no exception may pass its frames
         }
-        if (places.ranOut_ || places.found_)
+        if (places.isDone())
             XML_StopParser(places.parser_, XML_FALSE);
     }
 
     void start(const char* name) {
-        if (ranOut_ || found_)
+        if (isDone())
             return;
-        const size_t depth = open_.size(); // of the root 0
-        bool isOnPath = steps_ && depth == 0;
-        if (depth > 0) {
-            Open& parent = open_.back();
-            isOnPath = steps_ && parent.isOnPath && depth <= steps_->size() &&
-                       parent.children == (*steps_)[depth - 1];
-            ++parent.children;
+        if (!open_.empty())
+            steps_.push_back(open_.back().children++);
+        const bool isPassed = wanted_ && (*wanted_)[order_[next_]] <= steps_;
+        if (!wanted_ || isPassed)
+            at_ = {XML_GetCurrentLineNumber(parser_), XML_GetCurrentColumnNumber(parser_) + 1};
+        // One that was passed without being met is not there.
+        for (; !isDone() && isPassed && (*wanted_)[order_[next_]] <= steps_; ++next_) {
+            if ((*wanted_)[order_[next_]] == steps_)
+                found_[order_[next_]] = at_;
         }
-        const xml::Position at{XML_GetCurrentLineNumber(parser_), XML_GetCurrentColumnNumber(parser_) + 1};
-        if (isOnPath && depth == steps_->size())
-            found_ = at;
-        open_.push_back({name, at, 0, isOnPath});
+        open_.push_back({wanted_ ? "" : name, at_, 0});
     }
 
     static void endElement(void* self, const char*) {
         Places& places = *static_cast<Places*>(self);
-        if (!places.ranOut_ && !places.found_) // the end of an empty element may still come
-            places.open_.pop_back();
+        if (places.isDone()) // the end of an empty element may still come
+            return;
+        places.open_.pop_back();
+        if (!places.steps_.empty())
+            places.steps_.pop_back();
     }
 
     XML_Parser parser_ = nullptr;
-    std::optional<std::span<const size_t>> steps_;
+    const std::vector<Steps>* wanted_ = nullptr;
+    std::vector<size_t> order_; ///< of the wanted ones, as they are met
+    size_t next_ = 0;
+    std::vector<std::optional<xml::Position>> found_; ///< in the order of `wanted_`
     std::vector<Open> open_;
-    std::optional<xml::Position> found_;
+    Steps steps_; ///< to the innermost open element
+    xml::Position at_;
     bool ranOut_ = false; ///< of memory
 };
 
@@ -202,9 +217,12 @@ bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& er
     return false;
 }
 
-std::optional<xml::Position> positionOf(std::string_view utf8, std::span<const size_t> steps) {
-    Places places(steps);
-    return places.run(utf8) ? places.found() : std::nullopt;
+std::vector<std::optional<xml::Position>> positionsOf(std::string_view utf8,
+                                                      const std::vector<Steps>& wanted) {
+    Places places(wanted);
+    if (!wanted.empty())
+        places.run(utf8);
+    return places.found();
 }
 
 } // namespace norvakavlor::platform

@@ -236,9 +236,20 @@ std::optional<LockOwner> lockOwner(const std::string& path) {
     const auto state = stateOf(target);
     if (!state || !isReadOnly(*state))
         return std::nullopt;
+    LockFile lockFile(target);
     std::string mark;
-    ignoringErrors([&] { mark = readFile(fromWide(LockFile(target).path().wstring())); });
-    return lockOwnerIn(mark, documentLineOf(*state));
+    ignoringErrors([&] { mark = readFile(fromWide(lockFile.path().wstring())); });
+    auto owner = lockOwnerIn(mark, documentLineOf(*state));
+    if (owner && owner->state == LockOwner::State::Unknown) {
+        ignoringErrors([&] {
+            const auto opened = lockFile.open(false);
+            if (opened == LockFile::Opened::Held)
+                owner->state = LockOwner::State::Runs;
+            else if (opened == LockFile::Opened::Locked)
+                owner->state = LockOwner::State::Ended;
+        });
+    }
+    return owner;
 }
 
 uint32_t processNumber() { return ::GetCurrentProcessId(); }

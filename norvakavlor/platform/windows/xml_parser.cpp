@@ -246,6 +246,8 @@ bool feedEvents(std::string_view utf8, xml::TreeBuilder& builder, ParseError& er
 }
 
 // The system's parser tells the places of faults, not those of nodes.
-std::optional<xml::Position> positionOf(std::string_view, std::span<const size_t>) { return std::nullopt; }
+std::vector<std::optional<xml::Position>> positionsOf(std::string_view, const std::vector<Steps>& wanted) {
+    return std::vector<std::optional<xml::Position>>(wanted.size());
+}
 
 } // namespace norvakavlor::platform
