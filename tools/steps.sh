@@ -12,7 +12,7 @@ export XDG_CONFIG_HOME=$root/build/config
 
 native_packages="g++ cmake ninja-build libexpat1-dev libcurl4-openssl-dev libssl-dev libmicrohttpd-dev
 libcli11-dev nlohmann-json3-dev help2man"
-native_test_packages="libgtest-dev libgmock-dev jing"
+native_test_packages="libgtest-dev libgmock-dev jing curl pkg-config"
 report_test_packages="chromium nodejs npm" # without them the report is not looked at
 python_test_packages="gcc binutils python3 python3-venv python3-pytest mypy"
 windows_packages="g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64

@@ -49,7 +49,9 @@ class _Stub:
     def _method(self, member: Member) -> str:
         parameters = ["self"]
         for parameter, left_out in zip(member.inputs, _annotations.can_be_left_out(member)):
-            annotation = self._apart(_annotations.taken(parameter, self.classes))
+            # One table serves all collections, that of texts.
+            is_member = self.owner.is_collection and parameter.name == "item"
+            annotation = "Any" if is_member else self._apart(_annotations.taken(parameter, self.classes))
             parameters.append(f"{parameter.name}: {annotation}" + (" = ..." if left_out else ""))
         returned = self._apart(_annotations.returned(member, self.classes))
         return f'    def {member.name}({", ".join(parameters)}) -> {returned}:\n        """{member.help}"""\n'

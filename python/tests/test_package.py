@@ -273,6 +273,7 @@ def test_types_are_known_to_mypy(tmp_path):
         "book.Title = 3\n"
         "Course(Titel='a')\n"
         "Students().MatchUserName('a').LastName\n"
+        "Course().Sections.Add(book, 'a')\n"
     )
     command = [sys.executable, "-m", "mypy", "--cache-dir", tmp_path / "cache", client]
     said = subprocess.run(command, capture_output=True, text=True).stdout

@@ -1,0 +1,1 @@
+kavlor check spring
