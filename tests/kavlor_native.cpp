@@ -53,6 +53,8 @@ TEST(Kavlor, CommandsSayWhatTheyDidAndHowItEnded) {
     folder.write("broken.xml", "<students><student>");
     folder.write("exams/sheets_kvqm_SID00004_01.xml", "<exam><title>cut");
     folder.write("exams/sheets_kvqm_SID00005_01.xml", "<exam pctCorrect='half'/>");
+    folder.write("spare/old.xml", "<students/>");
+    folder.write("spare/students.xml", "<students/>");
     const std::string secret = "ced10ff22e098c1022971423b466023a"; // a sample's digest
     const struct {
         const char* arguments;
@@ -109,6 +111,11 @@ TEST(Kavlor, CommandsSayWhatTheyDidAndHowItEnded) {
         {"replay launches/exam_launch.xml",
          1,
          {"the gradebook did not accept \"Spreadsheets, first term\" of SID00001"}},
+        {"check .",
+         1,
+         {"broken.xml:1:20: error: ",
+          "spare/old.xml: note: the root is <students>, but such documents go by other names",
+          "spare/students.xml: note: not read: curriculum/students.xml counts"}},
         {"report nowhere", 2, {"there is no folder nowhere"}},
         {"report launches", 2, {"holds no roster, exams or lessons"}},
         {"report . -o no/where.html", 2, {"no/where.html cannot be written"}},

@@ -176,6 +176,12 @@ void Check::checkSingles() {
                                         [&](const std::string& path) { return load(path, loads[at]); });
         if (!isRead)
             (paths.empty() ? missing_ : unread_).emplace(kSingles[at].kind);
+        for (const std::string& path : paths) {
+            if (!read_.contains(path))
+                add(Finding::Rank::Note, path, "",
+                    "not read: " + installation_.relative(paths.front()) +
+                        " counts in this installation; check this one's folder by itself");
+        }
     }
     for (const std::string& preferences : findAll(kPreferencesFile))
         load(preferences, [](const std::string& path) { return New<Preferences>()->Load(path); });
@@ -257,6 +263,11 @@ void Check::checkOther(const std::string& path) {
     if (!isRead || std::any_of(std::begin(kDocumentNames), std::end(kDocumentNames), isRoot)) {
         if (root == kLiveExResultsDocument.root)
             load(path, [](const std::string& file) { return New<LiveExResults>()->Load(file); });
+        else if (isRead)
+            add(Finding::Rank::Note, path, "",
+                "the root is <" + root +
+                    ">, but such documents go by other names: no list shows it, and only "
+                    "that it is well-formed was checked");
     } else if (root == kLaunchRoot) {
         // Each reads its own part of the document; the gradebook puts any of them in.
         load(path, [&](const std::string& file) {
