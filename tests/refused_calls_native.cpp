@@ -142,7 +142,8 @@ TEST(RefusedCalls, AnInsertionThatCannotReadGivesTheLockBack) {
     EXPECT_EQ(added->StudentID, "SID00005");
 }
 
-#ifndef __SANITIZE_ADDRESS__ // it has memory of its own and ends a program that runs out of it
+#if !defined(__SANITIZE_ADDRESS__) &&                                                                        \
+    !defined(__SANITIZE_THREAD__) // it has memory of its own and ends a program that runs out of it
 TEST(RefusedCalls, AnInsertionWithoutMemoryGivesTheLockBack) {
     const TemporaryFolder folder;
     const std::string path = folder.write("r.xml", "<students/>");

@@ -18,7 +18,7 @@ thread_local long bytes = 0;
 thread_local long peak = 0;
 thread_local size_t all = 0;
 
-#ifndef __SANITIZE_ADDRESS__
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 long sizeOf(void* block) {
 #ifdef _WIN32
@@ -75,7 +75,7 @@ size_t count() { return all; }
 
 } // namespace norvakavlor::testing::memory
 
-#ifndef __SANITIZE_ADDRESS__
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 namespace memory = norvakavlor::testing::memory;
 

@@ -3,10 +3,11 @@
 #include <cstddef>
 
 /// This thread's allocations, of the library and, natively, of the C libraries below it: counted, and failed
-/// one at a time. With AddressSanitizer, which has memory of its own, nothing is counted and nothing fails.
+/// one at a time. With Address- and ThreadSanitizer, which have memory of their own, nothing is counted and
+/// nothing fails.
 namespace norvakavlor::testing::memory {
 
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool kIsCounted = false;
 #else
 inline constexpr bool kIsCounted = true;
