@@ -36,19 +36,39 @@ xml::Document parsedBytes(std::string_view bytes) {
     return std::move(*document);
 }
 
+/// Looks again when a signal came in between. Nothing there is an answer (`look` gives an empty one); raises
+/// 70 or 57 when the system does not tell.
+template <class Look> auto lookAt(Look look) {
+    for (;;) {
+        std::error_code fault;
+        auto seen = look(fault);
+        if (fault == std::errc::interrupted)
+            continue;
+        if (fault == std::errc::permission_denied)
+            throw runtimeError(RuntimeError::PermissionDenied);
+        if (fault && fault != std::errc::no_such_file_or_directory && fault != std::errc::not_a_directory &&
+            fault != std::errc::too_many_symbolic_link_levels && fault != std::errc::filename_too_long)
+            throw runtimeError(RuntimeError::DeviceError);
+        return seen;
+    }
+}
+
 } // namespace
 
 DocumentFolder::DocumentFolder(const std::string& path) : path_(EnsureTrailingSlash(path)) {}
 
+/// Only what the folder itself holds is served: a link may stay in it, not lead out of it, and must lead to
+/// something.
 bool DocumentFolder::holds(const std::string& path) const {
-    std::error_code fault;
-    const std::filesystem::path root = std::filesystem::canonical(path_, fault);
-    std::filesystem::path place = std::filesystem::weakly_canonical(path, fault);
-    if (fault || (std::filesystem::is_symlink(path, fault) && !std::filesystem::exists(path, fault)))
+    namespace fs = std::filesystem;
+    if (lookAt([&](auto& fault) { return fs::is_symlink(path, fault); }) &&
+        !lookAt([&](auto& fault) { return fs::exists(path, fault); }))
         return false;
+    const fs::path root = lookAt([&](auto& fault) { return fs::canonical(path_, fault); });
+    fs::path place = lookAt([&](auto& fault) { return fs::weakly_canonical(path, fault); });
     if (!place.has_filename())
         place = place.parent_path();
-    const std::filesystem::path inside = place.lexically_relative(root);
+    const fs::path inside = place.lexically_relative(root);
     return !inside.empty() && *inside.begin() != "..";
 }
 
