@@ -66,7 +66,7 @@ private:
         std::smatch found;
         for (auto at = sentence.cbegin(); std::regex_search(at, sentence.cend(), found, reference);
              at = found[0].second) {
-            for (const size_t group : {1, 2}) {
+            for (const size_t group : {1U, 2U}) {
                 if (found[group].matched && !addOf(found[group], info, numbers))
                     refuse("there is no " + found[group].str());
             }
