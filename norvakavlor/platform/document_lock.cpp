@@ -2,6 +2,7 @@
 
 #include <norvakavlor/platform/document_lock_file.h>
 #include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/text/error.h>
 
 namespace norvakavlor::platform {
 
@@ -19,6 +20,18 @@ LockResult DocumentLock::tryTake() {
         if (const auto result = tryTakeOnce())
             return *result;
     }
+}
+
+LockOwner::State ownerState(LockFile& lockFile) {
+    auto state = LockOwner::State::Unknown;
+    ignoringErrors([&] {
+        const auto opened = lockFile.open(false);
+        if (opened == LockFile::Opened::Held)
+            state = LockOwner::State::Runs;
+        else if (opened == LockFile::Opened::Locked)
+            state = LockOwner::State::Ended;
+    });
+    return state;
 }
 
 } // namespace norvakavlor::platform

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <norvakavlor/platform/document_lock.h>
 #include <string>
 #include <string_view>
 
@@ -41,5 +42,8 @@ private:
     std::filesystem::path path_;
     std::unique_ptr<OpenFile> file_;
 };
+
+/// Whether the process that wrote a lock file on this machine still holds it.
+LockOwner::State ownerState(LockFile& lockFile);
 
 } // namespace norvakavlor::platform

@@ -209,15 +209,8 @@ std::optional<LockOwner> lockOwner(const std::string& path) {
     std::string mark;
     ignoringErrors([&] { mark = readFile(lockFile.path().string()); });
     auto owner = lockOwnerIn(mark, documentLineOf(state));
-    if (owner && owner->state == LockOwner::State::Unknown) {
-        ignoringErrors([&] {
-            const auto opened = lockFile.open(false);
-            if (opened == LockFile::Opened::Held)
-                owner->state = LockOwner::State::Runs;
-            else if (opened == LockFile::Opened::Locked)
-                owner->state = LockOwner::State::Ended;
-        });
-    }
+    if (owner && owner->state == LockOwner::State::Unknown)
+        owner->state = ownerState(lockFile);
     return owner;
 }
 
