@@ -3,8 +3,6 @@
 file(GLOB description_sources CONFIGURE_DEPENDS tools/idl/*.cpp)
 list(FILTER description_sources EXCLUDE REGEX "/main\\.cpp$")
 add_library(kavlor_descriptions STATIC ${description_sources})
-# Built with sanitizers, the compiler's own std::regex warns of itself.
-target_compile_options(kavlor_descriptions PRIVATE -Wno-maybe-uninitialized)
 target_link_libraries(kavlor_descriptions PUBLIC norvakavlor_internal PRIVATE OpenSSL::Crypto)
 add_executable(kavlor-idl tools/idl/main.cpp)
 target_link_libraries(kavlor-idl PRIVATE kavlor_descriptions)
