@@ -78,7 +78,10 @@ const struct {
     {"text.code_page", 1, {[](In in) { return platform::toSystemCodePage(in[0]); }}},
     {"text.digests", 1, {[](In in) { return hexadecimal(platform::md5(in[0])); }}},
     {"text.passwords", 1, {[](In in) { return New<Encryption>()->Encrypt(in[0]); }}},
-    {"decode.files", 1, {[](In in) { return xml::decodeFile(in[0]).value_or("(nothing)"); }}},
+    {"decode.files", 1, {[](In in) {
+         std::string text(in[0]);
+         return xml::decodeFile(text) ? text : "(nothing)";
+     }}},
     {"decode.replies", 2, {[](In in) { return xml::decodeReply(in[0], in[1]); }}},
     {"url.encoded", 1, {[](In in) { return platform::encodeUrl(in[0]); }}},
     {"url.addresses", 1, {[](In in) {

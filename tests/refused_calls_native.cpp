@@ -4,9 +4,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <new>
 #include <norvakavlor/lessons/lesson.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/registry.h>
@@ -14,10 +12,8 @@
 #include <norvakavlor/students/students.h>
 #include <string>
 #include <string_view>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -141,34 +137,6 @@ TEST(RefusedCalls, AnInsertionThatCannotReadGivesTheLockBack) {
     EXPECT_EQ(errorNumber(add), 0) << "nothing is in the way of the next one";
     EXPECT_EQ(added->StudentID, "SID00005");
 }
-
-#if !defined(__SANITIZE_ADDRESS__) &&                                                                        \
-    !defined(__SANITIZE_THREAD__) // it has memory of its own and ends a program that runs out of it
-TEST(RefusedCalls, AnInsertionWithoutMemoryGivesTheLockBack) {
-    const TemporaryFolder folder;
-    const std::string path = folder.write("r.xml", "<students/>");
-    constexpr int kLarge = 60 << 20;
-    ASSERT_EQ(::truncate(path.c_str(), kLarge), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        size_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        const rlim_t limit = pages * static_cast<size_t>(::getpagesize()) + kLarge / 4;
-        const rlimit bound{limit, limit};
-        int code = ::setrlimit(RLIMIT_AS, &bound);
-        try {
-            New<Students>()->AddStudent(path, New<Student>(), nullptr);
-        } catch (const std::bad_alloc&) {
-            code += 7;
-        }
-        ::_exit(code);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, 7);
-    EXPECT_FALSE(platform::isReadOnly(path));
-}
-#endif
 
 TEST(RefusedCalls, SettingsThatCannotBeSeenAreKept) {
     const auto folder = std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "norvakavlor";

@@ -34,6 +34,12 @@ std::vector<std::string> listFiles(const std::string& folder) {
     return names;
 }
 
+Pieces onePiece(std::string_view content) {
+    return [content]() mutable { return std::exchange(content, {}); };
+}
+
+void replaceFile(const std::string& path, std::string_view content) { replaceFile(path, onePiece(content)); }
+
 void deleteFile(const std::string& path, bool force) {
     // The platform would treat these as patterns and delete every match.
     if (fileNameOf(path).find_first_of("*?") != std::string_view::npos)

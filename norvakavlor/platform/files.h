@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,6 +28,12 @@ std::string readFile(const std::string& path);
 /// file. Raises 70 if the file is read-only, 76 if its folder is missing, 61 if the disk is full, 57
 /// otherwise and for more than readFile reads; the old content stays then and nothing is left behind.
 void replaceFile(const std::string& path, std::string_view content);
+
+/// Content that is made while it is written: each call gives the next piece, which holds until the next call;
+/// an empty one is the end.
+using Pieces = std::function<std::string_view()>;
+/// The same. What a piece raises propagates; the old content stays then and nothing is left behind.
+void replaceFile(const std::string& path, const Pieces& pieces);
 
 /// Renames a file. False, and nothing changed, if the new name is taken. Raises 53 if it is missing, 70 or 57
 /// if it cannot be renamed.

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <exception>
 #include <filesystem>
+#include <norvakavlor/platform/files.h>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,9 @@ template <class Step> void tidyUp(Step&& step) noexcept {
         // The next save tidies up.
     }
 }
+
+/// A content that is there already.
+Pieces onePiece(std::string_view content);
 
 /// Each platform provides: deletes the file with exactly this name; see deleteFile.
 void deleteOneFile(const std::string& path, bool force);

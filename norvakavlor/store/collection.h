@@ -194,14 +194,13 @@ bool saveEach(
     const DocumentNames& names, const std::string& location, const KeyedCollection<Member>& members,
     Append append, const std::function<void(xml::Node)>& begin = [](xml::Node) {}) {
     auto at = members.begin();
-    return writeMembers(names, location, static_cast<size_t>(members.Count()), begin,
-                        [&](xml::Document& document, xml::Node root) {
-                            if (at == members.end())
-                                return false;
-                            append(**at, document, root);
-                            ++at;
-                            return true;
-                        });
+    return writeMembers(names, location, begin, [&](xml::Document& document, xml::Node root) {
+        if (at == members.end())
+            return false;
+        append(**at, document, root);
+        ++at;
+        return true;
+    });
 }
 
 /// Appends one element for each member, in order, and lets the member fill it.

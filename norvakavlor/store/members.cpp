@@ -8,7 +8,7 @@
 
 namespace norvakavlor {
 
-bool writeMembers(const DocumentNames& names, const std::string& location, size_t count,
+bool writeMembers(const DocumentNames& names, const std::string& location,
                   const std::function<void(xml::Node root)>& begin,
                   const std::function<bool(xml::Document& document, xml::Node root)>& next) {
     if (IsURL(location)) {
@@ -20,12 +20,9 @@ bool writeMembers(const DocumentNames& names, const std::string& location, size_
         return writeDocument(names.kind, location, document);
     }
     return Operation("save", names.kind, location).run([&] {
-        xml::MemberWriter writer(names.root, count);
+        xml::MemberWriter writer(names.root);
         begin(writer.root());
-        bool goesOn = true;
-        while (goesOn)
-            writer.add([&](xml::Document& document, xml::Node root) { goesOn = next(document, root); });
-        platform::replaceFile(location, writer.finish());
+        platform::replaceFile(location, [&] { return writer.nextPiece(next); });
         return true;
     });
 }

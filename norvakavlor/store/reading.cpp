@@ -70,17 +70,16 @@ void forgetFaults(size_t first, size_t end) {
 
 /// The text of a file; nothing when its bytes are not what its encoding allows.
 std::optional<std::string> decodedFile(const std::string& path) {
-    std::string bytes = platform::readFile(path);
-    auto text = xml::decodeFile(bytes);
-    if (!text) {
-        const size_t fault = xml::findIllFormedUtf8(bytes);
-        const xml::Position at = xml::positionOf(bytes, fault == std::string::npos ? 0 : fault);
-        noteParseError(path, {at.line, at.column,
-                              fault == std::string::npos
-                                  ? "the encoding that it names is not known, or its bytes are not in it"
-                                  : "its bytes are not in its encoding, UTF-8 unless it names another one"});
-    }
-    return text;
+    std::string text = platform::readFile(path);
+    if (xml::decodeFile(text))
+        return text;
+    const size_t fault = xml::findIllFormedUtf8(text);
+    const xml::Position at = xml::positionOf(text, fault == std::string::npos ? 0 : fault);
+    noteParseError(path, {at.line, at.column,
+                          fault == std::string::npos
+                              ? "the encoding that it names is not known, or its bytes are not in it"
+                              : "its bytes are not in its encoding, UTF-8 unless it names another one"});
+    return std::nullopt;
 }
 
 std::optional<SourceDocument> parsed(const std::string& location, std::string text) {

@@ -6,6 +6,7 @@
 #include <norvakavlor/xml/characters.h>
 #include <norvakavlor/xml/prolog.h>
 #include <norvakavlor/xml/windows_1252.h>
+#include <optional>
 #include <utility>
 
 namespace norvakavlor::xml {
@@ -152,26 +153,24 @@ void checkSize(size_t bytes) {
     }
 }
 
-std::optional<std::string> decodeFile(std::string_view bytes) { return decodeFile(std::string(bytes)); }
-
-std::optional<std::string> decodeFile(std::string&& bytes) {
+bool decodeFile(std::string& bytes) {
     std::string_view unmarked = bytes;
     auto encoding = takeByteOrderMark(unmarked);
     if (!encoding)
         encoding = encodingOfFile(unmarked);
     if (!encoding)
-        return std::nullopt;
+        return false;
     if (encoding == Encoding::Utf8) {
         if (!isWellFormedUtf8(unmarked))
-            return std::nullopt;
+            return false;
         bytes.erase(0, bytes.size() - unmarked.size());
-        return std::move(bytes);
+        return true;
     }
     bool wellFormed = true;
     std::string text = decode(unmarked, *encoding, wellFormed);
-    if (!wellFormed)
-        return std::nullopt;
-    return text;
+    if (wellFormed)
+        bytes = std::move(text);
+    return wellFormed;
 }
 
 std::string decodeReply(std::string_view bytes, std::string_view contentType) {

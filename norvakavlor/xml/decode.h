@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,11 +14,10 @@ inline constexpr size_t kMaximumBytes = 64u << 20;
 /// old document is worth more.
 void checkSize(size_t bytes);
 
-/// A file obeys its own byte order mark and encoding declaration: UTF-8, UTF-16, US-ASCII, ISO-8859-1,
-/// windows-1252. Nothing for another encoding, and for bytes that their encoding does not allow.
-std::optional<std::string> decodeFile(std::string_view bytes);
-/// The same without a copy: nearly every file is UTF-8 already.
-std::optional<std::string> decodeFile(std::string&& bytes);
+/// Makes text of a file's bytes, in their place: nearly every file is UTF-8 already. A file obeys its own
+/// byte order mark and encoding declaration: UTF-8, UTF-16, US-ASCII, ISO-8859-1, windows-1252. False, with
+/// the bytes as they were, for another encoding and for bytes that their encoding does not allow.
+bool decodeFile(std::string& bytes);
 
 /// A reply obeys its charset header (a Content-Type value, may be empty), else a byte order mark, else it is
 /// UTF-8; bytes that do not decode become U+FFFD, as a reply is also shown to people.

@@ -4,7 +4,6 @@
 #include <array>
 #include <norvakavlor/xml/arena.h>
 #include <norvakavlor/xml/characters.h>
-#include <norvakavlor/xml/decode.h>
 #include <string_view>
 
 namespace norvakavlor::xml {
@@ -168,8 +167,7 @@ void write(const NodeData* top, std::string& markup) {
         writeOne(at, markup);
 }
 
-MemberWriter::MemberWriter(std::string_view rootName, size_t count)
-    : root_(document_.createRoot(rootName).data_), count_(count) {}
+MemberWriter::MemberWriter(std::string_view rootName) : root_(document_.createRoot(rootName).data_) {}
 
 void MemberWriter::beginMember() {
     if (!members_.next)
@@ -177,26 +175,20 @@ void MemberWriter::beginMember() {
 }
 
 void MemberWriter::endMember() {
-    if (!root_->inside.lastChild)
-        return;
-    if (text_.empty())
-        writeStart(root_, true, text_);
-    for (const NodeData* member = root_->firstChild(); member; member = member->nextSibling())
-        write(member, text_);
-    root_->inside.lastChild = nullptr;
-    document_.arena_->rewind(members_);
-    // Room for the rest at once, as far as the first members tell: growing step by step took a tenth of the
-    // time.
-    constexpr size_t kTelling = 16;
-    if (++written_ == kTelling)
-        text_.reserve(std::min(text_.size() / kTelling * (count_ + count_ / kTelling), kMaximumBytes));
-}
-
-std::string MemberWriter::finish() {
-    if (text_.empty())
-        return document_.toText();
-    writeEnd(root_, text_);
-    return std::move(text_);
+    if (root_->inside.lastChild) {
+        if (!hasMembers_)
+            writeStart(root_, true, text_);
+        hasMembers_ = true;
+        for (const NodeData* member = root_->firstChild(); member; member = member->nextSibling())
+            write(member, text_);
+        root_->inside.lastChild = nullptr;
+        document_.arena_->rewind(members_);
+    }
+    if (isDone_ && hasMembers_) {
+        writeEnd(root_, text_);
+    } else if (isDone_) {
+        write(root_, text_);
+    }
 }
 
 } // namespace norvakavlor::xml

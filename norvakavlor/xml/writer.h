@@ -11,37 +11,40 @@ namespace norvakavlor::xml {
 /// texts hold, the result is well-formed; what XML 1.0 has no place for is written as U+FFFD.
 void write(const NodeData* node, std::string& markup);
 
-/// Writes a document while it is being made, one child of the root after the other, so that the tree never
-/// holds more than one: of a long document only what is in the processor's cache anyway. The text is that of
-/// the whole tree.
+/// Writes a document while it is being made, one child of the root after the other, and gives its text piece
+/// by piece: neither the tree nor the text is ever there as a whole, and what is there is in the processor's
+/// cache. The pieces together are the text of the whole tree.
 class MemberWriter {
 public:
-    /// `count` is how many members are to come.
-    MemberWriter(std::string_view rootName, size_t count);
+    explicit MemberWriter(std::string_view rootName);
 
     /// For the root's attributes, before any member.
     Node root() const { return document_.root(); }
 
-    /// Calls `fill(document, root)`, writes what that appends to the root, and forgets it.
-    template <class Fill> void add(Fill fill) {
-        beginMember();
-        fill(document_, root());
-        endMember();
+    /// The next piece, which holds until the next call; empty at the end. `fill(document, root)` appends the
+    /// next member to the root and is False when there is none left; it is called until a piece is full.
+    template <class Fill> std::string_view nextPiece(Fill fill) {
+        text_.clear();
+        while (!isDone_ && text_.size() < kPiece) {
+            beginMember();
+            isDone_ = !fill(document_, root());
+            endMember();
+        }
+        return text_;
     }
 
-    /// The text; the writer is done then.
-    std::string finish();
-
 private:
+    static constexpr size_t kPiece = size_t{64} << 10;
+
     void beginMember();
     void endMember();
 
     Document document_;
     NodeData* root_;
     BumpMemory::Mark members_{}; ///< where the memory of members begins
-    std::string text_;           ///< empty before the first member
-    size_t count_;
-    size_t written_ = 0;
+    std::string text_;           ///< not handed out yet
+    bool hasMembers_ = false;
+    bool isDone_ = false;
 };
 
 } // namespace norvakavlor::xml

@@ -25,9 +25,9 @@ bool isPlainName(std::string_view name) {
 }
 
 xml::Document parsedBytes(std::string_view bytes) {
-    const auto text = xml::decodeFile(bytes);
+    std::string text(bytes);
     platform::ParseError error;
-    auto document = text ? platform::parseXml(*text, &error) : std::nullopt;
+    auto document = xml::decodeFile(text) ? platform::parseXml(text, &error) : std::nullopt;
     if (!document) {
         throw runtimeError(RuntimeError::InvalidProcedureCall,
                            "The document does not parse" +
@@ -103,11 +103,10 @@ std::string DocumentFolder::pathOf(std::string_view directory, const std::string
 
 std::string DocumentFolder::read(std::string_view directory, const std::string& fileName) const {
     const std::string path = pathOf(directory, fileName);
-    const std::string bytes = reading([&] { return platform::readFile(path); });
-    auto text = xml::decodeFile(bytes);
-    if (!text)
+    std::string text = reading([&] { return platform::readFile(path); });
+    if (!xml::decodeFile(text))
         throw runtimeError(RuntimeError::InvalidProcedureCall, "The document's encoding is not known.");
-    return std::move(*text);
+    return text;
 }
 
 void DocumentFolder::write(std::string_view directory, const std::string& fileName, std::string_view bytes) {

@@ -189,7 +189,7 @@ void DocumentLock::replaceAndRelease(std::string_view content) {
             document.state.st_mode |= kOwnerWrites;
             TemporaryFile temporary(target_, S_IRUSR | kOwnerWrites);
             temporary.takeOwnerAndMode(document.state);
-            temporary.write(content);
+            temporary.write(onePiece(content));
             temporary.replace(target_);
         }
     } catch (const std::exception&) {
@@ -219,7 +219,7 @@ uint32_t processNumber() { return static_cast<uint32_t>(::getpid()); }
 bool createDocument(const std::string& path, std::string_view content) {
     const std::filesystem::path target = pathBehindLinks(path);
     TemporaryFile temporary(target, kAsTheUserWants);
-    temporary.write(content);
+    temporary.write(onePiece(content));
     return temporary.becomeNew(target);
 }
 

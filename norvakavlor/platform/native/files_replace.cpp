@@ -32,7 +32,7 @@ std::optional<struct stat> stateOfReplaceable(const fs::path& target) {
 
 } // namespace
 
-void replaceFile(const std::string& path, std::string_view content) {
+void replaceFile(const std::string& path, const Pieces& pieces) {
     const fs::path target = pathBehindLinks(path);
     const auto former = stateOfReplaceable(target);
     constexpr mode_t kOwnersOnly = 0600;
@@ -40,7 +40,7 @@ void replaceFile(const std::string& path, std::string_view content) {
     TemporaryFile temporary(target, former ? kOwnersOnly : kAsTheUserWants);
     if (former)
         temporary.takeOwnerAndMode(*former);
-    temporary.write(content);
+    temporary.write(pieces);
     temporary.replace(target);
 }
 

@@ -92,9 +92,13 @@ void TemporaryFile::takeOwnerAndMode(const struct stat& state) const {
         throw lastError();
 }
 
-void TemporaryFile::write(std::string_view content) {
-    xml::checkSize(content.size());
-    writeAll(file_, content);
+void TemporaryFile::write(const Pieces& pieces) {
+    size_t size = 0;
+    for (std::string_view piece = pieces(); !piece.empty(); piece = pieces()) {
+        size += piece.size();
+        xml::checkSize(size);
+        writeAll(file_, piece);
+    }
     struct stat state {};
     if (uninterrupted([&] { return ::fsync(file_.get()); }) != 0 ||
         uninterrupted([&] { return ::fstat(file_.get(), &state); }) != 0 || !file_.close())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/native/files_descriptor.h>
 #include <string>
 #include <string_view>
@@ -21,7 +22,8 @@ public:
     ~TemporaryFile();
 
     void takeOwnerAndMode(const struct stat& state) const;
-    void write(std::string_view content);
+    /// Writes the whole content and flushes it to the disk. Raises 57 for more than readFile reads.
+    void write(const Pieces& pieces);
     /// Takes the target's name in one step, whatever stands there. What interrupted saves left behind goes,
     /// too.
     void replace(const std::filesystem::path& target);

@@ -214,7 +214,7 @@ void DocumentLock::replaceAndRelease(std::string_view content) {
         const bool isMissing = ::GetFileAttributesW(target_.c_str()) == INVALID_FILE_ATTRIBUTES;
         if (!isMissing || !createDocument(path_, content)) {
             TemporaryFile temporary(target_);
-            temporary.write(content);
+            temporary.write(onePiece(content));
             const DWORD error =
                 retryWhileHeld([&] { return tryReplaceLocked(temporary, path_, target_, isLocked); });
             if (error != ERROR_SUCCESS)
@@ -250,7 +250,7 @@ uint32_t processNumber() { return ::GetCurrentProcessId(); }
 bool createDocument(const std::string& path, std::string_view content) {
     const fs::path target = pathBehindLinks(path);
     TemporaryFile temporary(target);
-    temporary.write(content);
+    temporary.write(onePiece(content));
     return temporary.becomeNew(target);
 }
 

@@ -18,11 +18,11 @@ void checkReplaceable(const fs::path& target) {
 
 } // namespace
 
-void replaceFile(const std::string& path, std::string_view content) {
+void replaceFile(const std::string& path, const Pieces& pieces) {
     const fs::path target = pathBehindLinks(path);
     checkReplaceable(target);
     TemporaryFile temporary(target);
-    temporary.write(content);
+    temporary.write(pieces);
     temporary.replace(target);
 }
 

@@ -61,6 +61,17 @@ DWORD tryRename(const fs::path& path, const fs::path& target, bool evenIfReadOnl
     return ::GetLastError();
 }
 
+void writeAll(const FileHandle& file, std::string_view content) {
+    while (!content.empty()) {
+        constexpr size_t kMost = 1u << 20;
+        DWORD count = 0;
+        if (!::WriteFile(file.get(), content.data(), static_cast<DWORD>(std::min(content.size(), kMost)),
+                         &count, nullptr))
+            throw errorFor(::GetLastError());
+        content.remove_prefix(count);
+    }
+}
+
 /// A file made anew has its folder's access rights; the one in whose place it comes may have others. Where
 /// they cannot be had the folder's hold.
 void copyAccessRights(const fs::path& from, const fs::path& to) {
@@ -133,15 +144,12 @@ TemporaryFile::~TemporaryFile() {
         ::DeleteFileW(path_.c_str());
 }
 
-void TemporaryFile::write(std::string_view content) {
-    xml::checkSize(content.size());
-    while (!content.empty()) {
-        constexpr size_t kPiece = 1u << 20;
-        DWORD count = 0;
-        if (!::WriteFile(file_.get(), content.data(), static_cast<DWORD>(std::min(content.size(), kPiece)),
-                         &count, nullptr))
-            throw errorFor(::GetLastError());
-        content.remove_prefix(count);
+void TemporaryFile::write(const Pieces& pieces) {
+    size_t size = 0;
+    for (std::string_view piece = pieces(); !piece.empty(); piece = pieces()) {
+        size += piece.size();
+        xml::checkSize(size);
+        writeAll(file_, piece);
     }
     FILETIME time{};
     if (!::FlushFileBuffers(file_.get()) || !::GetFileTime(file_.get(), nullptr, nullptr, &time))

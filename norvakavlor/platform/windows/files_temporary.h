@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/windows/files_handle.h>
 #include <string>
 #include <string_view>
@@ -17,7 +18,8 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile();
 
-    void write(std::string_view content);
+    /// Writes the whole content and flushes it to the disk. Raises 57 for more than readFile reads.
+    void write(const Pieces& pieces);
     /// One attempt to take the target's name and its access rights in one step, over a read-only target where
     /// that is wanted and the system can. What interrupted saves left behind goes, too. The system's error, 0
     /// when it is done.
