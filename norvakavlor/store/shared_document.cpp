@@ -120,19 +120,18 @@ std::optional<SourceDocument> fetchOrMake(const std::string& location, const Sha
     std::optional<SourceDocument> document;
     const auto ask = [&] {
         platform::HttpReply reply;
+        bool isOurs = false;
         // A connection that was lost says nothing about the document: an empty one now could wipe it.
         const bool hasReply = ignoringErrors([&] {
-            Operation("load", change.names.kind, location).run([&] {
+            isOurs = Operation("load", change.names.kind, location).run([&] {
                 reply = askServer(url);
                 document = takeDocument(reply, location, change.names.root);
                 return document && isOfKind(*document, change.names);
             });
         });
-        if (!hasReply)
-            return Answer::Unclear;
-        if (document)
-            return document->root().name() == change.names.root ? Answer::Document : Answer::Unclear;
-        return answerWithoutDocument(reply);
+        if (isOurs)
+            return Answer::Document;
+        return hasReply && !document ? answerWithoutDocument(reply) : Answer::Unclear;
     };
     Answer answer = ask();
     // Some servers say so that there is none; once may be chance.
