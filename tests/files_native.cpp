@@ -148,6 +148,11 @@ TEST(FilesNative, WhoMayNotWriteIsRefused) {
     ASSERT_EQ(::chown(path.c_str(), 65534, 65534), 0);
     replaceFile(path, "new");
     EXPECT_EQ(asNobody([&] { replaceFile(path, "theirs"); }), 0);
+    // Whoever cannot keep the group gives nothing to another one.
+    ASSERT_EQ(::chown(path.c_str(), 65534, 0), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 0664), 0);
+    EXPECT_EQ(asNobody([&] { replaceFile(path, "theirs"); }), 0);
+    EXPECT_EQ(modeOf(path), mode_t{0644});
 }
 
 TEST(FilesNative, AKilledHolderOfALockKeepsNobodyOut) {

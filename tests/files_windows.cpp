@@ -4,6 +4,8 @@
 #include <norvakavlor/platform/document_lock.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/files_back_end.h>
+#include <norvakavlor/platform/windows/files_temporary.h>
+#include <sddl.h>
 #include <string>
 #include <thread>
 #include <vector>
@@ -86,6 +88,36 @@ TEST(DocumentLockWindows, IsHeldWhileASaveWaitsForOthers) {
     EXPECT_FALSE(isReadOnly(path));
     EXPECT_EQ(readFile(path), "new");
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.xml"});
+}
+
+/// The access rights of a file, as the system keeps them.
+std::string rightsOf(const std::string& path) {
+    std::string rights(1000, '\0');
+    DWORD size = 0;
+    EXPECT_TRUE(::GetFileSecurityW(localPath(path).c_str(), DACL_SECURITY_INFORMATION, rights.data(),
+                                   static_cast<DWORD>(rights.size()), &size));
+    rights.resize(size);
+    return rights;
+}
+
+TEST(FilesWindows, WhatIsBeingSavedHasTheAccessRightsOfTheOldFile) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a.xml", "old");
+    const std::string foldersRights = rightsOf(path);
+    PSECURITY_DESCRIPTOR everybody = nullptr;
+    ASSERT_TRUE(::ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:P(A;;FA;;;WD)", SDDL_REVISION_1,
+                                                                       &everybody, nullptr));
+    ASSERT_TRUE(::SetFileSecurityW(localPath(path).c_str(), DACL_SECURITY_INFORMATION, everybody));
+    ::LocalFree(everybody);
+    const std::string rights = rightsOf(path);
+    ASSERT_NE(rights, foldersRights);
+    TemporaryFile temporary(localPath(path));
+    temporary.write("new");
+    for (const std::string& name : folder.names())
+        EXPECT_EQ(rightsOf(folder.file(name)), rights) << name;
+    EXPECT_EQ(folder.names().size(), 2u);
+    temporary.replace(localPath(path));
+    EXPECT_EQ(rightsOf(path), rights);
 }
 
 TEST(FilesWindows, DevicesAreNoFiles) {

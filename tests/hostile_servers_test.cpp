@@ -2,8 +2,10 @@
 #include "support/memory.h"
 #include "support/scene.h"
 
+#include <algorithm>
 #include <chrono>
 #include <gmock/gmock.h>
+#include <norvakavlor/crypto/encryption.h>
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/runtime/clock.h>
 #include <norvakavlor/store/login_globals.h>
@@ -18,6 +20,8 @@ using namespace norvakavlor::testing;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
+constexpr const char* kHexadecimal = "0123456789abcdef";
+
 /// T and F for True and False, E for a failed connection, "!" behind it for a message to the user; other
 /// outcomes as they are.
 std::string brief(const std::string& outcome) {
@@ -27,6 +31,22 @@ std::string brief(const std::string& outcome) {
         "error " + std::to_string(static_cast<int32_t>(platform::kTransportErrorNumber));
     const std::string code = text == "True" ? "T" : text == "False" ? "F" : text == fault ? "E" : text;
     return (code.empty() ? "none" : code) + (end == std::string::npos ? "" : "!");
+}
+
+/// A key, a login value, a digest or the content of another file in what clients and users get to see.
+std::string secretIn(const std::string& text) {
+    for (const std::string secret : {"secret", "LoginKey=k", "dracoqz", "root:"}) {
+        if (text.find(secret) != std::string::npos)
+            return secret;
+    }
+    constexpr size_t kDigest = 32;
+    for (size_t at = 0; (at = text.find_first_of(kHexadecimal, at)) != std::string::npos;) {
+        const size_t end = std::min(text.find_first_not_of(kHexadecimal, at), text.size());
+        if (end - at >= kDigest)
+            return text.substr(at, end - at);
+        at = end;
+    }
+    return "";
 }
 
 TEST(HostileServers, GetNothingAndChangeNothing) {
@@ -53,7 +73,11 @@ TEST(HostileServers, GetNothingAndChangeNothing) {
             SCOPED_TRACE(manner + ", " + name);
             std::string steps = text;
             replaceAll(steps, "web:", manner == "refusing" ? "nobody:" : "web:" + manner + "/");
-            Scene scene(className, {{"passwords.xml", "<a>root:x</a>"}});
+            Scene scene(className,
+                        {{"passwords.xml", "<a>root:x</a>"},
+                         {"launch.xml", "<ORBEX_INPUTS><COURSE_LIST><COURSE/></COURSE_LIST></ORBEX_INPUTS>"},
+                         {"roster.xml", "<students><student><id>S</id><name/><password>" +
+                                            EncryptPassword("abc") + "</password></student></students>"}});
             const auto before = scene.contents();
             const auto start = std::chrono::steady_clock::now();
             const long inUse = memory::liveBytes();
@@ -64,9 +88,8 @@ TEST(HostileServers, GetNothingAndChangeNothing) {
             EXPECT_LT(memory::peakBytes() - inUse, kMostMemory);
             EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
             EXPECT_EQ(scene.contents(), before);
-            EXPECT_THAT(outcome, Not(HasSubstr("root:")));
-            EXPECT_THAT(outcome, Not(HasSubstr("secret")));
-            EXPECT_THAT(client::get(*diagnostics, "LastReason").toText(), Not(HasSubstr("secret")));
+            EXPECT_EQ(secretIn(outcome), "");
+            EXPECT_EQ(secretIn(client::get(*diagnostics, "LastReason").toText()), "");
             for (const std::string& request : receivedRequests()) {
                 EXPECT_EQ(request.find("/" + manner + "/"), request.find('/')) << requestLine(request);
                 for (const char* unwanted :
@@ -81,8 +104,7 @@ TEST(HostileServers, GetNothingAndChangeNothing) {
     client::put(*diagnostics, "LogFile", "");
     const std::string log = logFolder.read("log");
     EXPECT_THAT(log, HasSubstr("] load TextBooks "));
-    for (const char* secret : {"secret", "LoginKey=k", "dracoqz1"})
-        EXPECT_THAT(log, Not(HasSubstr(secret)));
+    EXPECT_EQ(secretIn(log), "");
 }
 
 } // namespace

@@ -4,11 +4,13 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <gtest/gtest.h>
+#include <functional>
+#include <gmock/gmock.h>
 #include <norvakavlor/lessons/lesson.h>
 #include <norvakavlor/platform/files.h>
 #include <norvakavlor/platform/registry.h>
 #include <norvakavlor/platform/settings.h>
+#include <norvakavlor/runtime/log.h>
 #include <norvakavlor/students/students.h>
 #include <string>
 #include <string_view>
@@ -19,8 +21,9 @@
 
 #include "support/scene.h"
 
-/// What the system refuses in passing, and grants the next time. Two of its calls are this file's own: they
-/// are the system's but for one path, while a test says so.
+/// What the system refuses in passing, and grants the next time; what is opened and who may read what is
+/// written. Three of its calls are this file's own: they are the system's but for one path, while a test says
+/// so.
 namespace {
 
 struct Refusal {
@@ -32,6 +35,9 @@ Refusal refusal;
 
 /// Every path that was opened, while somebody wants to know.
 std::vector<std::string>* seen = nullptr;
+
+/// The mode of every file that was written to, while somebody wants to know.
+std::vector<mode_t>* modes = nullptr;
 
 bool isRefused(std::string_view call, const char* path) {
     if (seen && call != "stat")
@@ -58,10 +64,18 @@ extern "C" int open(const char* path, int manner, ...) {
     return ::openat(AT_FDCWD, path, manner, mode);
 }
 
+extern "C" ssize_t write(int file, const void* bytes, size_t size) {
+    struct stat state {};
+    if (modes && ::fstat(file, &state) == 0)
+        modes->push_back(state.st_mode & 07777);
+    return ::syscall(SYS_write, file, bytes, size);
+}
+
 namespace norvakavlor {
 namespace {
 
 using namespace norvakavlor::testing;
+using ::testing::Each;
 
 /// No test may wait for ever for what is refused for ever.
 constexpr unsigned kPatience = 20;
@@ -99,6 +113,41 @@ TEST(Traced, NamesInDocumentsLeadNowhereElse) {
         }
     }
     EXPECT_GT(opened, 10u);
+}
+
+// While a file is written, whoever may not read it in the end may not read it either.
+TEST(Traced, NothingIsWrittenWhereMoreMayRead) {
+    const TemporaryFolder folder;
+    const auto settings = std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "norvakavlor/settings";
+    platform::writeSetting("a", "b", "mode", "x");
+    const struct {
+        std::string path;
+        std::function<void()> step;
+    } cases[] = {
+        {folder.write("a_kvl.xml", ""), [&] { New<Lesson>()->Save(folder.file("a_kvl.xml"), false); }},
+        {folder.write("r.xml", "<students/>"),
+         [&] { New<Students>()->AddStudent(folder.file("r.xml"), New<Student>(), nullptr); }},
+        {settings, [] { platform::writeSetting("a", "b", "mode", "y"); }},
+        {folder.write("log", ""),
+         [&] {
+             setLogFile(folder.file("log"));
+             New<Lesson>()->Load(folder.file("none.xml"));
+             setLogFile("");
+         }},
+    };
+    for (const mode_t mode : {mode_t{0600}, mode_t{0640}, mode_t{0660}}) {
+        for (const auto& [path, step] : cases) {
+            SCOPED_TRACE(path);
+            ASSERT_EQ(::chmod(path.c_str(), mode), 0);
+            std::vector<mode_t> seenModes;
+            modes = &seenModes;
+            step();
+            modes = nullptr;
+            seenModes.push_back(static_cast<mode_t>(std::filesystem::status(path).permissions()));
+            EXPECT_GT(seenModes.size(), 1u);
+            EXPECT_THAT(seenModes, Each(mode));
+        }
+    }
 }
 
 TEST(RefusedCalls, AStandInTakesNoPlaceThatCannotBeLookedAt) {

@@ -108,11 +108,16 @@ TEST(KavlorServerFolder, NoLinkLeadsOutOfIt) {
     const TemporaryFolder folder;
     const std::string text = "<exam><title>outside</title></exam>";
     outside.write("x.xml", text);
-    folder.write("own.xml", text);
+    folder.write("own.xml", "<exam/>");
     std::filesystem::create_symlink(outside.file("x.xml"), folder.file("link.xml"));
     std::filesystem::create_symlink("own.xml", folder.file("inner.xml"));
     std::filesystem::create_symlink(outside.file("new.xml"), folder.file("dangling.xml"));
     std::filesystem::create_directory_symlink(outside.path(), folder.file("away"));
+    folder.write("students.xml", "<students><student><id>S</id><name/></student></students>");
+    outside.write("a.xml", "<exam><questionRef>outside</questionRef></exam>");
+    std::filesystem::create_symlink(outside.file("a.xml"), folder.file("own_S_01.xml"));
+    folder.write("own_S_02.xml", "<exam><questionRef>inside</questionRef></exam>");
+    std::filesystem::create_symlink("own_S_02.xml", folder.file("own_S_03.xml"));
     Service service({.folder = folder.path()});
     for (const char* target : {"/LoadKavlorObject.asp?ObjName=Exam&FileName=link.xml",
                                "/away/LoadKavlorObject.asp?ObjName=Exam&FileName=x.xml",
@@ -121,17 +126,20 @@ TEST(KavlorServerFolder, NoLinkLeadsOutOfIt) {
                                "/away/SaveKavlorObject.asp?ObjName=Exam&FileName=new.xml",
                                "/SaveKavlorObject.asp?ObjName=Exam&FileName=dangling.xml",
                                "/away/DeleteKavlorObject.asp?ObjName=Exam&FileName=x.xml",
-                               "/away/GetTitleFileNames.asp?ObjName=Exam&ExamType=-1&"}) {
+                               "/away/GetTitleFileNames.asp?ObjName=Exam&ExamType=-1&",
+                               "/LoadKavlorObject.asp?ObjName=ExamSummary&FileName=own.xml&AttemptNum=1"}) {
         const std::string reply = posted(service, target, "<new/>");
         EXPECT_FALSE(reply.empty()) << target;
         EXPECT_EQ(reply.find("outside"), std::string::npos) << target << ": " << reply;
     }
     EXPECT_EQ(service.answer({"GET", "/away/x.xml", "", ""}, "").status, 404);
-    EXPECT_EQ(posted(service, "/LoadKavlorObject.asp?ObjName=Exam&FileName=inner.xml"), text);
+    EXPECT_EQ(posted(service, "/LoadKavlorObject.asp?ObjName=Exam&FileName=inner.xml"), "<exam/>");
+    EXPECT_THAT(posted(service, "/LoadKavlorObject.asp?ObjName=ExamSummary&FileName=own.xml&AttemptNum=3"),
+                HasSubstr("inside"));
     EXPECT_EQ(posted(service, "/GetTitleFileNames.asp?ObjName=Exam&ExamType=-1&").find("link"),
               std::string::npos);
     EXPECT_EQ(outside.read("x.xml"), text);
-    EXPECT_EQ(outside.names(), std::vector<std::string>{"x.xml"});
+    EXPECT_THAT(outside.names(), ElementsAre("a.xml", "x.xml"));
 }
 
 TEST(KavlorServerLog, MasksKeysAndStaysOneLine) {

@@ -26,6 +26,12 @@ std::string attemptFileName(std::string_view examBase, std::string_view studentI
     return name.append(std::to_string(attempt)).append(kDocumentEnd);
 }
 
+std::string attemptLocation(std::string_view examLocation, std::string_view studentID, int16_t attempt) {
+    if (examLocation.ends_with(kDocumentEnd))
+        examLocation.remove_suffix(kDocumentEnd.size());
+    return attemptFileName(examLocation, studentID, attempt);
+}
+
 int16_t attemptNumber(std::string_view fileName) {
     if (!isExamFile(fileName, static_cast<int32_t>(ExamTypes::ExamStudent)))
         return 0;

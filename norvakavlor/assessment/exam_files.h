@@ -31,6 +31,10 @@ enum class ExamSources : int16_t {
 [[gnu::visibility("default")]] std::string attemptFileName(std::string_view examBase,
                                                            std::string_view studentID, int16_t attempt);
 
+/// Where a student's attempt lies: beside the exam, whose ".xml" is dropped.
+[[gnu::visibility("default")]] std::string attemptLocation(std::string_view examLocation,
+                                                           std::string_view studentID, int16_t attempt);
+
 /// The number in an attempt's file name; 0 for other names and if it is not a 16-bit number.
 [[gnu::visibility("default")]] int16_t attemptNumber(std::string_view fileName);
 

@@ -52,14 +52,13 @@ bool Exam::LoadExamSummary(const std::string& rosterFile, QuestionPool* question
 
 void Exam::AddAttempts(const Students& roster, QuestionPool* questionPool, const std::string& location,
                        int16_t attemptNum) {
-    const std::string_view base(location.data(), location.size() - (location.ends_with(".xml") ? 4 : 0));
     LeftOut leftOut("attempts");
     for (const Ref<Student>& student : *roster.StudentMembers) {
         if (holdsSeparator(student->StudentID))
             continue;
         auto attempt = New<Exam>();
         bool loaded = false;
-        const std::string file = attemptFileName(base, student->StudentID, attemptNum);
+        const std::string file = attemptLocation(location, student->StudentID, attemptNum);
         // One stray file does not stop the summary.
         ignoringErrors([&] { loaded = attempt->Load(file, questionPool); });
         // A student who has not begun left no file; only what is there and does not load is left out.

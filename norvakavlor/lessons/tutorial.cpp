@@ -98,7 +98,8 @@ Ref<Lesson> Tutorial::loadFirst(const std::string& fileName, const std::string& 
 Ref<Lesson> Tutorial::preferCopy(Ref<Lesson> authored, const std::string& fileName, TaskPool* taskPool,
                                  const std::string& studentID, const std::string& saveDir) const {
     const std::string copyLocation = withSeparator(saveDir) + studentCopyName(fileName, studentID);
-    if (Ref<Lesson> copy = loadLesson(copyLocation, taskPool))
+    // An ID with a separator would lead out of the folder.
+    if (Ref<Lesson> copy = holdsSeparator(studentID) ? nullptr : loadLesson(copyLocation, taskPool))
         return copy;
     authored->StandInFor(copyLocation);
     return authored;

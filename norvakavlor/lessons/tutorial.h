@@ -28,9 +28,9 @@ public:
     /// separator in its name or does not load; the lessons before it stay.
     ///
     /// With a `studentID`, the student's own copy in `saveDir` (a folder or a web directory) replaces the
-    /// authored lesson if it loads. If not, the authored lesson stays but gets the copy's file name, so
-    /// saving it makes the copy. Save it without deleting the old file: that is the authored lesson, shared
-    /// by all. Raises as Lesson::Load does.
+    /// authored lesson if it loads and the ID holds no separator. If not, the authored lesson stays but gets
+    /// the copy's file name, so saving it makes the copy. Save it without deleting the old file: that is the
+    /// authored lesson, shared by all. Raises as Lesson::Load does.
     bool LoadFromXMLNode(xml::Node objNode, const std::optional<std::string>& directoryList = {},
                          TaskPool* taskPool = nullptr, const std::string& studentID = {},
                          const std::string& saveDir = {});

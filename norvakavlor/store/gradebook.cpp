@@ -5,17 +5,17 @@
 #include <norvakavlor/platform/http.h>
 #include <norvakavlor/store/documents.h>
 #include <norvakavlor/store/location.h>
+#include <norvakavlor/store/secrets.h>
 #include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/text/error.h>
 
 namespace norvakavlor {
 
 std::string gradebookAccessKey(const std::string& iniLocation) {
-    constexpr const char* kDefaultKey = "dracoqz1";
-    constexpr const char* kAlternativeKey = "dracoqz2";
+    const auto [defaultKey, alternativeKey] = kGradebookKeys;
     if (iniLocation == "none")
-        return kDefaultKey;
-    return platform::firstLine(iniLocation) == "TopicsPrimer" ? kAlternativeKey : kDefaultKey;
+        return std::string(defaultKey);
+    return std::string(platform::firstLine(iniLocation) == "TopicsPrimer" ? alternativeKey : defaultKey);
 }
 
 std::optional<SourceDocument> readLaunchDocument(const std::string& location, const std::string& accessKey) {
@@ -43,9 +43,11 @@ Submission submitToGradebook(const std::string& host, const std::string& body) {
                     .text;
             submission.hasReply = true;
             submission.isAccepted = submission.reply.starts_with("success");
-            if (!submission.isAccepted)
+            if (!submission.isAccepted) {
+                submission.reply = withoutSecrets(submission.reply);
                 noteReason(shownLocation(host) +
                            ": the gradebook did not take the results: " + submission.reply);
+            }
             return submission.isAccepted;
         });
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <norvakavlor/store/document_names.h>
 #include <norvakavlor/store/reading.h>
 #include <norvakavlor/xml/document.h>
@@ -9,6 +10,9 @@
 
 /// The outside gradebook service: how a launch is fetched from it and results are posted to it.
 namespace norvakavlor {
+
+/// The keys to the gradebook: the default one, and that of a certain title.
+inline constexpr std::array<std::string_view, 2> kGradebookKeys{"dracoqz1", "dracoqz2"};
 
 /// The key that goes with every request to the gradebook, chosen by the first line of a title file: "none" or
 /// a file that cannot be read chooses the default one.
@@ -23,7 +27,7 @@ std::optional<SourceDocument> readLaunchDocument(const std::string& location, co
 struct Submission {
     bool hasReply = false;   ///< not when no reply came, for whatever reason
     bool isAccepted = false; ///< the reply begins with "success", in lower case
-    std::string reply;
+    std::string reply;       ///< without secrets if it refuses
 };
 
 /// Posts form data, as it stands: the gradebook wants values unescaped. White space around the address is no

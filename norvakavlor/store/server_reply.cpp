@@ -5,6 +5,7 @@
 #include <norvakavlor/runtime/reason.h>
 #include <norvakavlor/store/operation.h>
 #include <norvakavlor/store/reading.h>
+#include <norvakavlor/store/secrets.h>
 #include <norvakavlor/text/text.h>
 #include <string>
 #include <utility>
@@ -43,7 +44,7 @@ bool serverTook(const platform::HttpReply& reply, std::string_view location, std
         return true;
     const std::string text =
         reply.text.empty() ? "The server did not take the document (" + std::to_string(reply.ownStatus) + ")."
-                           : reply.text;
+                           : withoutSecrets(reply.text);
     const std::string place = shownLocation(location);
     noteReason(place + ": " + text);
     showRefusal(std::string(lead) + text, {}, place);

@@ -17,7 +17,7 @@ void showRefusal(const std::string& text, const std::string& title = {}, const s
 
 /// Did the server do what a save or a deletion asked for? That is proven by a 2xx status of this very request
 /// and an empty body, and by nothing else. False otherwise; the user is then shown `lead` and the reply's
-/// text, or a sentence with the status where no text came.
+/// text without secrets, or a sentence with the status where no text came.
 bool serverTook(const platform::HttpReply& reply, std::string_view location, std::string_view lead = {});
 
 /// The document in a reply to a load. Nothing when the text does not parse, and for a page that tells of an

@@ -129,6 +129,7 @@ Manners allManners() {
                                            "Content-Length: 0\r\nLocation: /" + visit.rest + "\r\n");
                         }},
                        {"hang-up", [](Visit&) {}},
+                       {"echo", [](Visit& visit) { visit.reply(visit.request); }},
                        {"silence",
                         [](Visit& visit) {
                             char none = 0;

@@ -3,11 +3,34 @@
 #include "roster_filter.h"
 
 #include <norvakavlor/assessment/exam.h>
+#include <norvakavlor/assessment/exam_files.h>
+#include <norvakavlor/store/location.h>
 #include <norvakavlor/students/students.h>
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
 
 namespace norvakavlor::server {
+namespace {
+
+/// Those whose attempt, if there is one, lies in the folder and is no link that leads out of it.
+Ref<Students> withAttemptsIn(const DocumentFolder& folder, const Students& students,
+                             const std::string& examPath, int16_t attempt) {
+    auto inside = New<Students>();
+    for (const Ref<Student>& student : *students.StudentMembers) {
+        bool isInside = false;
+        // One stray link does not stop the summary.
+        ignoringErrors([&] {
+            isInside = !holdsSeparator(student->StudentID) &&
+                       folder.holds(attemptLocation(examPath, student->StudentID, attempt));
+        });
+        if (isInside)
+            inside->StudentMembers->Add(student, student->StudentID);
+    }
+    return inside;
+}
+
+} // namespace
+
 std::string examSummary(const DocumentFolder& folder, const RequestTarget& target,
                         const std::string& roster) {
     const std::string examPath = folder.pathOf(target.directory, target.value("FileName"));
@@ -30,7 +53,8 @@ std::string examSummary(const DocumentFolder& folder, const RequestTarget& targe
             summary->IsChallenge = authored->IsChallenge;
             summary->Prefs = authored->Prefs;
         }
-        summary->AddAttempts(*students, nullptr, examPath, attempt);
+        const Ref<Students> counted = withAttemptsIn(folder, *students, examPath, attempt);
+        summary->AddAttempts(*counted, nullptr, examPath, attempt);
         if (!isThere && summary->Questions->empty())
             throw runtimeError(RuntimeError::FileNotFound, "There is no such exam, and no attempt at it.");
         xml::Document document;

@@ -85,10 +85,13 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::takeOwnerAndMode(const struct stat& state) const {
-    // Who may not give files away keeps them; the group is tried alone then.
-    if (uninterrupted([&] { return ::fchown(file_.get(), state.st_uid, state.st_gid); }) != 0)
-        std::ignore = ::fchown(file_.get(), static_cast<uid_t>(-1), state.st_gid);
-    if (uninterrupted([&] { return ::fchmod(file_.get(), state.st_mode & 07777); }) != 0)
+    mode_t mode = state.st_mode & 07777;
+    // Who may not give files away keeps them; the group is tried alone then. Where that fails too, the new
+    // group may do what everybody may: what the former one might do is not for it.
+    if (uninterrupted([&] { return ::fchown(file_.get(), state.st_uid, state.st_gid); }) != 0 &&
+        uninterrupted([&] { return ::fchown(file_.get(), static_cast<uid_t>(-1), state.st_gid); }) != 0)
+        mode = (mode & ~mode_t{S_IRWXG}) | (mode & S_IRWXO) << 3;
+    if (uninterrupted([&] { return ::fchmod(file_.get(), mode); }) != 0)
         throw lastError();
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <curl/curl.h>
@@ -214,7 +215,10 @@ private:
         const Clock::time_point end = Clock::now() + limits_.total;
         int running = 1;
         while (true) {
-            require(curl_multi_perform(multi_.get(), &running));
+            errno = 0;
+            const CURLMcode code = curl_multi_perform(multi_.get(), &running);
+            ranOut_ = ranOut_ || errno == ENOMEM;
+            require(code);
             if (running == 0)
                 return resultOf();
             const Clock::time_point now = Clock::now();
@@ -239,6 +243,9 @@ private:
     void require(CURLcode code) const {
         if (code == CURLE_OK)
             return;
+        // If memory runs out while curl resolves a name, it says that there is no such host.
+        if (ranOut_ && code == CURLE_COULDNT_RESOLVE_HOST)
+            throw std::bad_alloc();
         // curl also says so of a header that is longer than it takes.
         constexpr uint64_t kLongestHeader = 100000;
         if (code == CURLE_OUT_OF_MEMORY && (sawWholeHead_ || received_ < kLongestHeader))
@@ -298,6 +305,7 @@ private:
     Clock::time_point lastProgress_;
     curl_off_t sent_ = 0;
     bool isConnected_ = false;
+    bool ranOut_ = false; ///< did the system say so while curl worked?
     bool sawStatus_ = false;
     bool sawWholeHead_ = false;
 };

@@ -9,6 +9,7 @@
 #include <norvakavlor/text/error.h>
 #include <norvakavlor/xml/decode.h>
 #include <ratio>
+#include <utility>
 #include <vector>
 
 namespace norvakavlor::platform {
@@ -131,11 +132,16 @@ fs::path pathBehindLinks(const std::string& path) {
     return isLink ? behindLink(target) : target;
 }
 
-TemporaryFile::TemporaryFile(const fs::path& target)
-    : path_(target.parent_path() / toWide(temporaryName(nameOf(target)))),
-      file_(openShared(path_, GENERIC_WRITE, CREATE_NEW)) {
+TemporaryFile::TemporaryFile(New, fs::path path)
+    : path_(std::move(path)), file_(openShared(path_, GENERIC_WRITE, CREATE_NEW)) {
     if (!file_)
         throw errorFor(::GetLastError());
+}
+
+TemporaryFile::TemporaryFile(const fs::path& target)
+    : TemporaryFile(New{}, target.parent_path() / toWide(temporaryName(nameOf(target)))) {
+    // Before anything is written that others may not read.
+    copyAccessRights(target, path_);
 }
 
 TemporaryFile::~TemporaryFile() {
@@ -160,7 +166,6 @@ void TemporaryFile::write(const Pieces& pieces) {
 }
 
 DWORD TemporaryFile::tryReplace(const fs::path& target, bool evenIfReadOnly) {
-    copyAccessRights(target, path_);
     const DWORD error = tryRename(path_, target, evenIfReadOnly);
     if (error == ERROR_SUCCESS) {
         path_.clear();

@@ -9,8 +9,8 @@
 
 namespace norvakavlor::platform {
 
-/// New content on its way to a target: a file of a temporary name in the target's folder, which is removed
-/// unless it took the target's place.
+/// New content on its way to a target: a file of a temporary name in the target's folder, with the target's
+/// access rights from the first byte on, which is removed unless it took the target's place.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::filesystem::path& target);
@@ -20,9 +20,8 @@ public:
 
     /// Writes the whole content and flushes it to the disk. Raises 57 for more than readFile reads.
     void write(const Pieces& pieces);
-    /// One attempt to take the target's name and its access rights in one step, over a read-only target where
-    /// that is wanted and the system can. What interrupted saves left behind goes, too. The system's error, 0
-    /// when it is done.
+    /// One attempt to take the target's name in one step, over a read-only target where that is wanted and
+    /// the system can. What interrupted saves left behind goes, too. The system's error, 0 when it is done.
     DWORD tryReplace(const std::filesystem::path& target, bool evenIfReadOnly);
     /// Takes the place of a target that is not read-only; waits a second for others who hold it, and raises
     /// what is in the way then.
@@ -31,6 +30,10 @@ public:
     bool becomeNew(const std::filesystem::path& target);
 
 private:
+    struct New {};
+    /// Makes the file. What fails later in the other constructor removes it again.
+    TemporaryFile(New, std::filesystem::path path);
+
     std::filesystem::path path_;
     FileHandle file_;
     uint64_t written_ = 0; ///< by the clock of the disk

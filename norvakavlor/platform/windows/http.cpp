@@ -99,12 +99,11 @@ public:
     Exchange(const HttpRequest& request, const HttpLimits& limits)
         : request_(request), limits_(limits), end_(Clock::now() + limits.total),
           target_(partsOfURL(request.url)),
-          session_(::WinHttpOpen(toWide(kUserAgent).c_str(), WINHTTP_ACCESS_TYPE_NO_PROXY,
-                                 WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0)),
-          connection_(::WinHttpConnect(session_.get(), toWide(target_.host).c_str(), target_.port, 0)),
-          handle_(openRequest()) {
-        require(static_cast<bool>(handle_));
-    }
+          session_(opened(::WinHttpOpen(toWide(kUserAgent).c_str(), WINHTTP_ACCESS_TYPE_NO_PROXY,
+                                        WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0))),
+          connection_(
+              opened(::WinHttpConnect(session_.get(), toWide(target_.host).c_str(), target_.port, 0))),
+          handle_(opened(openRequest())) {}
 
     HttpExchange run() {
         prepare();
@@ -115,6 +114,12 @@ public:
     }
 
 private:
+    /// The next call would say that a missing handle is wrong, and no more that memory ran out.
+    HINTERNET opened(HINTERNET handle) const {
+        require(handle != nullptr);
+        return handle;
+    }
+
     HINTERNET openRequest() const {
         // The url is already encoded and must not change.
         const DWORD flags = WINHTTP_FLAG_ESCAPE_DISABLE | WINHTTP_FLAG_ESCAPE_DISABLE_QUERY |
@@ -225,8 +230,10 @@ private:
                                          &next);
         };
         DWORD size = 0;
-        if (!query(nullptr, size) && ::GetLastError() == ERROR_WINHTTP_HEADER_NOT_FOUND)
+        const bool isThere = query(nullptr, size) || ::GetLastError() == ERROR_INSUFFICIENT_BUFFER;
+        if (!isThere && ::GetLastError() == ERROR_WINHTTP_HEADER_NOT_FOUND)
             return std::nullopt;
+        require(isThere);
         std::wstring value(size / sizeof(wchar_t) + 1, L'\0');
         size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
         require(query(value.data(), size));
@@ -291,10 +298,10 @@ private:
     HttpLimits limits_;
     Clock::time_point end_;
     Target target_;
+    Phase phase_ = Phase::Connecting;
     InternetHandle session_;
     InternetHandle connection_;
     InternetHandle handle_;
-    Phase phase_ = Phase::Connecting;
 };
 
 } // namespace
