@@ -3,6 +3,7 @@
 #include <norvakavlor/runtime/clock.h>
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/gradebook.h>
+#include <norvakavlor/store/secrets.h>
 #include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
@@ -108,7 +109,7 @@ bool GradiumLiveEx::trySubmit(const std::string& host, const std::string& body) 
         return true;
     const std::string lead =
         submission.hasReply ? "Gradium server response:" : "Gradium server returned error:";
-    showRefusal(lead + "\r\n\r\n" + submission.reply, kErrorTitle);
+    showRefusal(lead + "\r\n\r\n" + withoutSecrets(submission.reply), kErrorTitle);
     return false;
 }
 

@@ -2,6 +2,7 @@
 
 #include <norvakavlor/store/fields.h>
 #include <norvakavlor/store/gradebook.h>
+#include <norvakavlor/store/secrets.h>
 #include <norvakavlor/store/server_reply.h>
 #include <norvakavlor/text/error.h>
 
@@ -69,7 +70,7 @@ bool GradiumRecord::submit(const std::string& body, bool suppressMessage) {
     } else {
         // Only a carriage return separates the two lines.
         showRefusal("Save to Gradium Server failed - SubmitHost = '" + SubmitHost +
-                    "'\rGradium Server Response - '" + submission.reply + "'");
+                    "'\rGradium Server Response - '" + withoutSecrets(submission.reply) + "'");
     }
     return false;
 }

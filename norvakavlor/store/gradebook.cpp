@@ -43,11 +43,9 @@ Submission submitToGradebook(const std::string& host, const std::string& body) {
                     .text;
             submission.hasReply = true;
             submission.isAccepted = submission.reply.starts_with("success");
-            if (!submission.isAccepted) {
-                submission.reply = withoutSecrets(submission.reply);
-                noteReason(shownLocation(host) +
-                           ": the gradebook did not take the results: " + submission.reply);
-            }
+            if (!submission.isAccepted)
+                noteReason(shownLocation(host) + ": the gradebook did not take the results: " +
+                           withoutSecrets(submission.reply));
             return submission.isAccepted;
         });
     });

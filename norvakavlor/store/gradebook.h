@@ -27,7 +27,7 @@ std::optional<SourceDocument> readLaunchDocument(const std::string& location, co
 struct Submission {
     bool hasReply = false;   ///< not when no reply came, for whatever reason
     bool isAccepted = false; ///< the reply begins with "success", in lower case
-    std::string reply;       ///< without secrets if it refuses
+    std::string reply;       ///< as it came: withoutSecrets for whoever shows it
 };
 
 /// Posts form data, as it stands: the gradebook wants values unescaped. White space around the address is no
