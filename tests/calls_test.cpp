@@ -53,10 +53,8 @@ TEST(Calls, GiveTheirResults) {
         Files files;
         for (std::vector<std::string> row : tableRows(table)) {
             row.resize(6);
-            if (row[0] == "file") {
-                files.emplace_back(row[1], row[2]);
+            if (takesFile(row, files))
                 continue;
-            }
             SCOPED_TRACE(row[0] + ": " + row[2]);
             Scene scene(row[0], files);
             const ScopedClockSource clock({.now = [] { return toDate("3/4/2004 12:05:09 AM"); }});

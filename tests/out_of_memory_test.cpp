@@ -43,10 +43,8 @@ TEST(OutOfMemory, AnEntryPointLeavesNothingHalfDone) {
     size_t failures = 0;
     for (std::vector<std::string> row : tableRows("memory.entries")) {
         row.resize(3);
-        if (row[0] == "file") {
-            files.emplace_back(row[1], row[2]);
+        if (takesFile(row, files))
             continue;
-        }
         const std::string steps = "Title > " + row[1];
         const size_t end = steps.rfind(" > ");
         const std::string step = steps.substr(end + 3);

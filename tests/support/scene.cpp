@@ -73,6 +73,13 @@ void replaceAll(std::string& text, std::string_view from, std::string_view to) {
         text.replace(at, from.size(), to);
 }
 
+bool takesFile(const std::vector<std::string>& row, Files& files) {
+    const bool isFile = row[0] == "file";
+    if (isFile)
+        files.emplace_back(row.at(1), row.size() > 2 ? row[2] : "");
+    return isFile;
+}
+
 Scene::Scene(const std::string& className, const Files& files)
     : object_(client::create(className)), places_{{"file:", folder_.path()},
                                                   {"server:", server_.url()},

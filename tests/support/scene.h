@@ -31,6 +31,9 @@ void replaceAll(std::string& text, std::string_view from, std::string_view to);
 /// The name and the content of each file of a row's folder.
 using Files = std::vector<std::pair<std::string, std::string>>;
 
+/// A table's row "file | NAME | CONTENT" adds a file for the rows behind it. False for any other row.
+bool takesFile(const std::vector<std::string>& row, Files& files);
+
 /// One row's objects, folders and steps. All calls are those of a client.
 class Scene {
 public:
