@@ -112,7 +112,7 @@ TEST(FilesWindows, WhatIsBeingSavedHasTheAccessRightsOfTheOldFile) {
     const std::string rights = rightsOf(path);
     ASSERT_NE(rights, foldersRights);
     TemporaryFile temporary(localPath(path));
-    temporary.write("new");
+    temporary.write(onePiece("new"));
     for (const std::string& name : folder.names())
         EXPECT_EQ(rightsOf(folder.file(name)), rights) << name;
     EXPECT_EQ(folder.names().size(), 2u);
