@@ -44,8 +44,8 @@ Submission submitToGradebook(const std::string& host, const std::string& body) {
             submission.hasReply = true;
             submission.isAccepted = submission.reply.starts_with("success");
             if (!submission.isAccepted)
-                noteReason(shownLocation(host) + ": the gradebook did not take the results: " +
-                           withoutSecrets(submission.reply));
+                noteReason(shownLocation(host) +
+                           ": the gradebook did not take the results: " + withoutSecrets(submission.reply));
             return submission.isAccepted;
         });
     });

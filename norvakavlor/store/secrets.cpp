@@ -31,9 +31,9 @@ std::vector<Secret> secretsOf(std::string_view validationString) {
     return secrets;
 }
 
-constexpr std::string_view kDigits = "0123456789abcdef";
+constexpr std::string_view kDigestDigits = "0123456789abcdef";
 
-bool isDigit(char character) { return kDigits.find(character) != std::string_view::npos; }
+bool isDigestDigit(char character) { return kDigestDigits.find(character) != std::string_view::npos; }
 
 } // namespace
 
@@ -49,11 +49,12 @@ std::string withoutSecrets(std::string_view text) {
         const std::string_view rest = text.substr(at);
         const auto secret =
             std::ranges::find_if(secrets, [&](const Secret& one) { return rest.starts_with(one.text); });
-        const bool beginsNumber = isDigit(text[at]) && (at == 0 || !isDigit(text[at - 1]));
+        const bool beginsNumber = isDigestDigit(text[at]) && (at == 0 || !isDigestDigit(text[at - 1]));
         if (secret != secrets.end()) {
             shown.append(rest.substr(0, secret->shown)).append(kHidden);
             taken = secret->text.size();
-        } else if (beginsNumber && std::min(rest.find_first_not_of(kDigits), rest.size()) == kDigestLength) {
+        } else if (beginsNumber &&
+                   std::min(rest.find_first_not_of(kDigestDigits), rest.size()) == kDigestLength) {
             shown += kHidden;
             taken = kDigestLength;
         } else {
