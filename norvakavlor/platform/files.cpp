@@ -38,6 +38,15 @@ Pieces onePiece(std::string_view content) {
     return [content]() mutable { return std::exchange(content, {}); };
 }
 
+void writePieces(const Pieces& pieces, const std::function<void(std::string_view)>& write) {
+    size_t size = 0;
+    for (std::string_view piece = pieces(); !piece.empty(); piece = pieces()) {
+        size += piece.size();
+        xml::checkSize(size);
+        write(piece);
+    }
+}
+
 void replaceFile(const std::string& path, std::string_view content) { replaceFile(path, onePiece(content)); }
 
 void deleteFile(const std::string& path, bool force) {

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <exception>
 #include <filesystem>
+#include <functional>
 #include <norvakavlor/platform/files.h>
 #include <string>
 #include <string_view>
@@ -48,6 +49,8 @@ template <class Step> void tidyUp(Step&& step) noexcept {
 
 /// A content that is there already.
 Pieces onePiece(std::string_view content);
+/// Hands piece after piece to `write`. Raises 57 for more than readFile reads, and what the two raise.
+void writePieces(const Pieces& pieces, const std::function<void(std::string_view)>& write);
 
 /// Each platform provides: deletes the file with exactly this name; see deleteFile.
 void deleteOneFile(const std::string& path, bool force);

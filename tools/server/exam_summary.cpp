@@ -4,7 +4,6 @@
 
 #include <norvakavlor/assessment/exam.h>
 #include <norvakavlor/assessment/exam_files.h>
-#include <norvakavlor/store/location.h>
 #include <norvakavlor/students/students.h>
 #include <norvakavlor/text/convert.h>
 #include <norvakavlor/text/error.h>
@@ -19,10 +18,8 @@ Ref<Students> withAttemptsIn(const DocumentFolder& folder, const Students& stude
     for (const Ref<Student>& student : *students.StudentMembers) {
         bool isInside = false;
         // One stray link does not stop the summary.
-        ignoringErrors([&] {
-            isInside = !holdsSeparator(student->StudentID) &&
-                       folder.holds(attemptLocation(examPath, student->StudentID, attempt));
-        });
+        ignoringErrors(
+            [&] { isInside = folder.holds(attemptLocation(examPath, student->StudentID, attempt)); });
         if (isInside)
             inside->StudentMembers->Add(student, student->StudentID);
     }

@@ -7,7 +7,6 @@
 #include <new>
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/text/error.h>
-#include <norvakavlor/xml/decode.h>
 #include <string>
 #include <system_error>
 #include <tuple>
@@ -96,12 +95,7 @@ void TemporaryFile::takeOwnerAndMode(const struct stat& state) const {
 }
 
 void TemporaryFile::write(const Pieces& pieces) {
-    size_t size = 0;
-    for (std::string_view piece = pieces(); !piece.empty(); piece = pieces()) {
-        size += piece.size();
-        xml::checkSize(size);
-        writeAll(file_, piece);
-    }
+    writePieces(pieces, [&](std::string_view piece) { writeAll(file_, piece); });
     struct stat state {};
     if (uninterrupted([&] { return ::fsync(file_.get()); }) != 0 ||
         uninterrupted([&] { return ::fstat(file_.get(), &state); }) != 0 || !file_.close())

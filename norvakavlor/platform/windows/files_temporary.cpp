@@ -7,7 +7,6 @@
 #include <norvakavlor/platform/files_back_end.h>
 #include <norvakavlor/platform/windows/text_wide.h>
 #include <norvakavlor/text/error.h>
-#include <norvakavlor/xml/decode.h>
 #include <ratio>
 #include <utility>
 #include <vector>
@@ -151,12 +150,7 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::write(const Pieces& pieces) {
-    size_t size = 0;
-    for (std::string_view piece = pieces(); !piece.empty(); piece = pieces()) {
-        size += piece.size();
-        xml::checkSize(size);
-        writeAll(file_, piece);
-    }
+    writePieces(pieces, [&](std::string_view piece) { writeAll(file_, piece); });
     FILETIME time{};
     if (!::FlushFileBuffers(file_.get()) || !::GetFileTime(file_.get(), nullptr, nullptr, &time))
         throw errorFor(::GetLastError());

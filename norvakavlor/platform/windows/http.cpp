@@ -298,7 +298,7 @@ private:
     HttpLimits limits_;
     Clock::time_point end_;
     Target target_;
-    Phase phase_ = Phase::Connecting;
+    Phase phase_ = Phase::Connecting; // before the handles: what they raise tells of it
     InternetHandle session_;
     InternetHandle connection_;
     InternetHandle handle_;
